@@ -1,0 +1,64 @@
+#include "diagnosis/findings.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "diagnosis/detect.h"
+
+namespace tarnwick {
+namespace {
+
+// What a rule is given; each row of the table picks what it takes.
+struct Question {
+  const Snapshot& snapshot;
+  const std::set<Pid>& termed;
+  Surroundings& surroundings;
+};
+
+struct Rule {
+  const char* name;
+  std::vector<Finding> (*find)(const Question&);
+};
+
+std::vector<Finding> nothing(const Question&) { return {}; }
+
+constexpr std::array<Rule, ruleCount> rules{{
+    {"heat", [](const Question& q) { return heat(q.snapshot); }},
+    {"browsers", nothing},
+    {"services", [](const Question& q) { return busyServices(q.snapshot, q.surroundings.self()); }},
+    {"disk", [](const Question& q) { return lowDisk(q.snapshot); }},
+    {"login items", [](const Question& q) { return loginApps(q.snapshot, q.surroundings.self()); }},
+    {"cpu", nothing},
+    {"docker card", nothing},
+    {"simulators", nothing},
+    {"stacks", nothing},
+    {"test browsers", nothing},
+    {"caffeinate", nothing},
+}};
+
+bool comesFirst(const Finding& a, const Finding& b) {
+  if (a.impact != b.impact) return a.impact > b.impact;
+  return a.id < b.id;
+}
+
+}  // namespace
+
+std::array<std::string_view, ruleCount> ruleNames() {
+  std::array<std::string_view, ruleCount> names;
+  std::transform(rules.begin(), rules.end(), names.begin(), [](const Rule& rule) { return rule.name; });
+  return names;
+}
+
+std::vector<Finding> findings(const Snapshot& snapshot, const std::set<Pid>& termed,
+                              Surroundings& surroundings, BenchMarks& benchMarks) {
+  std::vector<Finding> all;
+  for (const Rule& rule : rules) {
+    std::vector<Finding> found = rule.find({snapshot, termed, surroundings});
+    benchMarks.mark(rule.name);
+    std::move(found.begin(), found.end(), std::back_inserter(all));
+  }
+  std::stable_sort(all.begin(), all.end(), comesFirst);
+  return all;
+}
+
+}  // namespace tarnwick

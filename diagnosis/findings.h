@@ -1,0 +1,27 @@
+// The pipeline: one snapshot through the eleven rules, in fixed order, into one sorted list.
+#pragma once
+
+#include <array>
+#include <set>
+#include <string_view>
+#include <vector>
+
+#include "diagnosis/surroundings.h"
+#include "records/bench_marks.h"
+#include "records/finding.h"
+#include "records/snapshot.h"
+
+namespace tarnwick {
+
+inline constexpr std::size_t ruleCount = 11;
+
+// The rules' names in the order they run; also the labels of their cost marks.
+std::array<std::string_view, ruleCount> ruleNames();
+
+// What the rules find, highest impact first, equal impacts by id (byte order), equal ids in rule order.
+// `termed` holds the pids that a remedy was already aimed at in this run. Appends one mark per rule.
+// Runs on the calling thread; never fails.
+std::vector<Finding> findings(const Snapshot& snapshot, const std::set<Pid>& termed,
+                              Surroundings& surroundings, BenchMarks& benchMarks);
+
+}  // namespace tarnwick

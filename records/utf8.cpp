@@ -1,0 +1,39 @@
+#include "records/utf8.h"
+
+#include <utf8cpp/utf8.h>
+
+#include <iterator>
+
+namespace tarnwick {
+namespace {
+
+// In valid UTF-8 a code point starts at every byte that is not a continuation byte (10xxxxxx).
+bool startsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }
+
+}  // namespace
+
+std::string repairUtf8(std::string_view bytes) {
+  if (utf8::is_valid(bytes.begin(), bytes.end())) return std::string(bytes);
+  std::string repaired;
+  repaired.reserve(bytes.size());
+  utf8::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(repaired));
+  return repaired;
+}
+
+std::size_t characterCount(std::string_view text) {
+  std::size_t count = 0;
+  for (const char byte : text) count += startsCharacter(byte) ? 1U : 0U;
+  return count;
+}
+
+std::string firstCharacters(std::string_view text, std::size_t count) {
+  std::size_t end = 0;
+  for (std::size_t seen = 0; end < text.size(); ++end) {
+    if (!startsCharacter(text[end])) continue;
+    if (seen == count) break;
+    ++seen;
+  }
+  return std::string(text.substr(0, end));
+}
+
+}  // namespace tarnwick

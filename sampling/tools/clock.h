@@ -1,0 +1,22 @@
+// Time as the program asks for it. Tests hand in a clock that they turn.
+#pragma once
+
+#include "records/basics.h"
+
+namespace tarnwick {
+
+class Clock {
+ public:
+  virtual ~Clock() = default;
+
+  // The current time of day.
+  virtual Timestamp now() = 0;
+
+  // Seconds on a clock that only goes forward and stands still while the machine sleeps.
+  virtual double uptime() = 0;
+
+  // Blocks the calling thread for that long; returns at once for zero or less.
+  virtual void sleep(double seconds) = 0;
+};
+
+}  // namespace tarnwick
