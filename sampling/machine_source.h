@@ -1,0 +1,56 @@
+// What one operating system must answer about the machine as a whole. Nothing here fails: what cannot be
+// had is the neutral value named at the function. Used by one thread at a time.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "records/snapshot.h"
+
+namespace tarnwick {
+
+// Processor ticks since the machine started, summed over all processors.
+struct CpuTicks {
+  std::uint64_t busy = 0;
+  std::uint64_t total = 0;  // busy and idle
+};
+
+struct DiskSpace {
+  std::int64_t free = 0;   // bytes this user can still write
+  std::int64_t total = 0;  // bytes
+};
+
+class MachineSource {
+ public:
+  virtual ~MachineSource() = default;
+
+  // Zeros when unreadable.
+  virtual CpuTicks cpuTicks() = 0;
+
+  // Nominal when unknown.
+  virtual ThermalState thermal() = 0;
+
+  // 1 normal, 2 warning, 4 critical; absent when unknown.
+  virtual std::optional<std::int32_t> pressure() = 0;
+
+  // Installed memory in bytes; 0 when unknown.
+  virtual std::uint64_t ram() = 0;
+
+  // Processor cores that this program may use; 0 when unknown.
+  virtual int cores() = 0;
+
+  // When the machine started, whole seconds since 1970; absent when unknown.
+  virtual std::optional<std::int64_t> bootTime() = 0;
+
+  // Space on "/"; zeros when unknown.
+  virtual DiskSpace disk() = 0;
+
+  // Space on "/" that includes what the system can purge for important data, in bytes. Slow; absent where
+  // the system knows no such figure.
+  virtual std::optional<std::int64_t> importantCapacity() = 0;
+
+  // Bytes of swap in use; 0 when unknown.
+  virtual std::uint64_t swapUsed() = 0;
+};
+
+}  // namespace tarnwick
