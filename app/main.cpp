@@ -1,0 +1,10 @@
+#include <string>
+#include <vector>
+
+#include "app/command_line.h"
+#include "app/run.h"
+
+int main(int argc, char** argv) {
+  const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
+  return tarnwick::run(tarnwick::parseCommandLine(words));
+}

@@ -1,0 +1,11 @@
+// Runs one mode of the program from start to end.
+#pragma once
+
+#include "app/command_line.h"
+
+namespace tarnwick {
+
+// The result is the process's exit status. Main thread.
+int run(const CommandLine& commandLine);
+
+}  // namespace tarnwick

@@ -1,0 +1,13 @@
+// Foreign text (names, arguments, branches) may carry control characters that make a terminal do things.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tarnwick {
+
+// A text as a terminal may have it: control characters other than the line feed, and the characters
+// that reorder the text around them, are shown as visible signs ("␛") or as their code ("<U+202E>").
+std::string harmlessForTerminal(std::string_view bytes);
+
+}  // namespace tarnwick

@@ -1,0 +1,32 @@
+#include "records/app_name.h"
+
+#include <gtest/gtest.h>
+
+namespace tarnwick {
+namespace {
+
+TEST(AppName, IsTheOutermostBundleBelowAnApplicationFolder) {
+  const struct {
+    const char* path;
+    std::optional<std::string> name;
+  } cases[] = {
+      {"/Applications/Utilities/Foo.app/Contents/MacOS/Foo", "Foo"},
+      {"/Applications/Outer.app/Contents/Helpers/Inner.app/Contents/MacOS/Inner", "Outer"},
+      {"/System/Applications/Music.app/Contents/MacOS/Music", "Music"},
+      {"/Users/x/Applications/Bar.app/Contents/MacOS/Bar", "Bar"},
+      {"/Users/y/Applications/Bar.app/Contents/MacOS/Bar", std::nullopt},
+      {"/Applications/Foo", std::nullopt},
+      {"/Applications/Foo.app", std::nullopt},
+      {"/Applications/Foo.app/Contents/Resources/foo", std::nullopt},
+      {"/Applications/1Password.app/Contents/MacOS/", "1Password"},
+      {"/Applications/.app/Contents/MacOS/x", ""},
+      {"/Applications//Foo.app/Contents/MacOS/x", "Foo"},
+      {"/ApplicationsFoo.app/Contents/MacOS/x", std::nullopt},
+      {"/opt/Foo.app/Contents/MacOS/Foo", std::nullopt},
+      {"", std::nullopt},
+  };
+  for (const auto& [path, name] : cases) EXPECT_EQ(appName(path, "/Users/x"), name) << path;
+}
+
+}  // namespace
+}  // namespace tarnwick
