@@ -112,24 +112,24 @@ struct Action {
 
 struct Step {
   std::string text;
-  std::optional<Action> action = {};
+  std::optional<Action> action;
   bool operator==(const Step&) const = default;
 };
 
 struct Finding {
   std::string id;  // stable: kind, ":" and what it is about
   Bucket bucket = Bucket::now;
-  std::string title;                         // one line
-  std::string detail;                        // the explanation, one or more sentences
-  std::uint64_t bytes = 0;                   // memory this cause holds; 0 when it is not about memory
-  std::vector<Action> actions = {};          // the first one is the main one
-  std::optional<std::string> evidence = {};  // technical proof, lines joined by line feeds
-  std::vector<Step> steps = {};
-  std::string subject;                     // noun phrase after "The biggest cause: "
-  std::string summary;                     // one sentence
-  std::optional<std::string> metric = {};  // short figure for the card's corner
-  std::string icon;                        // system symbol name, or a file path (begins with "/")
-  double impact = 0;                       // share of the machine; larger is worse
+  std::string title;                    // one line
+  std::string detail;                   // the explanation, one or more sentences
+  std::uint64_t bytes = 0;              // memory this cause holds; 0 when it is not about memory
+  std::vector<Action> actions;          // the first one is the main one
+  std::optional<std::string> evidence;  // technical proof, lines joined by line feeds
+  std::vector<Step> steps;
+  std::string subject;                // noun phrase after "The biggest cause: "
+  std::string summary;                // one sentence
+  std::optional<std::string> metric;  // short figure for the card's corner
+  std::string icon;                   // system symbol name, or a file path (begins with "/")
+  double impact = 0;                  // share of the machine; larger is worse
 
   bool operator==(const Finding&) const = default;
 };

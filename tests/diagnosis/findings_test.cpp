@@ -1,0 +1,69 @@
+#include "diagnosis/findings.h"
+
+#include <gmock/gmock.h>
+
+namespace tarnwick {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Nobody : public Surroundings {
+ public:
+  const Self& self() override { return self_; }
+
+ private:
+  Self self_{1, 501, "/Users/x"};
+};
+
+// Heat 1.0, two services with the same share, and a full disk 0.9.
+Snapshot troubled() {
+  Snapshot snapshot;
+  snapshot.thermal = ThermalState::serious;
+  snapshot.diskTotal = 1;
+  snapshot.cores = 1;
+  for (const auto& [pid, name] : {std::pair{10, "mdworker"}, {11, "cloudd"}}) {
+    snapshot.procs[pid] = {.pid = pid, .uid = 501, .args = {name}, .cpu = 0.9};
+  }
+  return snapshot;
+}
+
+std::vector<std::string> ids(const std::vector<Finding>& found) {
+  std::vector<std::string> all;
+  for (const Finding& finding : found) all.push_back(finding.id);
+  return all;
+}
+
+TEST(Findings, SortByImpactThenId) {
+  Nobody nobody;
+  BenchMarks marks([] { return 0.0; });
+  EXPECT_THAT(ids(findings(troubled(), {}, nobody, marks)),
+              ElementsAre("heat", "disk", "service:Spotlight is indexing your files",
+                          "service:iCloud is syncing your files"))
+      << "equal impacts go by the bytes of the id: d, s; then capital S before small i";
+  EXPECT_THAT(findings(Snapshot{}, {}, nobody, marks), IsEmpty());
+}
+
+TEST(Findings, MarkElevenRulesInTableOrderOnlyWhenArmed) {
+  Nobody nobody;
+  double milliseconds = 0;
+  BenchMarks marks([&] { return ++milliseconds; });
+  findings(troubled(), {}, nobody, marks);
+  EXPECT_EQ(milliseconds, 0) << "not armed, the clock is not even read";
+
+  marks.arm();
+  findings(troubled(), {}, nobody, marks);
+  const auto taken = marks.take();
+  ASSERT_TRUE(taken);
+  std::vector<std::string> names;
+  for (const auto& [name, at] : *taken) {
+    names.push_back(name);
+    EXPECT_EQ(at, static_cast<double>(names.size())) << "cumulative, not a difference";
+  }
+  EXPECT_THAT(names, ElementsAre("heat", "browsers", "services", "disk", "login items", "cpu", "docker card",
+                                 "simulators", "stacks", "test browsers", "caffeinate"));
+  EXPECT_FALSE(marks.take()) << "taking disarms";
+}
+
+}  // namespace
+}  // namespace tarnwick
