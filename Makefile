@@ -1,0 +1,45 @@
+# The two commands of README.md, and what else a developer types. Each target works alone on a fresh
+# machine: it installs what is missing, builds and runs.
+
+ARGS ?= --print
+BUILD_LOG = build/$@.log
+
+.PHONY: all run test bench check format tidy install clean deps-run deps-test deps-bench deps-check
+
+all: release
+
+run: release
+	@build/release/tarnwick $(ARGS)
+
+# Quiet unless something fails: what `make run` prints is the report.
+release: deps-run
+	@mkdir -p build
+	@{ cmake --preset release && cmake --build --preset release; } >build/release.log 2>&1 \
+	  || { cat build/release.log >&2; exit 1; }
+
+test: release deps-test
+	cmake --preset dev
+	cmake --build --preset dev
+	ctest --preset dev -j 2 --progress
+
+bench: release deps-bench
+	cmake --preset bench >/dev/null
+	cmake --build --preset bench --target tarnwick_bench
+	build/bench/bench/tarnwick_bench
+	cmake --build --preset bench --target check_cost
+	build/bench/bench/check_cost 1000 15 build/release/tarnwick
+
+format: deps-check
+	tools/check-style --fix
+
+check: deps-check
+	tools/check-style
+
+install: release
+	cmake --install build/release
+
+clean:
+	rm -rf build
+
+deps-run deps-test deps-bench deps-check:
+	@tools/install-deps $(@:deps-%=%)
