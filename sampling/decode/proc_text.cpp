@@ -1,0 +1,146 @@
+#include "sampling/decode/proc_text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <limits>
+
+#include "records/utf8.h"
+
+namespace tarnwick {
+namespace {
+
+// The whole of `text` as a number; absent when anything else stands in it or it does not fit.
+template <typename Number>
+std::optional<Number> number(std::string_view text, int base = 10) {
+  Number value{};
+  const char* end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, value, base);
+  if (text.empty() || result.ec != std::errc{} || result.ptr != end) return std::nullopt;
+  return value;
+}
+
+// Takes the next word off the front of `text`; empty when none is left.
+std::string_view nextWord(std::string_view& text) {
+  constexpr std::string_view blanks = " \t\n";
+  text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+  const std::string_view word = text.substr(0, text.find_first_of(blanks));
+  text.remove_prefix(word.size());
+  return word;
+}
+
+// Takes the next line, without its line feed, off the front of `text`.
+std::string_view nextLine(std::string_view& text) {
+  const std::string_view line = text.substr(0, text.find('\n'));
+  text.remove_prefix(std::min(line.size() + 1, text.size()));
+  return line;
+}
+
+// One line of net/tcp or net/tcp6, such as
+// "  0: 0100007F:1F90 00000000:0000 0A 00000000:00000000 00:00000000 00000000  1000        0 4711 1 ...".
+std::optional<Listener> listenerOfLine(std::string_view line) {
+  constexpr std::string_view listening = "0A";
+  std::array<std::string_view, 10> words;
+  for (auto& word : words) word = nextWord(line);
+  if (words[3] != listening) return std::nullopt;
+  const auto colon = words[1].rfind(':');
+  if (colon == std::string_view::npos) return std::nullopt;
+  const auto port = number<std::uint16_t>(words[1].substr(colon + 1), 16);
+  const auto inode = number<std::uint64_t>(words[9]);
+  if (!port || !inode) return std::nullopt;
+  return Listener{*inode, *port};
+}
+
+}  // namespace
+
+std::optional<ProcStat> procStat(std::string_view bytes) {
+  // The name may hold blanks, brackets and line feeds of its own; only the last ')' surely ends it.
+  const auto open = bytes.find('(');
+  const auto close = bytes.rfind(')');
+  if (open == std::string_view::npos || close == std::string_view::npos || close < open) return std::nullopt;
+  std::string_view rest = bytes.substr(close + 1);
+  std::array<std::string_view, 20> words;  // from the state, the third field, to the start, the 22nd
+  for (auto& word : words) word = nextWord(rest);
+  const auto ppid = number<Pid>(words[1]);
+  const auto terminal = number<std::int32_t>(words[4]);
+  const auto flags = number<std::uint32_t>(words[6]);
+  const auto user = number<std::uint64_t>(words[11]);
+  const auto system = number<std::uint64_t>(words[12]);
+  const auto start = number<std::uint64_t>(words[19]);
+  if (words[0].size() != 1 || !ppid || *ppid < 0 || !terminal || !flags || !user || !system || !start) {
+    return std::nullopt;
+  }
+  return ProcStat{repairUtf8(bytes.substr(open + 1, close - open - 1)),
+                  words[0].front(),
+                  *ppid,
+                  *terminal,
+                  *flags,
+                  *user,
+                  *system,
+                  *start};
+}
+
+std::optional<ProcPages> procPages(std::string_view bytes) {
+  nextWord(bytes);
+  const auto resident = number<std::uint64_t>(nextWord(bytes));
+  const auto shared = number<std::uint64_t>(nextWord(bytes));
+  if (!resident || !shared) return std::nullopt;
+  return ProcPages{*resident, *shared};
+}
+
+std::optional<std::uint64_t> kilobyteField(std::string_view text, std::string_view name) {
+  while (!text.empty()) {
+    std::string_view line = nextLine(text);
+    if (!line.starts_with(name) || line.substr(name.size(), 1) != ":") continue;
+    line.remove_prefix(name.size() + 1);
+    const auto value = number<std::uint64_t>(nextWord(line));
+    if (!value || nextWord(line) != "kB" || *value > std::numeric_limits<std::uint64_t>::max() / 1024) {
+      return std::nullopt;
+    }
+    return *value * 1024;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::int64_t> bootTime(std::string_view text) {
+  while (!text.empty()) {
+    std::string_view line = nextLine(text);
+    if (nextWord(line) == "btime") return number<std::int64_t>(nextWord(line));
+  }
+  return std::nullopt;
+}
+
+std::vector<std::string> procArguments(std::string_view bytes) {
+  std::vector<std::string> arguments;
+  while (!bytes.empty()) {
+    const std::string_view argument = bytes.substr(0, bytes.find('\0'));
+    arguments.push_back(repairUtf8(argument));
+    bytes.remove_prefix(std::min(argument.size() + 1, bytes.size()));
+  }
+  return arguments;
+}
+
+std::string procLinkPath(std::string_view target) {
+  constexpr std::string_view deleted = " (deleted)";
+  if (target.ends_with(deleted)) target.remove_suffix(deleted.size());
+  return repairUtf8(target);
+}
+
+std::optional<std::uint64_t> socketInode(std::string_view target) {
+  constexpr std::string_view opening = "socket:[";
+  if (!target.starts_with(opening) || !target.ends_with(']')) return std::nullopt;
+  target.remove_prefix(opening.size());
+  target.remove_suffix(1);
+  return number<std::uint64_t>(target);
+}
+
+std::vector<Listener> tcpListeners(std::string_view text) {
+  std::vector<Listener> listeners;
+  while (!text.empty()) {
+    if (const auto listener = listenerOfLine(nextLine(text))) listeners.push_back(*listener);
+  }
+  return listeners;
+}
+
+}  // namespace tarnwick

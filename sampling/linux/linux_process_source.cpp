@@ -1,0 +1,198 @@
+#include "sampling/linux/linux_process_source.h"
+
+#include <time.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <utility>
+
+#include "sampling/decode/app_unit.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr std::uint64_t nanosecondsPerSecond = 1'000'000'000;
+constexpr std::string_view liveRoot = "/proc";
+
+std::optional<std::uint64_t> nanoseconds(clockid_t clock) {
+  timespec moment{};
+  if (::clock_gettime(clock, &moment) != 0 || moment.tv_sec < 0) return std::nullopt;
+  return static_cast<std::uint64_t>(moment.tv_sec) * nanosecondsPerSecond +
+         static_cast<std::uint64_t>(moment.tv_nsec);
+}
+
+// The clock that counts the processor time of all threads of a process, ended ones too. 2 is the kernel's
+// CPUCLOCK_SCHED; the C library's own function for this id asks the kernel one question more.
+clockid_t processorClock(Pid pid) {
+  return static_cast<clockid_t>((~static_cast<std::uint32_t>(pid) << 3U) | 2U);
+}
+
+std::uint64_t clockTicksPerSecond() {
+  const long ticks = ::sysconf(_SC_CLK_TCK);
+  return ticks > 0 ? static_cast<std::uint64_t>(ticks) : 100;
+}
+
+std::int64_t bootTimeFromClocks() {
+  const std::uint64_t now = nanoseconds(CLOCK_REALTIME).value_or(0) / nanosecondsPerSecond;
+  const std::uint64_t up = nanoseconds(CLOCK_BOOTTIME).value_or(0) / nanosecondsPerSecond;
+  return now > up ? static_cast<std::int64_t>(now - up) : 0;
+}
+
+std::int64_t bootTimeOf(const ProcReader& reader) {
+  const auto recorded = bootTime(reader.machineFile("stat"));
+  return recorded && *recorded >= 0 ? *recorded : bootTimeFromClocks();
+}
+
+// Of a process that is known to be the user's: "systemd --user" is the only such child of the first process.
+bool looksLikeUserManager(const ProcStat& stat) { return stat.name == "systemd" && stat.ppid == 1; }
+
+}  // namespace
+
+LinuxProcessSource::LinuxProcessSource(LinuxProcessOptions options)
+    : options_(std::move(options)),
+      live_(options_.procRoot == liveRoot),
+      reader_(options_.procRoot),
+      memory_(reader_),
+      ports_(reader_, live_),
+      ticksPerSecond_(clockTicksPerSecond()),
+      bootTime_(bootTimeOf(reader_)),
+      argumentBuffer_(firstArgumentBytes) {}
+
+void LinuxProcessSource::beginPass() {
+  memory_.beginPass();
+  ports_.beginPass();
+  statPid_ = 0;
+  if (argumentBuffer_.size() != firstArgumentBytes) argumentBuffer_ = std::vector<char>(firstArgumentBytes);
+  userManagers_.clear();
+  applicationsHaveUnits_.reset();
+}
+
+std::vector<Pid> LinuxProcessSource::myPids() { return reader_.pidsOf(options_.uid, mostProcesses); }
+
+std::uint64_t LinuxProcessSource::wallTime() { return nanoseconds(CLOCK_MONOTONIC).value_or(0); }
+
+std::optional<std::uint64_t> LinuxProcessSource::processorTime(Pid pid) {
+  if (live_) {
+    if (const auto time = nanoseconds(processorClock(pid))) return time;
+  }
+  const auto stat = readStat(pid);
+  return stat ? timeFromTicks(*stat) : std::nullopt;
+}
+
+std::optional<ProcessFacts> LinuxProcessSource::facts(Pid pid) {
+  stat_ = readStat(pid);
+  statPid_ = pid;
+  if (!stat_) return std::nullopt;
+  userManagers_[pid] = looksLikeUserManager(*stat_);
+  const std::uint64_t age = stat_->startTicks / ticksPerSecond_;
+  if (age > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max() - bootTime_)) {
+    return std::nullopt;
+  }
+  const Pid parent = isUserManager(stat_->ppid) ? 1 : stat_->ppid;
+  return ProcessFacts{parent, options_.uid, bootTime_ + static_cast<std::int64_t>(age)};
+}
+
+std::string LinuxProcessSource::path(Pid pid) {
+  return hasProgram(pid) ? procLinkPath(reader_.link(pid, "exe")) : std::string();
+}
+
+std::optional<std::string> LinuxProcessSource::app(Pid pid, const std::string& /*path*/) {
+  if (!applicationsHaveUnits() || !hasProgram(pid) || statOf(pid)->terminal != 0) return std::nullopt;
+  std::array<char, 4096> buffer{};
+  const auto text = reader_.read(pid, "cgroup", buffer);
+  const auto unit = text ? appUnitOfCgroup(*text) : std::nullopt;
+  const auto id = unit ? applicationID(*unit) : std::nullopt;
+  if (!id || !options_.appDisplayName) return id;
+  return options_.appDisplayName(*id).value_or(*id);
+}
+
+std::vector<std::string> LinuxProcessSource::args(Pid pid) {
+  if (hasProgram(pid)) {
+    const auto bytes = commandLineBytes(pid);
+    auto arguments = bytes ? procArguments(*bytes) : std::vector<std::string>();
+    if (!arguments.empty() || !path(pid).empty()) return arguments;
+  }
+  const auto& stat = statOf(pid);
+  if (!stat || stat->name.empty()) return {};
+  std::string name = stat->name;
+  // "kworker/0:1" is no path: without this its last component would pass for the name.
+  if (stat->kernelThread()) std::ranges::replace(name, '/', '-');
+  return {name};
+}
+
+std::optional<ProcessUsage> LinuxProcessSource::usage(Pid pid) {
+  const auto& stat = statOf(pid);
+  if (!stat) return std::nullopt;
+  const auto time = live_ ? processorTime(pid) : timeFromTicks(*stat);
+  const auto memory = hasProgram(pid) ? memory_.of(pid) : MemoryUse{};
+  if (!time || !memory) return std::nullopt;
+  return ProcessUsage{memory->footprint, memory->resident, *time};
+}
+
+std::string LinuxProcessSource::cwd(Pid pid) {
+  return hasProgram(pid) ? procLinkPath(reader_.link(pid, "cwd")) : std::string();
+}
+
+std::vector<std::uint16_t> LinuxProcessSource::listenPorts(Pid pid) {
+  return hasProgram(pid) ? ports_.of(pid) : std::vector<std::uint16_t>();
+}
+
+std::optional<ProcStat> LinuxProcessSource::readStat(Pid pid) const {
+  std::array<char, 2048> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled by the kernel
+  const auto text = reader_.read(pid, "stat", buffer);
+  return text ? procStat(*text) : std::nullopt;
+}
+
+const std::optional<ProcStat>& LinuxProcessSource::statOf(Pid pid) {
+  if (statPid_ != pid) {
+    stat_ = readStat(pid);
+    statPid_ = pid;
+  }
+  return stat_;
+}
+
+bool LinuxProcessSource::hasProgram(Pid pid) {
+  const auto& stat = statOf(pid);
+  return stat && !stat->kernelThread() && !stat->zombie();
+}
+
+std::optional<std::uint64_t> LinuxProcessSource::timeFromTicks(const ProcStat& stat) const {
+  const std::uint64_t tick = nanosecondsPerSecond / ticksPerSecond_;
+  const std::uint64_t most = std::numeric_limits<std::uint64_t>::max() / nanosecondsPerSecond;
+  if (stat.userTicks > most / 2 || stat.systemTicks > most / 2) return std::nullopt;
+  return (stat.userTicks + stat.systemTicks) * tick;
+}
+
+bool LinuxProcessSource::isUserManager(Pid pid) {
+  if (pid <= 1) return false;
+  const auto known = userManagers_.find(pid);
+  if (known != userManagers_.end()) return known->second;
+  const auto stat = reader_.belongsTo(pid, options_.uid) ? readStat(pid) : std::nullopt;
+  return userManagers_[pid] = stat && looksLikeUserManager(*stat);
+}
+
+std::optional<std::string_view> LinuxProcessSource::commandLineBytes(Pid pid) {
+  auto bytes = reader_.read(pid, "cmdline", argumentBuffer_);
+  if (bytes && bytes->size() == argumentBuffer_.size() && argumentBuffer_.size() < mostArgumentBytes) {
+    argumentBuffer_ = std::vector<char>(mostArgumentBytes);
+    bytes = reader_.read(pid, "cmdline", argumentBuffer_);
+  }
+  return bytes;
+}
+
+bool LinuxProcessSource::applicationsHaveUnits() {
+  if (!applicationsHaveUnits_) {
+    const std::string user = std::to_string(options_.uid);
+    const std::string slice = "/user.slice/user-" + user + ".slice/user@" + user + ".service/app.slice";
+    // The unified layout, the mixed one, the old one.
+    const std::array<std::string_view, 3> mounts{"", "/unified", "/systemd"};
+    applicationsHaveUnits_ = std::ranges::any_of(mounts, [&](std::string_view mount) {
+      return ::access((options_.cgroupRoot + std::string(mount) + slice).c_str(), F_OK) == 0;
+    });
+  }
+  return *applicationsHaveUnits_;
+}
+
+}  // namespace tarnwick

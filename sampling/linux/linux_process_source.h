@@ -1,0 +1,79 @@
+// Processes as Linux tells them through /proc, or a recorded copy of it. Processor and wall times are in
+// nanoseconds. Nothing here fails, see process_source.h. Used by one thread at a time.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "sampling/decode/proc_text.h"
+#include "sampling/linux/listening_ports.h"
+#include "sampling/linux/proc_reader.h"
+#include "sampling/linux/process_memory.h"
+#include "sampling/process_source.h"
+
+namespace tarnwick {
+
+struct LinuxProcessOptions {
+  std::uint32_t uid = 0;                      // whose processes: the real user's
+  std::string procRoot = "/proc";             // any other root is a recording: no clocks, no netlink
+  std::string cgroupRoot = "/sys/fs/cgroup";  // where it is seen whether applications have units
+  // The name of the application with that id; unset or absent, the id itself is the name.
+  std::function<std::optional<std::string>(const std::string& id)> appDisplayName;
+};
+
+class LinuxProcessSource : public ProcessSource {
+ public:
+  static constexpr std::size_t mostProcesses = 8'192;  // intended: a user with more sees the first ones
+  static constexpr std::size_t firstArgumentBytes = 65'536;
+  static constexpr std::size_t mostArgumentBytes = 1'048'576;  // what lies beyond is cut
+
+  explicit LinuxProcessSource(LinuxProcessOptions options);
+
+  void beginPass() override;
+  std::vector<Pid> myPids() override;
+  std::uint64_t wallTime() override;
+  std::optional<std::uint64_t> processorTime(Pid pid) override;
+  // An orphan that the user's service manager adopted has parent 1, as if there were no such manager.
+  std::optional<ProcessFacts> facts(Pid pid) override;
+  std::string path(Pid pid) override;
+  // From the process's unit; absent too for what runs in a terminal inside an application's unit.
+  std::optional<std::string> app(Pid pid, const std::string& path) override;
+  // Without arguments and executable (kernel threads, ended processes) the kernel's name for the process.
+  std::vector<std::string> args(Pid pid) override;
+  std::optional<ProcessUsage> usage(Pid pid) override;
+  std::string cwd(Pid pid) override;
+  std::vector<std::uint16_t> listenPorts(Pid pid) override;
+
+ private:
+  std::optional<ProcStat> readStat(Pid pid) const;
+  // The stat that facts() read, while the questions are about the same process; else a fresh one.
+  const std::optional<ProcStat>& statOf(Pid pid);
+  // Kernel threads and ended processes have no memory, executable, arguments or folder.
+  bool hasProgram(Pid pid);
+  std::optional<std::uint64_t> timeFromTicks(const ProcStat& stat) const;
+  bool isUserManager(Pid pid);
+  std::optional<std::string_view> commandLineBytes(Pid pid);
+  bool applicationsHaveUnits();
+
+  LinuxProcessOptions options_;
+  bool live_;
+  ProcReader reader_;
+  ProcessMemory memory_;
+  ListeningPorts ports_;
+  std::uint64_t ticksPerSecond_;
+  std::int64_t bootTime_;  // read once: the kernel derives it from the clock, and start times must not move
+
+  Pid statPid_ = 0;  // whose `stat_` is; 0 for nobody's
+  std::optional<ProcStat> stat_;
+  std::vector<char> argumentBuffer_;            // grows at most once in a pass
+  std::unordered_map<Pid, bool> userManagers_;  // what this pass knows of each pid
+  std::optional<bool> applicationsHaveUnits_;   // absent until asked for in a pass
+};
+
+}  // namespace tarnwick

@@ -1,0 +1,153 @@
+#include "sampling/linux/proc_reader.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+
+namespace tarnwick {
+namespace {
+
+// A recorded tree may hold anything, so opening must neither wait for a writer nor gain a terminal.
+constexpr int openFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+constexpr std::size_t longestLink = 4096;
+
+// "PID/file", or "PID" for an empty file, as a C string without an allocation.
+class ProcessPath {
+ public:
+  ProcessPath(Pid pid, std::string_view file) {
+    char* end = std::to_chars(text_.data(), text_.data() + text_.size(), pid).ptr;
+    if (!file.empty()) {
+      *end++ = '/';
+      const auto room = static_cast<std::size_t>(text_.data() + text_.size() - end) - 1;
+      end = std::copy_n(file.begin(), std::min(file.size(), room), end);
+    }
+    *end = '\0';
+  }
+  const char* text() const { return text_.data(); }
+
+ private:
+  std::array<char, 64> text_{};
+};
+
+// Closes what it holds.
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() {
+    if (number_ >= 0) ::close(number_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  bool open() const { return number_ >= 0; }
+
+  // The number of bytes read; 0 at the end, below 0 on failure.
+  ssize_t read(std::span<char> buffer) const {
+    ssize_t count = -1;
+    do {
+      count = ::read(number_, buffer.data(), buffer.size());
+    } while (count < 0 && errno == EINTR);
+    return count;
+  }
+
+ private:
+  int number_;
+};
+
+std::optional<Pid> pidOfName(std::string_view name) {
+  Pid pid = 0;
+  const char* end = name.data() + name.size();
+  const auto result = std::from_chars(name.data(), end, pid);
+  if (result.ec != std::errc{} || result.ptr != end || pid <= 0) return std::nullopt;
+  return pid;
+}
+
+std::string linkAt(int folder, const char* name) {
+  std::array<char, longestLink>
+      target;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled by the kernel
+  const ssize_t length = ::readlinkat(folder, name, target.data(), target.size());
+  return length > 0 ? std::string(target.data(), static_cast<std::size_t>(length)) : std::string();
+}
+
+Folder folderAt(int parent, const char* name) {
+  const int number = ::openat(parent, name, openFlags | O_DIRECTORY);
+  if (number < 0) return nullptr;
+  DIR* folder = ::fdopendir(number);
+  if (folder == nullptr) ::close(number);
+  return Folder(folder);
+}
+
+}  // namespace
+
+void FolderCloser::operator()(DIR* folder) const { ::closedir(folder); }
+
+ProcReader::ProcReader(const std::string& root) : root_(folderAt(AT_FDCWD, root.c_str())) {}
+
+int ProcReader::at() const { return root_ ? ::dirfd(root_.get()) : -1; }
+
+std::vector<Pid> ProcReader::pidsOf(std::uint32_t uid, std::size_t limit) const {
+  if (!root_) return {};
+  std::vector<Pid> all;
+  ::rewinddir(root_.get());
+  while (const dirent* entry = ::readdir(root_.get())) {
+    if (const auto pid = pidOfName(entry->d_name)) all.push_back(*pid);
+  }
+  std::sort(all.begin(), all.end());
+  std::vector<Pid> mine;
+  for (const Pid pid : all) {
+    if (mine.size() == limit) break;
+    if (belongsTo(pid, uid)) mine.push_back(pid);
+  }
+  return mine;
+}
+
+bool ProcReader::belongsTo(Pid pid, std::uint32_t uid) const {
+  struct stat info {};
+  return ::fstatat(at(), ProcessPath(pid, "").text(), &info, AT_SYMLINK_NOFOLLOW) == 0 && info.st_uid == uid;
+}
+
+std::optional<std::string_view> ProcReader::read(Pid pid, std::string_view file,
+                                                 std::span<char> buffer) const {
+  const Descriptor descriptor(::openat(at(), ProcessPath(pid, file).text(), openFlags));
+  if (!descriptor.open()) return std::nullopt;
+  const ssize_t count = descriptor.read(buffer);
+  if (count < 0) return std::nullopt;
+  return std::string_view(buffer.data(), static_cast<std::size_t>(count));
+}
+
+std::string ProcReader::link(Pid pid, std::string_view file) const {
+  return linkAt(at(), ProcessPath(pid, file).text());
+}
+
+std::vector<std::string> ProcReader::descriptors(Pid pid) const {
+  const Folder folder = folderAt(at(), ProcessPath(pid, "fd").text());
+  if (!folder) return {};
+  std::vector<std::string> targets;
+  while (const dirent* entry = ::readdir(folder.get())) {
+    auto target = linkAt(::dirfd(folder.get()), entry->d_name);
+    if (!target.empty()) targets.push_back(std::move(target));
+  }
+  return targets;
+}
+
+std::string ProcReader::machineFile(const char* file) const {
+  constexpr std::size_t step = 65'536;
+  const Descriptor descriptor(::openat(at(), file, openFlags));
+  if (!descriptor.open()) return {};
+  std::string text;
+  while (text.size() < longestFile) {
+    const std::size_t had = text.size();
+    text.resize(had + step);
+    const ssize_t count = descriptor.read(std::span(text).subspan(had));
+    text.resize(had + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    if (count <= 0) break;
+  }
+  return text;
+}
+
+}  // namespace tarnwick

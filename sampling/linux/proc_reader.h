@@ -1,0 +1,57 @@
+// Cheap access to the files of a /proc tree, live or recorded: one open folder, paths relative to it, no
+// streams. Reads bytes and understands nothing. Whatever cannot be read is absent or empty; the results
+// belong to the caller. Used by one thread at a time.
+#pragma once
+
+#include <dirent.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "records/basics.h"
+
+namespace tarnwick {
+
+struct FolderCloser {
+  void operator()(DIR* folder) const;
+};
+using Folder = std::unique_ptr<DIR, FolderCloser>;
+
+class ProcReader {
+ public:
+  // A folder that cannot be opened reads as one without processes and files.
+  explicit ProcReader(const std::string& root);
+
+  // The first `limit` processes, ascending, whose folder belongs to `uid`. The kernel gives that folder to
+  // the effective user even where the files in it belong to root because the process is protected.
+  std::vector<Pid> pidsOf(std::uint32_t uid, std::size_t limit) const;
+
+  // Does the process's folder belong to `uid`?
+  bool belongsTo(Pid pid, std::uint32_t uid) const;
+
+  // The part of a process's file that fits `buffer`, in one read: a second one could belong to a later
+  // state of the process.
+  std::optional<std::string_view> read(Pid pid, std::string_view file, std::span<char> buffer) const;
+
+  // What a process's link points to, as the kernel words it; empty when it cannot be read.
+  std::string link(Pid pid, std::string_view file) const;
+
+  // What the process's open descriptors point to, as the kernel words it.
+  std::vector<std::string> descriptors(Pid pid) const;
+
+  // A file of the machine, such as "meminfo", up to `longestFile` bytes; empty when it cannot be read.
+  std::string machineFile(const char* file) const;
+  static constexpr std::size_t longestFile = std::size_t{16} << 20U;
+
+ private:
+  int at() const;
+  Folder root_;
+};
+
+}  // namespace tarnwick

@@ -1,0 +1,64 @@
+#include "sampling/linux/process_memory.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <string>
+
+#include "sampling/decode/proc_text.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr std::uint64_t mostBytes = std::numeric_limits<std::uint64_t>::max();
+
+std::optional<std::uint64_t> sum(std::optional<std::uint64_t> a, std::optional<std::uint64_t> b) {
+  if (!a || !b || *b > mostBytes - *a) return std::nullopt;
+  return *a + *b;
+}
+
+std::uint64_t pageSizeOfSystem() {
+  const long size = ::sysconf(_SC_PAGESIZE);
+  return size > 0 ? static_cast<std::uint64_t>(size) : 4096;
+}
+
+}  // namespace
+
+ProcessMemory::ProcessMemory(const ProcReader& reader) : reader_(reader), pageSize_(pageSizeOfSystem()) {}
+
+std::optional<MemoryUse> ProcessMemory::of(Pid pid) {
+  std::array<char, 256> buffer{};
+  const auto text = reader_.read(pid, "statm", buffer);
+  const auto pages = text ? procPages(*text) : std::nullopt;
+  if (!pages || pages->resident > mostBytes / pageSize_) return std::nullopt;
+  // The two counters are not read at one instant, so the second may pass the first.
+  const std::uint64_t shared = std::min(pages->shared, pages->resident) * pageSize_;
+  MemoryUse use;
+  use.resident = pages->resident * pageSize_;
+  use.footprint = use.resident - shared;
+  if (machine().swaps || (machine().sharesMemory && shared >= sharedMemoryMatters)) {
+    if (const auto exact = footprintFromStatus(pid)) use.footprint = *exact;
+  }
+  return use;
+}
+
+const ProcessMemory::Machine& ProcessMemory::machine() {
+  if (!machine_) {
+    const std::string text = reader_.machineFile("meminfo");
+    machine_ = Machine{kilobyteField(text, "SwapTotal") != kilobyteField(text, "SwapFree") || text.empty(),
+                       kilobyteField(text, "Shmem").value_or(1) > 0};
+  }
+  return *machine_;
+}
+
+std::optional<std::uint64_t> ProcessMemory::footprintFromStatus(Pid pid) const {
+  std::array<char, 4096> buffer{};
+  const auto text = reader_.read(pid, "status", buffer);
+  if (!text) return std::nullopt;
+  const auto resident = sum(kilobyteField(*text, "RssAnon"), kilobyteField(*text, "RssShmem"));
+  return sum(resident, kilobyteField(*text, "VmSwap"));
+}
+
+}  // namespace tarnwick

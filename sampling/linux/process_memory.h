@@ -1,0 +1,46 @@
+// How much memory a process is charged for, at the lowest price: one small file for most processes, the
+// dear "status" only where its answer can differ. Used by one thread at a time.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "records/basics.h"
+#include "sampling/linux/proc_reader.h"
+
+namespace tarnwick {
+
+struct MemoryUse {
+  std::uint64_t footprint = 0;  // bytes: anonymous + shared memory + swapped; see `sharedMemoryMatters`
+  std::uint64_t resident = 0;   // bytes of the resident set
+};
+
+class ProcessMemory {
+ public:
+  // From resident - shared of "statm" the anonymous part is exact. Shared memory hides among the shared
+  // pages, which are mostly files; below this many bytes it is left out of the footprint.
+  static constexpr std::uint64_t sharedMemoryMatters = std::uint64_t{4} << 20U;
+
+  // `reader` must outlive the object.
+  explicit ProcessMemory(const ProcReader& reader);
+
+  // Forgets whether the machine swaps and holds shared memory.
+  void beginPass() { machine_.reset(); }
+
+  // Absent when the process is gone or cannot be read.
+  std::optional<MemoryUse> of(Pid pid);
+
+ private:
+  struct Machine {
+    bool swaps = false;         // some swap is in use; also when that is unknown
+    bool sharesMemory = false;  // shared memory exists; also when that is unknown
+  };
+  const Machine& machine();
+  std::optional<std::uint64_t> footprintFromStatus(Pid pid) const;
+
+  const ProcReader& reader_;
+  std::uint64_t pageSize_;
+  std::optional<Machine> machine_;  // absent until asked for in a pass
+};
+
+}  // namespace tarnwick

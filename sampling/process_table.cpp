@@ -1,0 +1,71 @@
+#include "sampling/process_table.h"
+
+#include <utility>
+
+namespace tarnwick {
+
+void ProcessTable::firstPass() {
+  source_.beginPass();
+  firstWall_ = source_.wallTime();
+  firstTimes_.clear();
+  const std::vector<Pid> pids = source_.myPids();
+  firstTimes_.reserve(pids.size());
+  for (const Pid pid : pids) {
+    if (const auto time = source_.processorTime(pid)) firstTimes_.insert_or_assign(pid, *time);
+  }
+}
+
+std::map<Pid, Proc> ProcessTable::secondPass(Timestamp now) {
+  source_.beginPass();
+  const std::uint64_t wallNow = source_.wallTime();
+  const std::uint64_t wall = wallNow > firstWall_ ? wallNow - firstWall_ : 0;
+  std::map<Pid, Proc> procs;
+  KnownByPid fresh;
+  for (const Pid pid : source_.myPids()) {
+    const auto facts = source_.facts(pid);
+    if (!facts) continue;
+    const Known& entry = knowledge(pid, facts->started, fresh);
+    Proc proc;
+    proc.pid = pid;
+    proc.ppid = facts->ppid;
+    proc.uid = facts->uid;
+    proc.path = entry.path;
+    proc.args = entry.args;
+    proc.started = timestamp(static_cast<double>(facts->started));
+    proc.app = entry.app;
+    measure(proc, wall);
+    if (!proc.app) readSurroundings(proc, now);
+    procs.insert_or_assign(procs.end(), pid, std::move(proc));
+  }
+  known = std::move(fresh);
+  return procs;
+}
+
+const ProcessTable::Known& ProcessTable::knowledge(Pid pid, std::int64_t start, KnownByPid& fresh) {
+  if (const auto old = known.find(pid); old != known.end() && old->second.start == start) {
+    return fresh.insert(fresh.end(), known.extract(old))->second;
+  }
+  Known entry;
+  entry.start = start;
+  entry.path = source_.path(pid);
+  entry.app = source_.app(pid, entry.path);
+  if (!entry.app) entry.args = source_.args(pid);
+  return fresh.insert_or_assign(fresh.end(), pid, std::move(entry))->second;
+}
+
+void ProcessTable::measure(Proc& proc, std::uint64_t wall) {
+  const auto usage = source_.usage(proc.pid);
+  if (!usage) return;
+  proc.footprint = usage->footprint;
+  proc.resident = usage->resident;
+  const auto first = firstTimes_.find(proc.pid);
+  if (first == firstTimes_.end() || wall == 0 || usage->processorTime < first->second) return;
+  proc.cpu = static_cast<double>(usage->processorTime - first->second) / static_cast<double>(wall);
+}
+
+void ProcessTable::readSurroundings(Proc& proc, Timestamp now) {
+  proc.cwd = source_.cwd(proc.pid);
+  if (secondsBetween(proc.started, now) > portsAfter) proc.ports = source_.listenPorts(proc.pid);
+}
+
+}  // namespace tarnwick
