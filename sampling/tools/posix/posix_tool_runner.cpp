@@ -1,0 +1,265 @@
+#include "sampling/tools/posix/posix_tool_runner.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <optional>
+#include <string_view>
+#include <thread>
+#include <utility>
+
+#include "records/utf8.h"
+
+extern char** environ;
+
+namespace tarnwick {
+namespace {
+
+using Steady = std::chrono::steady_clock;
+
+// How often a tool is asked whether it has ended: soon at first, then ever more rarely. The end of its
+// output, the usual sign, wakes the caller at once.
+constexpr std::chrono::microseconds firstPause{200};
+constexpr std::chrono::microseconds longestPause{25'000};
+
+// A descriptor that closes itself.
+class Descriptor {
+ public:
+  Descriptor() = default;
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() { close(); }
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    if (this != &other) {
+      close();
+      number_ = std::exchange(other.number_, -1);
+    }
+    return *this;
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int number() const { return number_; }
+  bool isOpen() const { return number_ >= 0; }
+  void close() {
+    if (number_ >= 0) ::close(std::exchange(number_, -1));
+  }
+
+ private:
+  int number_ = -1;
+};
+
+struct Pipe {
+  Descriptor readEnd;
+  Descriptor writeEnd;
+};
+
+// Both ends close-on-exec; reading never blocks, writing does.
+std::optional<Pipe> makePipe() {
+  std::array<int, 2> ends{};
+  if (::pipe(ends.data()) != 0) return std::nullopt;
+  Pipe pipe{Descriptor(ends[0]), Descriptor(ends[1])};
+  for (const int end : ends) {
+    if (::fcntl(end, F_SETFD, FD_CLOEXEC) != 0) return std::nullopt;
+  }
+  if (::fcntl(ends[0], F_SETFL, O_NONBLOCK) != 0) return std::nullopt;
+  return pipe;
+}
+
+// A started tool, the leader of its own process group.
+class PosixTool : public RunningTool {
+ public:
+  PosixTool(pid_t pid, Descriptor output, const ToolOptions& options)
+      : pid_(pid),
+        output_(std::move(output)),
+        seconds_(options.seconds),
+        outputBytes_(options.outputBytes),
+        deadline_(Steady::now() + inSteadyTime(options.seconds)) {}
+  ~PosixTool() override { end(); }
+  PosixTool(const PosixTool&) = delete;
+  PosixTool& operator=(const PosixTool&) = delete;
+
+  ToolResult result() override {
+    // A tool that waits with a full pipe while others were collected gets a moment of its own.
+    deadline_ = std::max(deadline_, Steady::now() + inSteadyTime(seconds_ / 10));
+    if (!collect()) {
+      end();
+      return {};
+    }
+    return {repairUtf8(text_), exitStatus_};
+  }
+
+ private:
+  static Steady::duration inSteadyTime(double seconds) {
+    return std::chrono::duration_cast<Steady::duration>(std::chrono::duration<double>(seconds));
+  }
+
+  // Reads until the tool has ended; false when a limit was reached before. The end of the tool decides, not
+  // the end of its output: a process that it left in the background may hold the pipe for ever.
+  bool collect() {
+    std::chrono::microseconds pause = firstPause;
+    while (true) {
+      const bool ended = hasEnded();
+      if (!drain()) return false;
+      if (ended) return true;
+      if (Steady::now() >= deadline_) return false;
+      waitForOutput(pause);
+      pause = std::min(pause * 2, longestPause);
+    }
+  }
+
+  // Takes what is in the pipe now; false when there was too much in all.
+  bool drain() {
+    std::array<char, 65536> block{};
+    while (output_.isOpen()) {
+      const ssize_t got = ::read(output_.number(), block.data(), block.size());
+      if (got < 0 && errno == EINTR) continue;
+      if (got < 0 && errno == EAGAIN) break;
+      if (got <= 0) {
+        output_.close();
+        break;
+      }
+      if (static_cast<std::size_t>(got) > outputBytes_ - text_.size()) return false;
+      text_.append(block.data(), static_cast<std::size_t>(got));
+    }
+    return true;
+  }
+
+  void waitForOutput(std::chrono::microseconds pause) const {
+    if (!output_.isOpen()) {
+      std::this_thread::sleep_for(pause);
+      return;
+    }
+    pollfd wanted{output_.number(), POLLIN, 0};
+    const auto milliseconds = std::chrono::ceil<std::chrono::milliseconds>(pause).count();
+    ::poll(&wanted, 1, static_cast<int>(milliseconds));
+  }
+
+  // Asks without waiting, and lays the ended tool to rest.
+  bool hasEnded() {
+    if (pid_ <= 0) return true;
+    int status = 0;
+    const pid_t answer = ::waitpid(pid_, &status, WNOHANG);
+    if (answer == 0 || (answer < 0 && errno == EINTR)) return false;
+    pid_ = 0;
+    if (answer > 0 && WIFEXITED(status)) exitStatus_ = WEXITSTATUS(status);
+    return true;
+  }
+
+  // Ends the tool and its children. Its process group cannot belong to anybody else while the tool has not
+  // been waited for.
+  void end() {
+    output_.close();
+    if (pid_ <= 0) return;
+    ::kill(-pid_, SIGKILL);
+    int status = 0;
+    while (::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
+    }
+    pid_ = 0;
+  }
+
+  pid_t pid_;  // 0 once it has been waited for
+  Descriptor output_;
+  double seconds_;
+  std::size_t outputBytes_;
+  Steady::time_point deadline_;
+  std::string text_;
+  int exitStatus_ = -1;
+};
+
+// The NULL-ended list of pointers that the system takes; lives as long as `texts`.
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  pointers.reserve(texts.size() + 1);
+  for (std::string& text : texts) pointers.push_back(text.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+bool isDropped(std::string_view variable, const ToolOptions& options) {
+  const std::string_view name = variable.substr(0, variable.find('='));
+  for (const std::string& prefix : options.droppedVariables) {
+    if (name.starts_with(prefix)) return true;
+  }
+  return std::any_of(options.addedVariables.begin(), options.addedVariables.end(),
+                     [name](const auto& added) { return added.first == name; });
+}
+
+std::vector<std::string> environmentFor(const ToolOptions& options) {
+  std::vector<std::string> variables;
+  for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable) {
+    if (!isDropped(*variable, options)) variables.emplace_back(*variable);
+  }
+  for (const auto& [name, value] : options.addedVariables) {
+    variables.push_back(name);
+    variables.back().append("=").append(value);
+  }
+  return variables;
+}
+
+// Signals that we ignore or block would stay so in the tool; it starts like one started by hand. The group
+// of its own lets its children be ended with it.
+bool prepareAttributes(posix_spawnattr_t& attributes) {
+  sigset_t none;
+  sigset_t all;
+  sigemptyset(&none);
+  sigfillset(&all);
+  sigdelset(&all, SIGKILL);
+  sigdelset(&all, SIGSTOP);
+  constexpr int flags = POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+  return posix_spawnattr_setflags(&attributes, static_cast<short>(flags)) == 0 &&
+         posix_spawnattr_setpgroup(&attributes, 0) == 0 &&
+         posix_spawnattr_setsigmask(&attributes, &none) == 0 &&
+         posix_spawnattr_setsigdefault(&attributes, &all) == 0;
+}
+
+bool prepareStreams(posix_spawn_file_actions_t& actions, int writeEnd) {
+  return posix_spawn_file_actions_adddup2(&actions, writeEnd, STDOUT_FILENO) == 0 &&
+         posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0) == 0;
+}
+
+// The new process, or 0.
+pid_t spawn(const std::string& path, const std::vector<std::string>& args, const ToolOptions& options,
+            int writeEnd) {
+  std::vector<std::string> words{path};
+  words.insert(words.end(), args.begin(), args.end());
+  std::vector<std::string> variables = environmentFor(options);
+
+  posix_spawnattr_t attributes;
+  posix_spawn_file_actions_t actions;
+  if (posix_spawnattr_init(&attributes) != 0) return 0;
+  if (posix_spawn_file_actions_init(&actions) != 0) {
+    posix_spawnattr_destroy(&attributes);
+    return 0;
+  }
+  pid_t pid = 0;
+  const bool started = prepareAttributes(attributes) && prepareStreams(actions, writeEnd) &&
+                       posix_spawn(&pid, path.c_str(), &actions, &attributes, pointersTo(words).data(),
+                                   pointersTo(variables).data()) == 0;
+  posix_spawn_file_actions_destroy(&actions);
+  posix_spawnattr_destroy(&attributes);
+  return started ? pid : 0;
+}
+
+}  // namespace
+
+std::unique_ptr<RunningTool> PosixToolRunner::start(const std::string& path,
+                                                    const std::vector<std::string>& args,
+                                                    const ToolOptions& options) {
+  const std::lock_guard<std::mutex> lock(launching_);
+  std::optional<Pipe> pipe = makePipe();
+  if (!pipe) return nullptr;
+  const pid_t pid = spawn(path, args, options, pipe->writeEnd.number());
+  if (pid <= 0) return nullptr;
+  return std::make_unique<PosixTool>(pid, std::move(pipe->readEnd), options);
+}
+
+}  // namespace tarnwick

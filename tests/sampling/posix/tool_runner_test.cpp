@@ -1,0 +1,186 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+
+#include "sampling/tools/posix/posix_tool_runner.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/wait_until.h"
+
+namespace tarnwick {
+namespace {
+
+class ToolRunnerTest : public testing::Test {
+ protected:
+  // Every test must leave nothing to wait for, neither running nor dead.
+  void TearDown() override {
+    EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+  }
+
+  ToolResult run(const std::string& body, const ToolOptions& options = {}) {
+    auto tool = runner_.start(folder_.script("tool", body), {"one", "two words"}, options);
+    return tool == nullptr ? ToolResult{"not started", -2} : tool->result();
+  }
+
+  TempFolder folder_;
+  PosixToolRunner runner_;
+};
+
+TEST_F(ToolRunnerTest, TakesStandardOutputAndTheExitStatus) {
+  struct Case {
+    std::string body;
+    std::string output;
+    int exitStatus;
+  };
+  const Case cases[] = {
+      {"printf '%s|' \"$@\"", "one|two words|", 0},
+      {"echo seen; echo unseen >&2; exit 3", "seen\n", 3},
+      {"printf 'a\\377b\\303'",
+       "a\xEF\xBF\xBD"
+       "b\xEF\xBF\xBD",
+       0},
+      {"exit 255", "", 255},
+      {"echo last words; kill -KILL $$", "last words\n", -1},
+      {"exec 1>&-; exit 4", "", 4},
+      {"exec 1>&-; sleep 0.05; exit 5", "", 5},
+  };
+  for (const Case& expected : cases) {
+    const ToolResult result = run(expected.body);
+    EXPECT_EQ(result.output, expected.output) << expected.body;
+    EXPECT_EQ(result.exitStatus, expected.exitStatus) << expected.body;
+  }
+}
+
+TEST_F(ToolRunnerTest, OutputLargerThanAPipeComesWhole) {
+  const std::string output = run("head -c 300000 /dev/zero | tr '\\0' x").output;
+  EXPECT_EQ(output, std::string(300'000, 'x'));
+}
+
+TEST_F(ToolRunnerTest, WhatCannotBeLaunchedIsAbsent) {
+  const std::string plain = folder_.write("plain", "#!/bin/sh\necho never\n");
+  const std::string broken = folder_.script("broken", "");
+  folder_.write("broken", "#!/no/such/interpreter\n");
+  for (const std::string& path : {folder_.at("missing"), plain, broken, folder_.path(), std::string()}) {
+    EXPECT_EQ(runner_.start(path, {}), nullptr) << path;
+  }
+  EXPECT_EQ(ToolRunner::finish(nullptr), "");
+  EXPECT_EQ(ToolRunner::finish(runner_.start(folder_.script("tool", "echo ends badly; exit 1"), {})),
+            "ends badly\n");
+}
+
+TEST_F(ToolRunnerTest, StartedToolsRunSideBySide) {
+  // Each waits for the other's mark: one after the other, neither would ever end.
+  const std::string meet = "touch \"$1\"; while [ ! -e \"$2\" ]; do sleep 0.01; done; echo met";
+  const std::string script = folder_.script("tool", meet);
+  auto first = runner_.start(script, {folder_.at("a"), folder_.at("b")});
+  auto second = runner_.start(script, {folder_.at("b"), folder_.at("a")});
+  EXPECT_EQ(ToolRunner::finish(std::move(first)), "met\n");
+  EXPECT_EQ(ToolRunner::finish(std::move(second)), "met\n");
+}
+
+TEST_F(ToolRunnerTest, OutputIsTakenUpToItsLimit) {
+  ToolOptions options;
+  options.outputBytes = 1'000;
+  EXPECT_EQ(run("head -c 1000 /dev/zero | tr '\\0' x", options).output.size(), 1'000U);
+  const ToolResult tooMuch = run("head -c 1001 /dev/zero | tr '\\0' x; exec sleep 1000", options);
+  EXPECT_EQ(tooMuch.output, "");
+  EXPECT_EQ(tooMuch.exitStatus, -1);
+}
+
+// A named pipe that a tool's whole family keeps open tells when the last of them is gone.
+class FamilyMark {
+ public:
+  explicit FamilyMark(const std::string& path) {
+    EXPECT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    descriptor_ = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  }
+  ~FamilyMark() { ::close(descriptor_); }
+  FamilyMark(const FamilyMark&) = delete;
+  FamilyMark& operator=(const FamilyMark&) = delete;
+
+  bool appears() {
+    return waitUntil([this] { return readOne() == 1; });
+  }
+  bool vanishes() {
+    return waitUntil([this] { return readOne() == 0; });
+  }
+
+ private:
+  ssize_t readOne() const {
+    char byte = 0;
+    return ::read(descriptor_, &byte, 1);
+  }
+
+  int descriptor_ = -1;
+};
+
+const char* const neverEnding =
+    "exec 3>\"$1\"; sleep 1000 & sh -c 'sleep 1000; :' & printf x >&3; echo said; wait";
+
+TEST_F(ToolRunnerTest, AToolThatNeverEndsIsEndedWithItsChildren) {
+  FamilyMark family(folder_.at("family"));
+  ToolOptions options;
+  options.seconds = 0.2;
+  auto tool = runner_.start(folder_.script("tool", neverEnding), {folder_.at("family")}, options);
+  ASSERT_NE(tool, nullptr);
+  ASSERT_TRUE(family.appears());
+  const ToolResult result = tool->result();
+  EXPECT_EQ(result.output, "");
+  EXPECT_EQ(result.exitStatus, -1);
+  EXPECT_TRUE(family.vanishes());
+}
+
+TEST_F(ToolRunnerTest, AToolThatIsLetGoIsEndedWithItsChildren) {
+  FamilyMark family(folder_.at("family"));
+  auto tool = runner_.start(folder_.script("tool", neverEnding), {folder_.at("family")});
+  ASSERT_NE(tool, nullptr);
+  ASSERT_TRUE(family.appears());
+  tool.reset();
+  EXPECT_TRUE(family.vanishes());
+}
+
+TEST_F(ToolRunnerTest, ASurvivorInTheBackgroundDoesNotHoldTheCaller) {
+  // The sleeper inherits the pipe; its end is the test's own doing.
+  const ToolResult result = run("sleep 1000 2>&1 & echo $!");
+  EXPECT_EQ(result.exitStatus, 0);
+  const int survivor = std::atoi(result.output.c_str());
+  ASSERT_GT(survivor, 1);
+  EXPECT_EQ(::kill(survivor, SIGKILL), 0);
+}
+
+TEST_F(ToolRunnerTest, EnvironmentIsInheritedExceptWhereTheCallChangesIt) {
+  ::setenv("TARNWICK_TEST_KEPT", "kept", 1);
+  ::setenv("TARNWICK_TEST_REPLACED", "old", 1);
+  ::setenv("TARNWICK_GONE_A", "a", 1);
+  ToolOptions options;
+  options.droppedVariables = {"TARNWICK_GONE_"};
+  options.addedVariables = {{"TARNWICK_TEST_REPLACED", "new"}, {"TARNWICK_TEST_ADDED", "a b"}};
+  EXPECT_EQ(run("env | grep TARNWICK_ | LC_ALL=C sort", options).output,
+            "TARNWICK_TEST_ADDED=a b\nTARNWICK_TEST_KEPT=kept\nTARNWICK_TEST_REPLACED=new\n");
+}
+
+TEST_F(ToolRunnerTest, SignalsWorkInTheToolWhateverWeDoWithThem) {
+  struct sigaction ignore {};
+  struct sigaction before {};
+  ignore.sa_handler = SIG_IGN;
+  ASSERT_EQ(::sigaction(SIGPIPE, &ignore, &before), 0);
+  sigset_t blocked;
+  sigset_t maskBefore;
+  sigemptyset(&blocked);
+  sigaddset(&blocked, SIGTERM);
+  ASSERT_EQ(::pthread_sigmask(SIG_BLOCK, &blocked, &maskBefore), 0);
+  EXPECT_EQ(run("kill -PIPE $$; echo ignored").output, "");
+  EXPECT_EQ(run("kill -TERM $$; echo blocked").output, "");
+  ::pthread_sigmask(SIG_SETMASK, &maskBefore, nullptr);
+  ::sigaction(SIGPIPE, &before, nullptr);
+}
+
+}  // namespace
+}  // namespace tarnwick
