@@ -2,6 +2,7 @@
 // they found. A rule that finds nothing, or lacks its data, returns an empty list; none fails or logs.
 #pragma once
 
+#include <set>
 #include <vector>
 
 #include "diagnosis/surroundings.h"
@@ -24,5 +25,26 @@ std::vector<Finding> heat(const Snapshot& snapshot);
 std::vector<Finding> busyServices(const Snapshot& snapshot, const Self& self);
 std::vector<Finding> lowDisk(const Snapshot& snapshot);
 std::vector<Finding> loginApps(const Snapshot& snapshot, const Self& self);
+
+// Browsers (browser_rules.cpp). Here and below `termed` holds the pids that a remedy was already aimed at:
+// the remedy for them is to force.
+std::vector<Finding> browsers(const Snapshot& snapshot);
+std::vector<Finding> testBrowsers(const Snapshot& snapshot, const std::set<Pid>& termed, const Self& self);
+
+// Busy processes, and those that keep the machine awake (cpu_rules.cpp).
+std::vector<Finding> cpuHogs(const Snapshot& snapshot, Surroundings& surroundings);
+std::vector<Finding> caffeinates(const Snapshot& snapshot, const std::set<Pid>& termed,
+                                 Surroundings& surroundings);
+
+// The process that is Docker's virtual machine: it belongs to the docker rule alone. Null when there is none.
+const Proc* dockerVM(const Snapshot& snapshot);
+
+// Development machinery that stays up (docker_rules.cpp).
+std::vector<Finding> docker(const Snapshot& snapshot);
+std::vector<Finding> simulators(const Snapshot& snapshot, Surroundings& surroundings);
+
+// Forgotten development servers, one finding per project (stacks_rule.cpp).
+std::vector<Finding> stacks(const Snapshot& snapshot, const std::set<Pid>& termed,
+                            Surroundings& surroundings);
 
 }  // namespace tarnwick

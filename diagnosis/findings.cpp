@@ -20,20 +20,19 @@ struct Rule {
   std::vector<Finding> (*find)(const Question&);
 };
 
-std::vector<Finding> nothing(const Question&) { return {}; }
-
 constexpr std::array<Rule, ruleCount> rules{{
     {"heat", [](const Question& q) { return heat(q.snapshot); }},
-    {"browsers", nothing},
+    {"browsers", [](const Question& q) { return browsers(q.snapshot); }},
     {"services", [](const Question& q) { return busyServices(q.snapshot, q.surroundings.self()); }},
     {"disk", [](const Question& q) { return lowDisk(q.snapshot); }},
     {"login items", [](const Question& q) { return loginApps(q.snapshot, q.surroundings.self()); }},
-    {"cpu", nothing},
-    {"docker card", nothing},
-    {"simulators", nothing},
-    {"stacks", nothing},
-    {"test browsers", nothing},
-    {"caffeinate", nothing},
+    {"cpu", [](const Question& q) { return cpuHogs(q.snapshot, q.surroundings); }},
+    {"docker card", [](const Question& q) { return docker(q.snapshot); }},
+    {"simulators", [](const Question& q) { return simulators(q.snapshot, q.surroundings); }},
+    {"stacks", [](const Question& q) { return stacks(q.snapshot, q.termed, q.surroundings); }},
+    {"test browsers",
+     [](const Question& q) { return testBrowsers(q.snapshot, q.termed, q.surroundings.self()); }},
+    {"caffeinate", [](const Question& q) { return caffeinates(q.snapshot, q.termed, q.surroundings); }},
 }};
 
 bool comesFirst(const Finding& a, const Finding& b) {

@@ -1,0 +1,205 @@
+// Rules about development machinery that stays up: Docker's virtual machine and Xcode simulators.
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <limits>
+
+#include "diagnosis/attribution.h"
+#include "diagnosis/detect.h"
+#include "diagnosis/machine_share.h"
+#include "diagnosis/process_kinds.h"
+#include "records/checked.h"
+#include "records/utf8.h"
+#include "records/wording.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr std::string_view dockerID = "com.docker.docker";
+constexpr std::uint64_t largeBytes = 1'073'741'824;  // 1 GiB
+constexpr double busyCores = 1.0;
+constexpr double noteworthyCores = 0.5;
+constexpr std::size_t mostStopActions = 3;
+constexpr std::size_t udidLength = 36;
+
+// The whole percentage, truncated. Beyond 160 petabytes the division comes first, so that nothing wraps.
+std::uint64_t wholePercentage(std::uint64_t part, std::uint64_t whole) {
+  const std::uint64_t most = std::numeric_limits<std::uint64_t>::max() / 100;
+  return part <= most ? part * 100 / std::max<std::uint64_t>(whole, 1)
+                      : part / std::max<std::uint64_t>(whole / 100, 1);
+}
+
+// Most of it lies compressed or on disk: the footprint is more than twice the resident size.
+bool isMostlySwapped(const Proc& vm) {
+  return vm.footprint > vm.resident && vm.footprint - vm.resident > vm.resident;
+}
+
+// For how long a container is up, from the engine's words: "Up 3 hours (healthy)" gives "3 hours".
+std::string upTime(std::string status) {
+  constexpr std::string_view up = "Up ";
+  constexpr std::string_view blanks = " \t\n\v\f\r";
+  for (std::size_t at = status.find(up); at != std::string::npos; at = status.find(up, at)) {
+    status.erase(at, up.size());
+  }
+  status.resize(std::min(status.find('('), status.size()));
+  const std::size_t first = std::min(status.find_first_not_of(blanks), status.size());
+  return status.substr(first, status.find_last_not_of(blanks) + 1 - first);
+}
+
+std::vector<Action> dockerActions(const Snapshot& snapshot) {
+  std::vector<const Container*> biggest;
+  for (const Container& container : snapshot.containers) biggest.push_back(&container);
+  std::stable_sort(biggest.begin(), biggest.end(),
+                   [](const Container* a, const Container* b) { return a->mem > b->mem; });
+  biggest.resize(std::min(biggest.size(), mostStopActions));
+
+  std::vector<Action> actions{{"Quit Docker", {QuitApp{std::string(dockerID)}}}};
+  for (const Container* container : biggest) {
+    const std::string up = upTime(container->status);
+    actions.push_back({fmt::format("Stop {} ({}, {}{})", container->name, dbKind(container->image),
+                                   size(container->mem), up.empty() ? "" : ", on for " + up),
+                       {DockerStop{container->id}}});
+  }
+  return actions;
+}
+
+std::string dockerIcon(const Snapshot& snapshot) {
+  const auto app = std::find_if(snapshot.apps.begin(), snapshot.apps.end(),
+                                [](const RunningApp& a) { return a.bundleID == dockerID; });
+  return app == snapshot.apps.end() ? "shippingbox" : app->path;
+}
+
+Finding dockerFinding(const Proc& vm, const Snapshot& snapshot) {
+  std::uint64_t needed = 0;
+  for (const Container& container : snapshot.containers) needed = checkedAdd(needed, container.mem);
+  const bool alone = snapshot.containers.empty();
+  const auto count = static_cast<std::int64_t>(snapshot.containers.size());
+  const bool works = vm.cpu >= noteworthyCores;
+  const std::string share = works ? pct(vm.cpu, snapshot) : std::string();
+
+  std::string detail =
+      alone ? "Docker keeps this memory for its Linux system, even when your containers need less."
+            : fmt::format("Your {} need only {}. Docker keeps the rest for itself.",
+                          plural(count, "container"), size(needed));
+  if (isMostlySwapped(vm)) {
+    detail += " Most of that memory is now compressed or moved to disk, and that makes the Mac slower.";
+  }
+  if (works) detail += fmt::format(" Docker also uses {} right now, for containers that are working.", share);
+  detail += " Quit Docker to free all of it.";
+
+  std::string summary =
+      alone ? "Docker keeps this memory for its Linux system."
+            : fmt::format("Your containers need only {}. Docker keeps the rest.", size(needed));
+  if (works) summary += fmt::format(" It also uses {} now.", share);
+
+  return {.id = "docker",
+          .bucket = Bucket::always,
+          .title = fmt::format("Docker uses {} of memory", size(vm.footprint)),
+          .detail = std::move(detail),
+          .bytes = vm.footprint,
+          .actions = dockerActions(snapshot),
+          .subject = "Docker",
+          .summary = std::move(summary),
+          .metric = fmt::format("{}% of memory", wholePercentage(vm.footprint, snapshot.ram)),
+          .icon = dockerIcon(snapshot),
+          .impact = std::max(processorShare(vm.cpu, snapshot), memoryShare(vm.footprint, snapshot))};
+}
+
+// One running simulator.
+struct Simulator {
+  std::string name;
+  std::string udid;
+  const Proc* launcher = nullptr;
+};
+
+// The simulator that a simulator's launch process belongs to; absent when its device cannot be found.
+std::optional<Simulator> simulatorOf(const Proc& launcher, Surroundings& surroundings) {
+  constexpr std::string_view folder = "/Devices/";
+  if (launcher.args.size() < 2) return std::nullopt;
+  const std::string& plist = launcher.args[1];
+  const std::size_t at = plist.find(folder);
+  if (at == std::string::npos) return std::nullopt;
+  const std::string udid = firstCharacters(std::string_view(plist).substr(at + folder.size()), udidLength);
+  if (udid.empty()) return std::nullopt;
+  const auto name = surroundings.deviceName(plist.substr(0, at + folder.size()) + udid + "/device.plist");
+  if (!name) return std::nullopt;
+  return Simulator{*name, udid, &launcher};
+}
+
+// By device name, devices of one name by pid.
+std::vector<Simulator> runningSimulators(const Snapshot& snapshot, Surroundings& surroundings) {
+  const Self& self = surroundings.self();
+  std::vector<Simulator> all;
+  for (const auto& [pid, proc] : snapshot.procs) {
+    if (proc.uid != self.uid || proc.name() != "launchd_sim") continue;
+    if (auto simulator = simulatorOf(proc, surroundings)) all.push_back(std::move(*simulator));
+  }
+  std::stable_sort(all.begin(), all.end(),
+                   [](const Simulator& a, const Simulator& b) { return a.name < b.name; });
+  return all;
+}
+
+std::uint64_t memoryOf(const std::vector<Simulator>& all, const Snapshot& snapshot) {
+  TreeMemory trees(snapshot);
+  std::uint64_t memory = 0;
+  for (const Simulator& simulator : all) memory = checkedAdd(memory, trees.of(*simulator.launcher));
+  return memory;
+}
+
+Finding simulatorsFinding(const std::vector<Simulator>& all, const Snapshot& snapshot, bool canShutDown) {
+  std::vector<std::string> names;
+  std::vector<Action> actions;
+  Timestamp earliest = all.front().launcher->started;
+  for (const Simulator& simulator : all) {
+    names.push_back(simulator.name);
+    earliest = std::min(earliest, simulator.launcher->started);
+    if (canShutDown) actions.push_back({"Shut down " + simulator.name, {SimShutdown{simulator.udid}}});
+  }
+  const std::uint64_t memory = memoryOf(all, snapshot);
+  const bool one = all.size() == 1;
+  const std::string_view them = one ? "it" : "them";
+  const std::string on = fmt::format("{} {} been on for {}.", list(names), one ? "has" : "have",
+                                     ago(secondsBetween(earliest, snapshot.now)));
+  return {.id = "simulators",
+          .bucket = Bucket::always,
+          .title = fmt::format("{} {} {}", plural(static_cast<std::int64_t>(all.size()), "Xcode simulator"),
+                               one ? "uses" : "use", size(memory)),
+          .detail = fmt::format("{0} Shut {1} down if you are not testing on {1}.", on, them),
+          .bytes = memory,
+          .actions = std::move(actions),
+          .subject = "Xcode simulators",
+          .summary = on,
+          .metric = size(memory),
+          .icon = "iphone",
+          .impact = memoryShare(memory, snapshot)};
+}
+
+}  // namespace
+
+const Proc* dockerVM(const Snapshot& snapshot) {
+  const Proc* vm = nullptr;
+  for (const auto& [pid, proc] : snapshot.procs) {
+    if (!proc.path.ends_with("/com.apple.Virtualization.VirtualMachine")) continue;
+    if (vm == nullptr || proc.footprint > vm->footprint) vm = &proc;
+  }
+  if (vm == nullptr) return nullptr;
+  // Other programs have virtual machines too: it is Docker's only where Docker runs.
+  const bool dockerRuns = std::any_of(snapshot.procs.begin(), snapshot.procs.end(), [](const auto& entry) {
+    return entry.second.path.find("/Docker.app/") != std::string::npos;
+  });
+  return dockerRuns ? vm : nullptr;
+}
+
+std::vector<Finding> docker(const Snapshot& snapshot) {
+  const Proc* vm = dockerVM(snapshot);
+  if (vm == nullptr || (vm->footprint <= largeBytes && vm->cpu < busyCores)) return {};
+  return {dockerFinding(*vm, snapshot)};
+}
+
+std::vector<Finding> simulators(const Snapshot& snapshot, Surroundings& surroundings) {
+  const std::vector<Simulator> all = runningSimulators(snapshot, surroundings);
+  if (all.empty()) return {};
+  return {simulatorsFinding(all, snapshot, surroundings.hasSimctl())};
+}
+
+}  // namespace tarnwick

@@ -1,0 +1,204 @@
+#include "diagnosis/stack_wording.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <utility>
+
+#include "diagnosis/attribution.h"
+#include "diagnosis/process_kinds.h"
+#include "records/utf8.h"
+#include "records/wording.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr std::size_t shownCommandCharacters = 200;
+
+// Branches that everybody works on: they have no pull request and are never done with.
+constexpr std::array<std::string_view, 3> sharedBranches{"main", "master", "develop"};
+
+bool isShared(std::string_view branch) {
+  return std::find(sharedBranches.begin(), sharedBranches.end(), branch) != sharedBranches.end();
+}
+
+// The servers of one kind.
+struct KindTally {
+  std::string kind;
+  std::int64_t n = 0;
+  std::vector<std::uint16_t> ports = {};
+};
+
+// In first-seen order.
+std::vector<KindTally> talliesOf(const Stack& stack) {
+  std::vector<KindTally> tallies;
+  std::map<std::string, std::size_t> places;
+  for (const Proc* server : stack.servers) {
+    const auto [place, isNew] = places.try_emplace(serverKind(*server), tallies.size());
+    if (isNew) tallies.push_back({place->first});
+    KindTally& tally = tallies[place->second];
+    ++tally.n;
+    tally.ports.insert(tally.ports.end(), server->ports.begin(), server->ports.end());
+  }
+  return tallies;
+}
+
+// "a Node server", "an API server", "2 Node servers".
+std::string counted(std::int64_t n, const std::string& phrase) {
+  if (n != 1) return plural(n, phrase);
+  const bool vowel =
+      !phrase.empty() && std::string_view("AEIOU").find(phrase.front()) != std::string_view::npos;
+  return (vowel ? "an " : "a ") + phrase;
+}
+
+std::string portsText(const std::vector<std::uint16_t>& ports) {
+  std::vector<std::string> numbers;
+  for (const std::uint16_t port : ports) numbers.push_back(std::to_string(port));
+  return fmt::format("({} {})", ports.size() == 1 ? "port" : "ports", list(numbers));
+}
+
+enum class Ports { shown, hidden };
+
+// What runs: the kinds of servers, then the databases by label.
+std::string contents(const Stack& stack, Ports ports) {
+  std::vector<std::string> phrases;
+  for (const KindTally& tally : talliesOf(stack)) {
+    std::string phrase = counted(tally.n, tally.kind);
+    if (ports == Ports::shown) phrase += " " + portsText(tally.ports);
+    phrases.push_back(std::move(phrase));
+  }
+  std::map<std::string_view, std::int64_t> databases;
+  for (const Container* container : stack.containers) ++databases[dbKind(container->image)];
+  for (const auto& [label, n] : databases) phrases.push_back(counted(n, std::string(label) + " database"));
+  return list(phrases);
+}
+
+// The middle of a card: what the stack belonged to, and whether it may be stopped.
+struct Story {
+  std::string title;
+  std::string middle;  // sentences, each after a blank
+  std::string hint;    // likewise; may be empty
+};
+
+Story storyWithoutRepository(const Stack& stack, Surroundings& surroundings) {
+  return {stack.name + " is still running", " " + startedBy(stack.start, stack.age, stack.work, surroundings),
+          ""};
+}
+
+Story storyOfBranch(const Stack& stack, const Git& git, Surroundings& surroundings) {
+  const bool shared = isShared(git.branch);
+  Story story;
+  story.title = fmt::format("{}{} is still running", git.isCopy ? "A copy of " : "", git.repo);
+  story.middle = fmt::format(" Branch {}.", git.branch);
+  if (!shared) {
+    if (const auto title = surroundings.prTitle(git.slug, git.branch)) {
+      story.middle += fmt::format(" Pull request: “{}”.", *title);
+    }
+  }
+  if (!git.lastCommit.empty()) {
+    story.middle += fmt::format(" Last commit {}: “{}”.", git.lastCommitAgo, git.lastCommit);
+  }
+  story.middle += " " + startedBy(stack.start, stack.age, stack.work, surroundings);
+  story.hint = shared ? " Stop it if you are not using it." : " Stop it if you are done with this branch.";
+  return story;
+}
+
+const std::string& jobName(const Stack& stack) { return stack.job->job ? *stack.job->job : stack.name; }
+
+bool isWorking(const ClaudeWork& job) { return job.jobState == "working"; }
+
+// What the job was about, by the best description there is.
+std::string jobTopic(const Stack& stack, Surroundings& surroundings) {
+  const ClaudeWork& job = *stack.job;
+  std::optional<std::string> number;
+  if (job.pr) number = std::to_string(*job.pr);
+  if (const auto title = surroundings.prTitle(job.prRepo, number)) {
+    return fmt::format(" The job worked on the pull request “{}”.", *title);
+  }
+  if (const auto& title = stack.work && stack.work->title ? stack.work->title : job.title) {
+    return fmt::format(" The job worked on “{}”.", *title);
+  }
+  if (!stack.jobRepository) return {};
+  const Git& git = *stack.jobRepository;
+  return fmt::format(" The job worked in {}, on the branch {}.{}", git.repo, git.branch,
+                     git.lastCommit.empty() ? "" : fmt::format(" Its last commit was “{}”.", git.lastCommit));
+}
+
+std::string jobEnding(const ClaudeWork& job, Timestamp now) {
+  if (isWorking(job)) return " The job is still working.";
+  const std::string when = job.jobUpdated ? " " + ago(secondsBetween(*job.jobUpdated, now)) + " ago" : "";
+  if (job.jobState == "blocked" || job.jobState == "failed" || job.jobState == "error") {
+    return fmt::format(" The job stopped{} because of an error, but its server still runs.", when);
+  }
+  return fmt::format(" The job ended{}, but its server still runs.", when);
+}
+
+Story storyOfJob(const Stack& stack, Timestamp now, Surroundings& surroundings) {
+  const std::size_t count = stack.servers.size();
+  const std::string what = count == 1 ? "A test server" : fmt::format("{} test servers", count);
+  return {fmt::format("{} from the Claude Code job “{}” {} still running", what, jobName(stack),
+                      count == 1 ? "is" : "are"),
+          jobTopic(stack, surroundings) + jobEnding(*stack.job, now),
+          isWorking(*stack.job) ? "" : " It is safe to stop."};
+}
+
+Story storyOf(const Stack& stack, Timestamp now, Surroundings& surroundings) {
+  if (stack.job) return storyOfJob(stack, now, surroundings);
+  if (stack.project) return storyOfBranch(stack, *stack.project, surroundings);
+  return storyWithoutRepository(stack, surroundings);
+}
+
+void addJobLines(const Stack& stack, std::vector<std::string>& lines) {
+  lines.push_back(fmt::format("Claude Code background job “{}”, state: {}", jobName(stack),
+                              stack.job->jobState.value_or("unknown")));
+  if (const auto& git = stack.jobRepository) {
+    lines.push_back(fmt::format("The job worked in the git repo {}, branch {}. Last commit: {}", git->repo,
+                                git->branch, git->lastCommit));
+  }
+}
+
+std::string evidenceOf(const Stack& stack, Surroundings& surroundings) {
+  std::vector<std::string> lines;
+  for (const Proc* server : stack.servers) {
+    lines.push_back(fmt::format("Server: {}. Command: {}", serverKind(*server),
+                                firstCharacters(commandLine(*server), shownCommandCharacters)));
+  }
+  const std::string& home = surroundings.self().home;
+  const bool isBelowHome = stack.root.starts_with(home + "/");
+  lines.push_back("Folder: " + (isBelowHome ? "~" + stack.root.substr(home.size()) : stack.root));
+  for (const Container* container : stack.containers) {
+    lines.push_back(fmt::format("Docker container: {} (image {})", container->name, container->image));
+  }
+  if (stack.job) addJobLines(stack, lines);
+  for (const Proc* server : stack.servers) {
+    if (auto head = scriptHead(*server, surroundings)) lines.push_back(std::move(*head));
+  }
+  return facts(stack.start.who, stack.project, stack.work, std::move(lines));
+}
+
+std::string subjectOf(const Stack& stack) {
+  if (stack.job) return "a test server";
+  return stack.project ? stack.project->repo : stack.name;
+}
+
+std::string summaryOf(const Stack& stack) {
+  if (!stack.job) return fmt::format("{}, on for {}.", contents(stack, Ports::hidden), ago(stack.age));
+  return fmt::format("From the Claude Code job “{}”, which {}.", jobName(stack),
+                     isWorking(*stack.job) ? "is still working" : "has stopped");
+}
+
+}  // namespace
+
+StackWords wordsFor(const Stack& stack, const Snapshot& snapshot, Surroundings& surroundings) {
+  Story story = storyOf(stack, snapshot.now, surroundings);
+  return {.title = std::move(story.title),
+          .detail = fmt::format("It runs {}.{} It uses {} in total.{}", contents(stack, Ports::shown),
+                                story.middle, size(stack.bytes), story.hint),
+          .evidence = evidenceOf(stack, surroundings),
+          .subject = subjectOf(stack),
+          .summary = summaryOf(stack)};
+}
+
+}  // namespace tarnwick
