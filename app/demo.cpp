@@ -2,6 +2,7 @@
 
 #include "app/demo_machine.h"
 #include "records/app_name.h"
+#include "records/utf8.h"
 
 namespace tarnwick {
 namespace {
@@ -72,6 +73,10 @@ std::optional<Demo> demoSnapshot(Timestamp now, const std::optional<std::string>
   }
   demo.snapshot.index();
   return demo;
+}
+
+std::string unknownScenario(const std::string& name) {
+  return "Unknown scenario “" + repairUtf8(name) + "”. Use memory, calm, or developer.\n";
 }
 
 }  // namespace tarnwick

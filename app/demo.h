@@ -21,4 +21,7 @@ struct Demo {
 // any other scenario name.
 std::optional<Demo> demoSnapshot(Timestamp now, const std::optional<std::string>& scenario, const Self& self);
 
+// The sentence for a scenario name that there is none for, with its line feed.
+std::string unknownScenario(const std::string& name);
+
 }  // namespace tarnwick

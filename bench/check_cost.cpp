@@ -21,7 +21,9 @@ struct Cost {
   long peakKilobytes = 0;
 };
 
-double milliseconds(const timeval& t) { return static_cast<double>(t.tv_sec) * 1e3 + static_cast<double>(t.tv_usec) / 1e3; }
+double milliseconds(const timeval& t) {
+  return static_cast<double>(t.tv_sec) * 1e3 + static_cast<double>(t.tv_usec) / 1e3;
+}
 
 Cost costOf(std::vector<std::string> words) {
   const pid_t child = fork();

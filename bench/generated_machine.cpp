@@ -46,7 +46,8 @@ class Machine {
 
   void addChain(int length) {
     Pid parent = 1;
-    for (int i = 0; i < length && room_ > 0; ++i) parent = add(parent, "/usr/bin/make", {"make", "-j8", "all"}).pid;
+    for (int i = 0; i < length && room_ > 0; ++i)
+      parent = add(parent, "/usr/bin/make", {"make", "-j8", "all"}).pid;
   }
 
   void addStar(int children) {
@@ -63,7 +64,8 @@ class Machine {
     snapshot_.apps.push_back({main.pid, "Google Chrome", "com.google.Chrome", bundle, false});
     const Pid browser = main.pid;
     for (int i = 0; i < helpers && room_ > 0; ++i) {
-      add(browser, bundle + "/Contents/Frameworks/Helper.app/Contents/MacOS/Helper", {}).app = "Google Chrome";
+      add(browser, bundle + "/Contents/Frameworks/Helper.app/Contents/MacOS/Helper", {}).app =
+          "Google Chrome";
     }
   }
 

@@ -1,0 +1,47 @@
+// Everything that a check of this machine needs, made once per run: the sources, the caches that outlive one
+// check, and the answers to what the rules ask. One thread at a time.
+#pragma once
+
+#include <memory>
+#include <set>
+#include <vector>
+
+#include "context/live_surroundings.h"
+#include "records/bench_marks.h"
+#include "records/finding.h"
+#include "records/snapshot.h"
+#include "sampling/live_machine.h"
+#include "sampling/process_table.h"
+#include "sampling/scan.h"
+#include "sampling/tools/posix/posix_tool_runner.h"
+#include "sampling/tools/posix/system_clock.h"
+#include "sampling/tools/tool_places.h"
+
+namespace tarnwick {
+
+class LiveCheck {
+ public:
+  // `prTitles`: pull-request titles may be looked up over the network.
+  LiveCheck(const Self& self, bool prTitles);
+
+  // Samples the machine; blocks for about `interval` seconds.
+  Snapshot scan(double interval);
+
+  // What the rules find in a snapshot of this machine.
+  std::vector<Finding> findings(const Snapshot& snapshot, const std::set<Pid>& termed);
+
+  Surroundings& surroundings() { return surroundings_; }
+  BenchMarks& benchMarks() { return marks_; }
+
+ private:
+  SystemClock clock_;
+  BenchMarks marks_;
+  PosixToolRunner tools_;
+  ToolPlaces places_;
+  LiveSurroundings surroundings_;
+  std::unique_ptr<LiveMachine> machine_;
+  ProcessTable processes_;
+  Scan scan_;
+};
+
+}  // namespace tarnwick

@@ -1,0 +1,25 @@
+// The sources of the operating system that the program was built for. Each system's folder has its own.
+#pragma once
+
+#include <memory>
+
+#include "records/basics.h"
+#include "sampling/machine_source.h"
+#include "sampling/process_source.h"
+#include "sampling/workspace.h"
+
+namespace tarnwick {
+
+// Owns its sources; used by one thread at a time.
+class LiveMachine {
+ public:
+  virtual ~LiveMachine() = default;
+
+  virtual ProcessSource& processes() = 0;
+  virtual MachineSource& machine() = 0;
+  virtual Workspace& workspace() = 0;
+};
+
+std::unique_ptr<LiveMachine> liveMachine(const Self& self);
+
+}  // namespace tarnwick
