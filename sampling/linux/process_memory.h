@@ -32,7 +32,7 @@ class ProcessMemory {
 
  private:
   struct Machine {
-    bool swaps = false;         // some swap is in use; also when that is unknown
+    bool swaps = false;         // some swap is in use; also when meminfo is unreadable
     bool sharesMemory = false;  // shared memory exists; also when that is unknown
   };
   const Machine& machine();

@@ -1,0 +1,213 @@
+// The Linux source over the live /proc, with children that the test starts.
+#include "sampling/linux/linux_process_source.h"
+
+#include <arpa/inet.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <signal.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <thread>
+
+#include "sampling/linux/sock_diag.h"
+#include "sampling/process_table.h"
+
+namespace tarnwick {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// A child that runs `body`, then waits for its end with the object.
+class Child {
+ public:
+  explicit Child(const std::function<void()>& body) : pid(::fork()) {
+    if (pid != 0) return;
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    body();
+    while (true) ::pause();
+  }
+  ~Child() {
+    if (pid <= 0) return;
+    ::kill(pid, SIGKILL);
+    ::waitpid(pid, nullptr, 0);
+  }
+  Child(const Child&) = delete;
+  Child& operator=(const Child&) = delete;
+  const Pid pid;
+};
+
+void execute(std::vector<std::string> words) {
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+  ::execv(argv[0], argv.data());
+  ::_exit(127);
+}
+
+// Asks until it is so; false after a minute.
+bool waitFor(const std::function<bool()>& condition) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  return true;
+}
+
+class LinuxProcessSourceTest : public testing::Test {
+ protected:
+  static LinuxProcessOptions options() {
+    LinuxProcessOptions options;
+    options.uid = ::getuid();
+    return options;
+  }
+  static Timestamp now() { return std::chrono::system_clock::now(); }
+
+  LinuxProcessSource source{options()};
+};
+
+TEST_F(LinuxProcessSourceTest, ABusyChildIsBusyAndAnIdleOneIsNot) {
+  const Child busy([] {
+    while (::getppid() > 0) {
+    }
+  });
+  const Child idle([] {});
+  ProcessTable table(source);
+  std::map<Pid, Proc> procs;
+  ASSERT_TRUE(waitFor([&] {
+    table.firstPass();
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    procs = table.secondPass(now());
+    const double cpu = procs[busy.pid].cpu;
+    return cpu > 0.2 && cpu < 1.2 && procs[idle.pid].cpu < 0.1;
+  }));
+  const Proc& proc = procs.at(idle.pid);
+  EXPECT_EQ(proc.ppid, ::getpid());
+  EXPECT_EQ(proc.path, std::filesystem::read_symlink("/proc/self/exe"));
+  EXPECT_EQ(proc.cwd, std::filesystem::current_path());
+  EXPECT_GT(proc.resident, proc.footprint);
+  EXPECT_GT(proc.footprint, 0U);
+  EXPECT_GT(secondsBetween(proc.started, now()), -2);
+  EXPECT_LT(secondsBetween(proc.started, now()), 120);
+}
+
+TEST_F(LinuxProcessSourceTest, FootprintHoldsAnonymousAndSharedMemory) {
+  constexpr std::size_t bytes = std::size_t{16} << 20U;
+  const Child child([] {
+    const auto grab = [](int kind) {
+      void* memory =
+          ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_ANONYMOUS | MAP_POPULATE | kind, -1, 0);
+      if (memory == MAP_FAILED) ::_exit(1);
+    };
+    grab(MAP_PRIVATE);
+    grab(MAP_SHARED);
+  });
+  EXPECT_TRUE(waitFor([&] {
+    source.beginPass();
+    const auto usage = source.usage(child.pid);
+    return usage && usage->footprint >= 2 * bytes && usage->resident >= usage->footprint;
+  }));
+}
+
+TEST_F(LinuxProcessSourceTest, AnEndedChildHasOnlyItsName) {
+  const Child child([] {
+    ::prctl(PR_SET_NAME, "a) b\n(c");
+    ::_exit(0);
+  });
+  siginfo_t info{};
+  ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(child.pid), &info, WEXITED | WNOWAIT), 0);
+  ASSERT_TRUE(source.facts(child.pid));
+  EXPECT_EQ(source.facts(child.pid)->ppid, ::getpid());
+  EXPECT_EQ(source.path(child.pid), "");
+  EXPECT_THAT(source.args(child.pid), ElementsAre("a) b\n(c"));
+  ASSERT_TRUE(source.usage(child.pid));
+  EXPECT_EQ(source.usage(child.pid)->resident, 0U);
+  ::waitpid(child.pid, nullptr, 0);
+  source.beginPass();
+  EXPECT_FALSE(source.facts(child.pid));
+  EXPECT_FALSE(source.usage(child.pid));
+  EXPECT_FALSE(source.processorTime(child.pid));
+  EXPECT_THAT(source.args(child.pid), IsEmpty());
+  EXPECT_THAT(source.listenPorts(child.pid), IsEmpty());
+}
+
+TEST_F(LinuxProcessSourceTest, ADeletedExecutableKeepsItsPath) {
+  const auto copy = std::filesystem::temp_directory_path() / ("sleeper " + std::to_string(::getpid()));
+  std::filesystem::copy_file("/bin/sleep", copy);
+  const Child child([&] { execute({copy.string(), "600"}); });
+  const bool running = waitFor([&] { return source.path(child.pid) == copy; });
+  std::filesystem::remove(copy);
+  ASSERT_TRUE(running);
+  EXPECT_EQ(source.path(child.pid), copy);
+}
+
+TEST_F(LinuxProcessSourceTest, LongEmptyAndInvalidArgumentsAreReadWhole) {
+  const std::string half(100'000, 'x');
+  const std::vector<std::string> start{"/bin/sh", "-c", "kill -STOP $$", "sh", half, half};
+  auto words = start;
+  words.insert(words.end(), {"", "\xC3(", ""});
+  const Child child([&] { execute(words); });
+  words[7] = "\xEF\xBF\xBD(";
+  EXPECT_TRUE(waitFor([&] {
+    source.beginPass();
+    return source.args(child.pid) == words;
+  }));
+}
+
+// A socket listening on `port` (0: any) of the loopback address; -1 on failure.
+template <typename Address>
+int listenOn(Address address) {
+  const auto* generic = reinterpret_cast<const sockaddr*>(&address);
+  const int number = ::socket(generic->sa_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const int only = 1;
+  if (generic->sa_family == AF_INET6) ::setsockopt(number, IPPROTO_IPV6, IPV6_V6ONLY, &only, sizeof only);
+  if (::bind(number, generic, sizeof address) == 0 && ::listen(number, 1) == 0) return number;
+  ::close(number);
+  return -1;
+}
+
+TEST_F(LinuxProcessSourceTest, APortOfBothFamiliesIsListedOnce) {
+  sockaddr_in v4{};
+  v4.sin_family = AF_INET;
+  v4.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  const int first = listenOn(v4);
+  ASSERT_GE(first, 0);
+  socklen_t length = sizeof v4;
+  ASSERT_EQ(::getsockname(first, reinterpret_cast<sockaddr*>(&v4), &length), 0);
+  sockaddr_in6 v6{};
+  v6.sin6_family = AF_INET6;
+  v6.sin6_addr = in6addr_loopback;
+  v6.sin6_port = v4.sin_port;
+  const int second = listenOn(v6);
+  if (second < 0) GTEST_SKIP() << "no IPv6 here, or the port is taken there";
+  const Child server([] {});
+  const Child other([&] {
+    ::close(first);
+    ::close(second);
+  });
+  const std::uint16_t port = ntohs(v4.sin_port);
+  EXPECT_THAT(source.listenPorts(server.pid), ElementsAre(port));
+  EXPECT_TRUE(waitFor([&] { return source.listenPorts(other.pid).empty(); }));
+
+  const ProcReader reader("/proc");
+  EXPECT_THAT(ListeningPorts(reader, false).of(server.pid), ElementsAre(port)) << "from the text tables";
+  const auto diag = listenersFromSockDiag();
+  ASSERT_TRUE(diag) << "netlink does not answer here";
+  EXPECT_EQ(std::ranges::count(*diag, port, &Listener::port), 2);
+
+  ::close(first);
+  ::close(second);
+}
+
+}  // namespace
+}  // namespace tarnwick

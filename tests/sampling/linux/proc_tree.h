@@ -1,0 +1,86 @@
+// A made /proc tree in a temporary folder, and next to it a cgroup tree. Both go with the object.
+#pragma once
+
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+#include "sampling/linux/linux_process_source.h"
+
+namespace tarnwick {
+
+class ProcTree {
+ public:
+  ProcTree() {
+    std::string name = (std::filesystem::temp_directory_path() / "proc_tree_XXXXXX").string();
+    top_ = ::mkdtemp(name.data());
+    write("stat", "cpu  1 2 3 4\nbtime 1000000\n");
+    write("meminfo", "Shmem: 0 kB\nSwapTotal: 100 kB\nSwapFree: 100 kB\n");
+  }
+  ~ProcTree() {
+    std::error_code ignored;
+    std::filesystem::remove_all(top_, ignored);
+  }
+  ProcTree(const ProcTree&) = delete;
+  ProcTree& operator=(const ProcTree&) = delete;
+
+  std::string root() const { return (top_ / "proc").string(); }
+  std::string cgroups() const { return (top_ / "cgroup").string(); }
+
+  void write(const std::string& file, std::string_view bytes) const {
+    const auto place = top_ / "proc" / file;
+    std::filesystem::create_directories(place.parent_path());
+    std::ofstream(place, std::ios::binary) << bytes;
+  }
+  void link(const std::string& file, const std::string& target) const {
+    const auto place = top_ / "proc" / file;
+    std::filesystem::create_directories(place.parent_path());
+    std::filesystem::remove(place);
+    std::filesystem::create_symlink(target, place);
+  }
+  void remove(const std::string& file) const { std::filesystem::remove_all(top_ / "proc" / file); }
+
+  struct Stat {
+    std::string name = "tool";
+    char state = 'S';
+    Pid ppid = 1;
+    int terminal = 0;
+    unsigned flags = 0;
+    unsigned userTicks = 0;
+    std::uint64_t startTicks = 0;
+  };
+  void stat(Pid pid, const Stat& s) const {
+    write(std::to_string(pid) + "/stat",
+          std::to_string(pid) + " (" + s.name + ") " + s.state + " " + std::to_string(s.ppid) + " 1 1 " +
+              std::to_string(s.terminal) + " -1 " + std::to_string(s.flags) + " 0 0 0 0 " +
+              std::to_string(s.userTicks) + " 0 0 0 20 0 1 0 " + std::to_string(s.startTicks) + " 0 0\n");
+  }
+  // A process with every file.
+  void process(Pid pid, const Stat& s) const {
+    const std::string folder = std::to_string(pid);
+    stat(pid, s);
+    write(folder + "/statm", "900 100 40 1 0 1 0\n");
+    write(folder + "/status", "Name:\ttool\nRssAnon:\t10 kB\nRssShmem:\t20 kB\nVmSwap:\t30 kB\n");
+    write(folder + "/cmdline", std::string_view("tool\0--go\0", 10));
+    link(folder + "/exe", "/usr/bin/tool");
+    link(folder + "/cwd", "/home/ada");
+  }
+
+  // A source over the tree, for the processes of whoever runs the test.
+  LinuxProcessOptions options() const {
+    LinuxProcessOptions options;
+    options.uid = ::getuid();
+    options.procRoot = root();
+    options.cgroupRoot = cgroups();
+    return options;
+  }
+
+ private:
+  std::filesystem::path top_;
+};
+
+}  // namespace tarnwick
