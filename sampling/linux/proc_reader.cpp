@@ -20,17 +20,19 @@ constexpr std::size_t longestLink = 4096;
 class ProcessPath {
  public:
   ProcessPath(Pid pid, std::string_view file) {
-    char* end = std::to_chars(text_.data(), text_.data() + text_.size(), pid).ptr;
+    static_assert(mostDigits + 1 + longestFile < sizeof(text_));
+    char* end = std::to_chars(text_.data(), text_.data() + mostDigits, pid).ptr;
     if (!file.empty()) {
       *end++ = '/';
-      const auto room = static_cast<std::size_t>(text_.data() + text_.size() - end) - 1;
-      end = std::copy_n(file.begin(), std::min(file.size(), room), end);
+      end = std::copy_n(file.begin(), std::min(file.size(), longestFile), end);
     }
     *end = '\0';
   }
   const char* text() const { return text_.data(); }
 
  private:
+  static constexpr std::size_t mostDigits = 11;   // of a 32-bit number, its sign included
+  static constexpr std::size_t longestFile = 32;  // "cmdline", "status", ...
   std::array<char, 64> text_{};
 };
 
