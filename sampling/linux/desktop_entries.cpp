@@ -1,0 +1,105 @@
+#include "sampling/linux/desktop_entries.h"
+
+#include <cstdlib>
+#include <string_view>
+#include <utility>
+
+#include "records/utf8.h"
+#include "sampling/decode/desktop_entry.h"
+#include "sampling/tools/small_file.h"
+
+namespace tarnwick {
+namespace {
+
+// No vendor nests deeper, and a folder that links to itself ends here.
+constexpr int deepestFolder = 3;
+
+std::optional<std::string> environment(const char* name) {
+  const char* value = std::getenv(name);
+  if (value == nullptr) return std::nullopt;
+  return std::string(value);
+}
+
+void addFolder(std::vector<std::string>& folders, std::string_view base) {
+  while (base.size() > 1 && base.ends_with('/')) base.remove_suffix(1);
+  if (base.starts_with('/')) folders.push_back(std::string(base) + "/applications");
+}
+
+// An id names files below the application folders and nothing else.
+bool isSafe(std::string_view id) {
+  return !id.empty() && !id.starts_with('.') && id.find('/') == std::string_view::npos &&
+         id.find('\0') == std::string_view::npos;
+}
+
+struct FoundEntry {
+  std::string file;
+  std::string text;
+};
+
+// The entry `id` of a folder: "a-b" is the file a-b.desktop or, in a subfolder, a/b.desktop.
+std::optional<FoundEntry> findIn(const std::string& folder, const std::string& id, int depth) {
+  if (!isSafe(id)) return std::nullopt;
+  const std::string file = folder + "/" + id + ".desktop";
+  if (auto text = readSmallFile(file, desktopEntryLimit)) return FoundEntry{file, std::move(*text)};
+  if (depth == deepestFolder) return std::nullopt;
+  for (auto dash = id.find('-'); dash != std::string::npos; dash = id.find('-', dash + 1)) {
+    const std::string below = folder + "/" + id.substr(0, dash);
+    if (dash == 0 || !isDirectory(below)) continue;
+    if (auto found = findIn(below, id.substr(dash + 1), depth + 1)) return found;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::vector<std::string> applicationFolders(const std::optional<std::string>& dataHome,
+                                            const std::optional<std::string>& dataDirs,
+                                            const std::string& home) {
+  std::vector<std::string> folders;
+  const bool homeCounts = dataHome && dataHome->starts_with('/');
+  addFolder(folders, homeCounts ? *dataHome : home + "/.local/share");
+  const bool dirsCount = dataDirs && !dataDirs->empty();
+  std::string_view rest = dirsCount ? std::string_view(*dataDirs) : "/usr/local/share:/usr/share";
+  while (!rest.empty()) {
+    const auto colon = rest.find(':');
+    addFolder(folders, rest.substr(0, colon));
+    rest.remove_prefix(colon == std::string_view::npos ? rest.size() : colon + 1);
+  }
+  return folders;
+}
+
+std::vector<std::string> applicationFolders(const std::string& home) {
+  return applicationFolders(environment("XDG_DATA_HOME"), environment("XDG_DATA_DIRS"), home);
+}
+
+std::string messageLocale() {
+  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    const auto value = environment(name);
+    if (value && !value->empty()) return *value;
+  }
+  return {};
+}
+
+DesktopEntries::DesktopEntries(std::vector<std::string> applicationFolders, const std::string& locale)
+    : folders_(std::move(applicationFolders)), variants_(localeVariants(locale)) {}
+
+std::optional<DesktopEntry> DesktopEntries::find(const std::string& id) {
+  const auto known = answers_.find(id);
+  if (known != answers_.end()) return known->second;
+  return answers_.emplace(id, read(id)).first->second;
+}
+
+std::optional<DesktopEntry> DesktopEntries::read(const std::string& id) const {
+  for (const std::string& folder : folders_) {
+    const auto found = findIn(folder, id, 0);
+    if (!found) continue;
+    const auto entry = desktopEntryText(found->text, variants_);
+    // The first folder decides, even with an entry that says nothing: so users hide applications.
+    if (!entry || entry->name.empty()) return std::nullopt;
+    return DesktopEntry{
+        .id = id, .name = entry->name, .file = repairUtf8(found->file), .shown = entry->shown};
+  }
+  return std::nullopt;
+}
+
+}  // namespace tarnwick

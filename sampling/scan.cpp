@@ -1,0 +1,97 @@
+#include "sampling/scan.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "sampling/decode/memory_saver.h"
+#include "sampling/tools/small_file.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr const char* chrome = "com.google.Chrome";
+constexpr const char* chromeSettings = "/Library/Application Support/Google/Chrome/Local State";
+constexpr std::size_t chromeSettingsLimit = 16'777'216;  // bytes; some hundred kilobytes are usual
+
+// Counters that went backwards (the kernel corrects its waiting time now and then) count as not moved.
+double busyShare(const CpuTicks& before, const CpuTicks& after) {
+  if (before.total == 0) return 0;  // unreadable; the difference would be the time since the start
+  const std::uint64_t busy = after.busy > before.busy ? after.busy - before.busy : 0;
+  const std::uint64_t total = after.total > before.total ? after.total - before.total : 0;
+  const double share = static_cast<double>(busy) / static_cast<double>(std::max<std::uint64_t>(total, 1));
+  return std::min(share, 1.0);
+}
+
+bool runs(const std::vector<RunningApp>& apps, std::string_view bundleID) {
+  return std::any_of(apps.begin(), apps.end(),
+                     [&](const RunningApp& app) { return app.bundleID == bundleID; });
+}
+
+}  // namespace
+
+Scan::Scan(const Sources& sources, std::string home) : sources_(sources), home_(std::move(home)) {}
+
+Snapshot Scan::scan(double interval) {
+  sources_.marks.mark("start");
+  Interval sample = sampleProcesses(interval);
+
+  Snapshot snapshot;
+  snapshot.procs = std::move(sample.procs);
+  snapshot.now = sources_.clock.now();
+  snapshot.thermal = sources_.machine.thermal();
+  snapshot.index();
+  sources_.marks.mark("process scan");
+
+  sources_.marks.mark("docker");
+
+  readCounters(snapshot, sample.cpuBusy);
+  snapshot.apps = sources_.workspace.runningApps();
+  readMemorySaver(snapshot);
+  sources_.marks.mark("system and apps");
+
+  snapshot.swapUsed = sources_.machine.swapUsed();
+  snapshot.pressure = sources_.machine.pressure().value_or(snapshot.pressure);
+  sources_.marks.mark("tabs");
+  return snapshot;
+}
+
+Scan::Interval Scan::sampleProcesses(double interval) {
+  const double start = sources_.clock.uptime();
+  const CpuTicks before = sources_.machine.cpuTicks();
+  sources_.processes.firstPass();
+  sources_.marks.mark("first pass");
+
+  const double elapsed = sources_.clock.uptime() - start;
+  sources_.clock.sleep(std::max(interval - elapsed, 0.0));
+
+  const CpuTicks after = sources_.machine.cpuTicks();
+  return {.procs = sources_.processes.secondPass(sources_.clock.now()), .cpuBusy = busyShare(before, after)};
+}
+
+void Scan::readCounters(Snapshot& snapshot, double cpuBusy) {
+  MachineSource& machine = sources_.machine;
+  snapshot.ram = machine.ram();
+  snapshot.cores = machine.cores();
+  const auto boot = machine.bootTime();
+  if (boot) snapshot.uptime = std::max(seconds(snapshot.now) - static_cast<double>(*boot), 0.0);
+  snapshot.cpuBusy = cpuBusy;
+  readDisk(snapshot);
+}
+
+void Scan::readDisk(Snapshot& snapshot) {
+  const DiskSpace space = sources_.machine.disk();
+  snapshot.diskFree = space.free;
+  snapshot.diskTotal = space.total;
+  if (space.free > scarceDisk) return;
+  snapshot.diskFree = sources_.machine.importantCapacity().value_or(space.free);
+}
+
+void Scan::readMemorySaver(Snapshot& snapshot) const {
+  if (!runs(snapshot.apps, chrome)) return;
+  const auto text = readSmallFile(home_ + chromeSettings, chromeSettingsLimit);
+  if (text) snapshot.memorySaver = memorySaverState(*text);
+}
+
+}  // namespace tarnwick

@@ -1,0 +1,7 @@
+#include "sampling/tools/posix/awake_clock.h"
+
+namespace tarnwick {
+
+clockid_t awakeClock() { return CLOCK_MONOTONIC; }
+
+}  // namespace tarnwick

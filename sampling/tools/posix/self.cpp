@@ -1,0 +1,52 @@
+#include "sampling/tools/posix/self.h"
+
+#include <pwd.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <vector>
+
+namespace tarnwick {
+namespace {
+
+// The user database's home folder; empty when the user is not in it.
+std::string homeFromDatabase(uid_t uid) {
+  constexpr std::size_t mostBytes = 1'048'576;
+  passwd entry = {};
+  passwd* found = nullptr;
+  for (std::size_t size = 4096; size <= mostBytes; size *= 2) {
+    std::vector<char> buffer(size);
+    const int error = getpwuid_r(uid, &entry, buffer.data(), buffer.size(), &found);
+    if (error == ERANGE) continue;
+    return error == 0 && found != nullptr && entry.pw_dir != nullptr ? entry.pw_dir : "";
+  }
+  return {};
+}
+
+}  // namespace
+
+std::string homeFolder(const std::optional<std::string>& environment, const std::string& database) {
+  std::string home = environment && environment->starts_with('/') ? *environment : database;
+  if (!home.starts_with('/')) return "/";
+  while (home.size() > 1 && home.ends_with('/')) home.pop_back();
+  return home;
+}
+
+Self readSelf() {
+  const char* environment = std::getenv("HOME");
+  const auto home = environment == nullptr ? std::nullopt : std::optional<std::string>(environment);
+  const uid_t uid = getuid();
+  return {.pid = getpid(), .uid = uid, .home = homeFolder(home, homeFromDatabase(uid))};
+}
+
+double processorMilliseconds() {
+  rusage usage = {};
+  if (getrusage(RUSAGE_SELF, &usage) != 0) return 0;
+  const auto wholeSeconds = usage.ru_utime.tv_sec + usage.ru_stime.tv_sec;
+  const auto microseconds = usage.ru_utime.tv_usec + usage.ru_stime.tv_usec;
+  return static_cast<double>(wholeSeconds) * 1000 + static_cast<double>(microseconds) / 1000;
+}
+
+}  // namespace tarnwick

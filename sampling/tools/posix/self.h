@@ -1,0 +1,21 @@
+// Who runs this program and what it costs.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "records/basics.h"
+
+namespace tarnwick {
+
+// The home folder: the environment's when it is set and absolute, else the user database's, else "/";
+// without slashes at its end. The bytes stay as they are because files are opened with them.
+std::string homeFolder(const std::optional<std::string>& environment, const std::string& database);
+
+// Asks the system; to be called once, at start.
+Self readSelf();
+
+// User + system time that this process has used so far, in milliseconds; 0 when unknown.
+double processorMilliseconds();
+
+}  // namespace tarnwick

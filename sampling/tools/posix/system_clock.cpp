@@ -1,0 +1,41 @@
+#include "sampling/tools/posix/system_clock.h"
+
+#include <time.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+
+#include "sampling/tools/posix/awake_clock.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr double nanosecondsPerSecond = 1e9;
+constexpr double longestSleep = 1e9;  // seconds, about 30 years: fits every time_t
+
+double read(clockid_t clock) {
+  timespec moment = {};
+  if (clock_gettime(clock, &moment) != 0) return 0;
+  return static_cast<double>(moment.tv_sec) + static_cast<double>(moment.tv_nsec) / nanosecondsPerSecond;
+}
+
+}  // namespace
+
+Timestamp SystemClock::now() { return timestamp(read(CLOCK_REALTIME)); }
+
+double SystemClock::uptime() { return read(awakeClock()); }
+
+void SystemClock::sleep(double seconds) {
+  if (!(seconds > 0)) return;  // not a number is not positive either
+  const double whole = std::floor(std::min(seconds, longestSleep));
+  const double part = std::min(seconds, longestSleep) - whole;
+  timespec left = {};
+  left.tv_sec = static_cast<time_t>(whole);
+  left.tv_nsec = static_cast<long>(part * nanosecondsPerSecond);
+  // A signal ends the call early and leaves what is left of the time in `left`.
+  while (nanosleep(&left, &left) != 0 && errno == EINTR) {
+  }
+}
+
+}  // namespace tarnwick
