@@ -1,0 +1,67 @@
+#include "sampling/linux/linux_machine_source.h"
+
+#include <gtest/gtest.h>
+#include <sched.h>
+
+#include "tests/support/temp_folder.h"
+#include "tests/support/wait_until.h"
+
+namespace tarnwick {
+namespace {
+
+TEST(LinuxMachineSource, ReadsALaidOutMachine) {
+  const TempFolder folder;
+  LinuxMachineSource source({.procRoot = folder.at("proc"), .sysRoot = folder.at("sys")});
+  EXPECT_EQ(source.bootTime(), std::nullopt);
+  EXPECT_EQ(source.pressure(), std::nullopt);
+  EXPECT_EQ(source.thermal(), ThermalState::nominal);
+  EXPECT_EQ(source.cpuTicks().total + source.ram() + source.swapUsed(), 0U);
+
+  folder.write("proc/stat", "cpu  10 0 5 85 0 0 0 0\nbtime 1700000000\n");
+  folder.write("proc/meminfo", "MemTotal: 1000 kB\nMemAvailable: 70 kB\nSwapTotal: 9 kB\nSwapFree: 4 kB\n");
+  const std::pair<const char*, const char*> zones[] = {{"zone0/temp", "50000\n"},
+                                                       {"zone0/trip_point_0_type", "passive\n"},
+                                                       {"zone0/trip_point_0_temp", "40000\n"},
+                                                       {"zone1/temp", "91000\n"},
+                                                       {"zone1/trip_point_0_type", "critical\n"},
+                                                       {"zone1/trip_point_1_type", "passive\n"},
+                                                       {"zone1/trip_point_1_temp", "95000\n"}};
+  for (const auto& [name, text] : zones) folder.write(std::string("sys/class/thermal/thermal_") + name, text);
+  EXPECT_EQ(source.cpuTicks().busy, 15U);
+  EXPECT_EQ(source.bootTime(), 1700000000);
+  EXPECT_EQ(source.ram(), 1'024'000U);
+  EXPECT_EQ(source.swapUsed(), 5U * 1024);
+  EXPECT_EQ(source.thermal(), ThermalState::fair);
+  EXPECT_EQ(source.pressure(), 2);  // 7 % available
+  folder.write("proc/pressure/memory", "some avg10=0.00 total=0\nfull avg10=12.50 total=0\n");
+  EXPECT_EQ(source.pressure(), 4);
+  folder.write("proc/stat", "cpu  1 0 0 0\nbtime 1700000001\n");
+  EXPECT_EQ(source.bootTime(), 1700000000);  // the first answer stays
+}
+
+TEST(LinuxMachineSource, LiveMachineIsPlausible) {
+  LinuxMachineSource source;
+  EXPECT_GT(source.ram(), 64U * 1024 * 1024);
+  EXPECT_GT(source.disk().total, 0);
+  EXPECT_LE(source.disk().free, source.disk().total);
+  EXPECT_GT(source.bootTime().value_or(0), 1'000'000'000);
+  EXPECT_TRUE(source.pressure().has_value());
+  const CpuTicks before = source.cpuTicks();
+  EXPECT_TRUE(waitUntil([&] { return source.cpuTicks().busy > before.busy; }));
+}
+
+TEST(LinuxMachineSource, CoresFollowTheAffinity) {
+  LinuxMachineSource source;
+  cpu_set_t own;
+  ASSERT_EQ(sched_getaffinity(0, sizeof own, &own), 0);
+  EXPECT_EQ(source.cores(), CPU_COUNT(&own));
+  cpu_set_t one;
+  CPU_ZERO(&one);
+  CPU_SET(static_cast<std::size_t>(sched_getcpu()), &one);
+  ASSERT_EQ(sched_setaffinity(0, sizeof one, &one), 0);
+  EXPECT_EQ(source.cores(), 1);
+  ASSERT_EQ(sched_setaffinity(0, sizeof own, &own), 0);
+}
+
+}  // namespace
+}  // namespace tarnwick

@@ -1,0 +1,195 @@
+#include "sampling/scan.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <functional>
+#include <tuple>
+
+#include "sampling/decode/memory_saver.h"
+#include "tests/support/fake_clock.h"
+#include "tests/support/fake_machine_source.h"
+#include "tests/support/fake_process_source.h"
+#include "tests/support/fake_workspace.h"
+#include "tests/support/temp_folder.h"
+
+namespace tarnwick {
+namespace {
+
+// Processes that take time to look at.
+class SlowProcesses : public FakeProcessSource {
+ public:
+  explicit SlowProcesses(FakeClock& clock) : clock_(clock) {}
+
+  double firstLook = 0.25;  // seconds for each process in the first pass
+  double secondLook = 0.5;  // and in the second
+
+  std::uint64_t wallTime() override { return static_cast<std::uint64_t>(clock_.up * 1000); }
+  std::optional<std::uint64_t> processorTime(Pid pid) override {
+    clock_.turn(firstLook);
+    return FakeProcessSource::processorTime(pid);
+  }
+  std::optional<ProcessUsage> usage(Pid pid) override {
+    clock_.turn(secondLook);
+    return FakeProcessSource::usage(pid);
+  }
+
+ private:
+  FakeClock& clock_;
+};
+
+struct Machine {
+  FakeClock clock;
+  SlowProcesses process{clock};
+  FakeMachineSource machine;
+  FakeWorkspace workspace;
+  double spent = 0;
+  BenchMarks marks{[this] { return spent += 1; }};
+  ProcessTable processes{process};
+  TempFolder home;
+  Scan driver{{processes, machine, workspace, clock, marks}, home.path()};
+
+  Machine() {
+    process.processes[40] = {.facts = ProcessFacts{.ppid = 7, .uid = 1, .started = 1'700'000'000 - 43'200},
+                             .usage = ProcessUsage{.footprint = 5, .resident = 6, .processorTime = 800},
+                             .firstTime = 300,
+                             .path = "/bin/tool",
+                             .app = {},
+                             .args = {"tool"},
+                             .cwd = "/",
+                             .ports = {80}};
+    workspace.apps = {{9, "Mail", "org.mail", "/mail", false}, {8, "Bar", "org.bar", "/bar", true}};
+  }
+  Snapshot scan(double interval = 1) { return driver.scan(interval); }
+};
+
+// What the sources say, for comparison.
+auto counters(const Snapshot& s) {
+  return std::tuple(s.procs.size(), s.apps.size(), s.ram, s.cores, s.uptime, s.cpuBusy, s.thermal, s.pressure,
+                    s.swapUsed, s.diskFree, s.diskTotal);
+}
+
+TEST(Scan, FillsTheSnapshot) {
+  Machine m;
+  const Snapshot s = m.scan();
+  EXPECT_EQ(counters(s), std::tuple(1U, 2U, 16'000'000'000U, 8, 10'001.5, 0.3, ThermalState::serious, 4,
+                                    3'000'000'000U, 50'000'000'000, 500'000'000'000));
+  EXPECT_DOUBLE_EQ(s.procs.at(40).cpu, 0.5);
+  EXPECT_EQ(s.procs.at(40).ports, std::vector<std::uint16_t>{80});
+  EXPECT_EQ(s.children.at(7), std::vector<Pid>{40});
+  EXPECT_EQ(s.apps, m.workspace.apps);
+  EXPECT_EQ(s.now, timestamp(1'700'000'001.5));  // after the second look, not before it
+  EXPECT_TRUE(s.containers.empty() && s.access.empty() && s.tabs.empty() && !s.memorySaver);
+}
+
+TEST(Scan, SleepsForTheRestOfTheInterval) {
+  const std::tuple<double, double, double> cases[] = {{1, 0.25, 0.75}, {1, 0, 1}, {0.5, 0.5, 0},
+                                                      {0.5, 3, 0},     {0, 0, 0}, {-1, 0, 0}};
+  for (const auto& [interval, firstLook, sleep] : cases) {
+    Machine m;
+    m.process.firstLook = firstLook;
+    m.scan(interval);
+    EXPECT_EQ(m.clock.sleeps, std::vector<double>{sleep}) << interval << " " << firstLook;
+  }
+}
+
+TEST(Scan, ProcessorShareStaysBetweenNothingAndAll) {
+  const std::tuple<CpuTicks, CpuTicks, double> cases[] = {
+      {{100, 1000}, {125, 1100}, 0.25}, {{100, 1000}, {100, 1000}, 0},  // did not move
+      {{100, 1000}, {101, 1000}, 1},                                    // busy moved alone
+      {{100, 1000}, {300, 1100}, 1},    {{100, 1000}, {90, 1100}, 0},   // backwards
+      {{100, 1000}, {0, 0}, 0},                                         // unreadable at the end
+      {{0, 0}, {100, 1000}, 0}};                                        // unreadable at the start
+  for (const auto& [before, after, share] : cases) {
+    Machine m;
+    m.machine.ticks = {before, after};
+    EXPECT_DOUBLE_EQ(m.scan().cpuBusy, share) << after.busy << " of " << after.total;
+  }
+}
+
+TEST(Scan, AsksForPurgeableSpaceOnlyWhenDiskIsScarce) {
+  const std::tuple<std::int64_t, std::optional<std::int64_t>, std::int64_t, int> cases[] = {
+      {32'212'254'720, 90, 32'212'254'720, 0},
+      {32'212'254'719, 90, 90, 1},
+      {20'000'000'000, {}, 20'000'000'000, 1}};
+  for (const auto& [free, important, expected, asked] : cases) {
+    Machine m;
+    m.machine.diskAnswer.free = free;
+    m.machine.importantAnswer = important;
+    EXPECT_EQ(m.scan().diskFree, expected) << free;
+    EXPECT_EQ(m.machine.importantAsked, asked) << free;
+  }
+}
+
+TEST(Scan, EveryAbsentSourceLeavesItsFieldNeutralAndNoOther) {
+  using Removal = std::function<void(Machine&)>;
+  const std::tuple<const char*, Removal, std::function<void(Snapshot&)>> cases[] = {
+      {"ticks", [](Machine& m) { m.machine.ticks.clear(); }, [](Snapshot& s) { s.cpuBusy = 0; }},
+      {"heat", [](Machine& m) { m.machine.thermalAnswer = {}; },
+       [](Snapshot& s) { s.thermal = ThermalState::nominal; }},
+      {"pressure", [](Machine& m) { m.machine.pressureAnswer = {}; }, [](Snapshot& s) { s.pressure = 1; }},
+      {"ram", [](Machine& m) { m.machine.ramAnswer = 0; }, [](Snapshot& s) { s.ram = 0; }},
+      {"cores", [](Machine& m) { m.machine.coresAnswer = 0; }, [](Snapshot& s) { s.cores = 0; }},
+      {"boot time", [](Machine& m) { m.machine.bootAnswer = {}; }, [](Snapshot& s) { s.uptime = 0; }},
+      {"boot to come", [](Machine& m) { m.machine.bootAnswer = 1'800'000'000; },
+       [](Snapshot& s) { s.uptime = 0; }},
+      {"disk", [](Machine& m) { m.machine.diskAnswer = {}, m.machine.importantAnswer = {}; },
+       [](Snapshot& s) { s.diskFree = s.diskTotal = 0; }},
+      {"swap", [](Machine& m) { m.machine.swapAnswer = 0; }, [](Snapshot& s) { s.swapUsed = 0; }},
+      {"processes", [](Machine& m) { m.process.processes.clear(); }, [](Snapshot& s) { s.procs.clear(); }},
+      {"workspace", [](Machine& m) { m.workspace.apps.clear(); }, [](Snapshot& s) { s.apps.clear(); }}};
+  for (const auto& [source, remove, neutralise] : cases) {
+    Machine whole;
+    Machine poorer;
+    whole.process.secondLook = poorer.process.secondLook = 0;
+    remove(poorer);
+    Snapshot expected = whole.scan();
+    const auto before = counters(expected);
+    neutralise(expected);
+    EXPECT_NE(counters(expected), before) << source;
+    EXPECT_EQ(counters(poorer.scan()), counters(expected)) << source;
+  }
+}
+
+TEST(Scan, MarksItsPhasesInOrder) {
+  Machine m;
+  m.scan();
+  EXPECT_EQ(m.marks.take(), std::nullopt);
+  m.marks.arm();
+  m.scan();
+  const std::vector<BenchMark> expected = {{"start", 1},  {"first pass", 2},      {"process scan", 3},
+                                           {"docker", 4}, {"system and apps", 5}, {"tabs", 6}};
+  EXPECT_EQ(m.marks.take(), expected);
+}
+
+std::string settings(const std::string& state) {
+  return R"({"a": 1, "performance_tuning": {"high_efficiency_mode": {"state": )" + state + "}}}";
+}
+
+TEST(MemorySaver, OnlyAnIntegerCounts) {
+  EXPECT_EQ(memorySaverState(settings("0")), 0);
+  EXPECT_EQ(memorySaverState(settings("-2147483648")), INT_MIN);
+  EXPECT_EQ(memorySaverState(settings("2147483647")), INT_MAX);
+  for (const char* state :
+       {"2147483648", "-2147483649", "18446744073709551615", "\"2\"", "2.0", "true", "null", "[2]", "2x"}) {
+    EXPECT_EQ(memorySaverState(settings(state)), std::nullopt) << state;
+  }
+  for (const std::string& text :
+       {std::string(100'000, '['), std::string("[]"), std::string("\xff\xfe{"), std::string(),
+        std::string(R"({"performance_tuning": {"high_efficiency_mode": 2}})")}) {
+    EXPECT_EQ(memorySaverState(text), std::nullopt) << text.substr(0, 100);
+  }
+}
+
+TEST(Scan, ReadsMemorySaverOnlyWhileChromeRuns) {
+  Machine m;
+  m.workspace.apps = {{9, "Google Chrome", "com.google.Chrome", "/chrome", false}};
+  EXPECT_EQ(m.scan().memorySaver, std::nullopt);  // no file
+  m.home.write("Library/Application Support/Google/Chrome/Local State", settings("2"));
+  EXPECT_EQ(m.scan().memorySaver, 2);
+  m.workspace.apps.front().bundleID = "com.google.Chrome.canary";
+  EXPECT_EQ(m.scan().memorySaver, std::nullopt);
+}
+
+}  // namespace
+}  // namespace tarnwick

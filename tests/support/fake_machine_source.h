@@ -1,0 +1,42 @@
+// A machine whose every answer is a field. As made, it answers everything and nothing neutrally.
+#pragma once
+
+#include <deque>
+
+#include "sampling/machine_source.h"
+
+namespace tarnwick {
+
+class FakeMachineSource : public MachineSource {
+ public:
+  std::deque<CpuTicks> ticks = {{100, 1000}, {130, 1100}};  // one per question; zeros when used up
+  ThermalState thermalAnswer = ThermalState::serious;
+  std::optional<std::int32_t> pressureAnswer = 4;
+  std::uint64_t ramAnswer = 16'000'000'000;
+  int coresAnswer = 8;
+  std::optional<std::int64_t> bootAnswer = 1'699'990'000;
+  DiskSpace diskAnswer = {50'000'000'000, 500'000'000'000};
+  std::optional<std::int64_t> importantAnswer = 70'000'000'000;
+  std::uint64_t swapAnswer = 3'000'000'000;
+  int importantAsked = 0;
+
+  CpuTicks cpuTicks() override {
+    if (ticks.empty()) return {};
+    const CpuTicks answer = ticks.front();
+    ticks.pop_front();
+    return answer;
+  }
+  ThermalState thermal() override { return thermalAnswer; }
+  std::optional<std::int32_t> pressure() override { return pressureAnswer; }
+  std::uint64_t ram() override { return ramAnswer; }
+  int cores() override { return coresAnswer; }
+  std::optional<std::int64_t> bootTime() override { return bootAnswer; }
+  DiskSpace disk() override { return diskAnswer; }
+  std::optional<std::int64_t> importantCapacity() override {
+    ++importantAsked;
+    return importantAnswer;
+  }
+  std::uint64_t swapUsed() override { return swapAnswer; }
+};
+
+}  // namespace tarnwick
