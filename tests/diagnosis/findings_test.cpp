@@ -2,19 +2,13 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/support/fake_surroundings.h"
+
 namespace tarnwick {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-class Nobody : public Surroundings {
- public:
-  const Self& self() override { return self_; }
-
- private:
-  Self self_{1, 501, "/Users/x"};
-};
 
 // Heat 1.0, two services with the same share, and a full disk 0.9.
 Snapshot troubled() {
@@ -35,7 +29,7 @@ std::vector<std::string> ids(const std::vector<Finding>& found) {
 }
 
 TEST(Findings, SortByImpactThenId) {
-  Nobody nobody;
+  FakeSurroundings nobody;
   BenchMarks marks([] { return 0.0; });
   EXPECT_THAT(ids(findings(troubled(), {}, nobody, marks)),
               ElementsAre("heat", "disk", "service:Spotlight is indexing your files",
@@ -45,7 +39,7 @@ TEST(Findings, SortByImpactThenId) {
 }
 
 TEST(Findings, MarkElevenRulesInTableOrderOnlyWhenArmed) {
-  Nobody nobody;
+  FakeSurroundings nobody;
   double milliseconds = 0;
   BenchMarks marks([&] { return ++milliseconds; });
   findings(troubled(), {}, nobody, marks);

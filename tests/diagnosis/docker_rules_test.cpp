@@ -1,0 +1,166 @@
+#include <gmock/gmock.h>
+
+#include "diagnosis/detect.h"
+#include "tests/support/fake_surroundings.h"
+#include "tests/support/machines.h"
+
+namespace tarnwick {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+const std::string vmPath = "/System/x/com.apple.Virtualization.VirtualMachine";
+
+// Docker with a virtual machine of 3 GB, all of it resident, that is idle.
+Snapshot withDocker() {
+  Snapshot m = machine();
+  addApp(m, 80, "Docker");
+  Proc& vm = add(m, 81, 1, {"vm"});
+  vm.path = vmPath;
+  vm.footprint = vm.resident = 3 * gigabyte;
+  return m;
+}
+
+Finding card(const Snapshot& m) {
+  const std::vector<Finding> found = docker(m);
+  EXPECT_THAT(found, SizeIs(1));
+  return found.empty() ? Finding{} : found.front();
+}
+
+TEST(DockerVM, IsTheLargestMachineWhereDockerRuns) {
+  Snapshot m = withDocker();
+  EXPECT_EQ(dockerVM(m)->pid, 81);
+  add(m, 79, 1, {"vm"}).path = vmPath;
+  m.procs[79].footprint = 3 * gigabyte;
+  EXPECT_EQ(dockerVM(m)->pid, 79) << "the first of equal ones";
+  m.procs[81].footprint += 1;
+  EXPECT_EQ(dockerVM(m)->pid, 81);
+  m.procs.erase(80);
+  EXPECT_EQ(dockerVM(m), nullptr) << "some other program's machine";
+  EXPECT_THAT(docker(m), IsEmpty());
+}
+
+TEST(Docker, LargeOrBusy) {
+  Snapshot m = withDocker();
+  Proc& vm = m.procs[81];
+  const struct {
+    std::uint64_t footprint;
+    double cpu;
+    bool found;
+  } cases[] = {{gigabyte, 0.9, false}, {gigabyte + 1, 0, true}, {gigabyte, 1.0, true}, {0, 0.999, false}};
+  for (const auto& [footprint, cpu, found] : cases) {
+    vm.footprint = footprint;
+    vm.cpu = cpu;
+    EXPECT_THAT(docker(m), SizeIs(found ? 1 : 0)) << footprint << " " << cpu;
+  }
+}
+
+TEST(Docker, TheWholeCard) {
+  Snapshot m = withDocker();
+  const std::string alone =
+      "Docker keeps this memory for its Linux system, even when your containers need less.";
+  Finding expected{.id = "docker",
+                   .bucket = Bucket::always,
+                   .title = "Docker uses 3.0 GB of memory",
+                   .detail = alone + " Quit Docker to free all of it.",
+                   .bytes = 3 * gigabyte,
+                   .actions = {{"Quit Docker", {QuitApp{"com.docker.docker"}}}},
+                   .subject = "Docker",
+                   .summary = "Docker keeps this memory for its Linux system.",
+                   .metric = "18% of memory",
+                   .icon = "shippingbox",
+                   .impact = 3.0 / 16};
+  EXPECT_EQ(card(m), expected);
+
+  m.apps = {{80, "Docker", "com.docker.docker", "/Applications/Docker.app", false}};
+  m.procs[81].resident = 3 * gigabyte / 2 - 1;
+  m.procs[81].cpu = 5;
+  m.containers = {{"c1", "a-db", "Up 3 hours (healthy)", "Postgres:17", 100 * megabyte},
+                  {"c2", "b", "Up 2 days", "nginx", 50 * megabyte},
+                  {"c3", "c", "", "redis", 100 * megabyte},
+                  {"c4", "d", "Up Up (Paused) x", "mongo", 200 * megabyte}};
+  expected.detail =
+      "Your 4 containers need only 450 MB. Docker keeps the rest for itself. Most of that memory is "
+      "now compressed or moved to disk, and that makes the Mac slower. Docker also uses 50% CPU right "
+      "now, for containers that are working. Quit Docker to free all of it.";
+  expected.summary = "Your containers need only 450 MB. Docker keeps the rest. It also uses 50% CPU now.";
+  expected.actions.push_back({"Stop d (MongoDB, 200 MB)", {DockerStop{"c4"}}});
+  expected.actions.push_back({"Stop a-db (Postgres, 100 MB, on for 3 hours)", {DockerStop{"c1"}}});
+  expected.actions.push_back({"Stop c (Redis, 100 MB)", {DockerStop{"c3"}}});
+  expected.icon = "/Applications/Docker.app";
+  expected.impact = 0.5;
+  EXPECT_EQ(card(m), expected) << "a status without a time says nothing";
+
+  m.containers.resize(1);
+  EXPECT_EQ(card(m).detail.find("Your 1 container need only 100 MB."), 0U);
+}
+
+TEST(Docker, SentencesAtTheirLimits) {
+  Snapshot m = withDocker();
+  Proc& vm = m.procs[81];
+  const auto says = [&](const char* words) { return card(m).detail.find(words) != std::string::npos; };
+  vm.cpu = 0.49;
+  vm.resident = vm.footprint / 2;
+  EXPECT_FALSE(says("also uses"));
+  EXPECT_FALSE(says("compressed")) << "exactly twice the resident size";
+  vm.cpu = 0.5;
+  vm.resident -= 1;
+  EXPECT_TRUE(says("Docker also uses 5% CPU right now"));
+  EXPECT_TRUE(says("compressed"));
+  vm.footprint = vm.resident = ~0ULL;
+  m.ram = 0;
+  EXPECT_FALSE(says("compressed")) << "twice the resident size does not wrap";
+  EXPECT_EQ(card(m).metric, "18446744073709551615% of memory") << "nor does the percentage";
+}
+
+TEST(Simulators, TheWholeCard) {
+  FakeSurroundings around;
+  const std::string folder = "/Users/x/Library/Developer/CoreSimulator/Devices/";
+  const std::string one = "11111111-0000-0000-0000-000000000000";
+  const std::string two = "22222222-0000-0000-0000-000000000000";
+  around.devices = {{folder + one + "/device.plist", "iPhone 17"}, {folder + two + "/device.plist", "iPad"}};
+  Snapshot m = machine();
+  const auto launch = [&](Pid pid, const std::string& plist, double age) -> Proc& {
+    return add(m, pid, 1, {"/usr/libexec/launchd_sim", plist}, age);
+  };
+  launch(50, folder + one + "/data/launchd_bootstrap.plist", 7'199).footprint = 10 * megabyte;
+  add(m, 51, 50, {"SpringBoard"}).footprint = 200 * megabyte;
+  m.index();
+  const std::vector<Finding> single = simulators(m, around);
+  EXPECT_THAT(single, ElementsAre(Finding{
+                          .id = "simulators",
+                          .bucket = Bucket::always,
+                          .title = "1 Xcode simulator uses 210 MB",
+                          .detail = "iPhone 17 has been on for 1 hour. Shut it down if you are not testing "
+                                    "on it.",
+                          .bytes = 210 * megabyte,
+                          .actions = {{"Shut down iPhone 17", {SimShutdown{one}}}},
+                          .subject = "Xcode simulators",
+                          .summary = "iPhone 17 has been on for 1 hour.",
+                          .metric = "210 MB",
+                          .icon = "iphone",
+                          .impact = 210.0 / (16 * 1024)}));
+
+  launch(60, folder + two + "/data/launchd_bootstrap.plist", 86'400 * 5);
+  launch(61, folder + "33333333/launchd_bootstrap.plist", 60);  // unknown device
+  launch(62, "/elsewhere/" + one, 60);
+  launch(63, folder, 60);
+  launch(64, folder + two + "/x", 60).uid = 0;
+  add(m, 65, 1, {"launchd_sim"});
+  m.index();
+  around.simctl = false;
+  const std::vector<Finding> both = simulators(m, around);
+  ASSERT_THAT(both, SizeIs(1));
+  EXPECT_EQ(both.front().title, "2 Xcode simulators use 210 MB");
+  EXPECT_EQ(both.front().detail,
+            "iPad and iPhone 17 have been on for 5 days. Shut them down if you are not testing on them.");
+  EXPECT_EQ(both.front().summary, "iPad and iPhone 17 have been on for 5 days.");
+  EXPECT_THAT(both.front().actions, IsEmpty()) << "nothing that could shut them down";
+  around.devices.clear();
+  EXPECT_THAT(simulators(m, around), IsEmpty());
+}
+
+}  // namespace
+}  // namespace tarnwick

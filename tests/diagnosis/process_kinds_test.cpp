@@ -1,0 +1,67 @@
+#include "diagnosis/process_kinds.h"
+
+#include <gtest/gtest.h>
+
+namespace tarnwick {
+namespace {
+
+TEST(WorkKind, FindsWordsInsideWords) {
+  const struct {
+    const char* command;
+    const char* kind;
+  } cases[] = {
+      {"make test-cov", "tests"},
+      {"pip fetch latest", "tests"},
+      {"npm run BUILD", "a build"},
+      {"RSpec build", "tests"},
+      {"tsc -w", "a build"},
+      {"npm install && webpack", "a build"},
+      {"uv sync --all", "a package install"},
+      {"bundle", "a package install"},
+      {"uv  sync", ""},
+      {"", ""},
+  };
+  for (const auto& [command, kind] : cases) EXPECT_EQ(workKind(command).value_or(""), kind) << command;
+}
+
+TEST(DbKind, TheFirstRowWins) {
+  const struct {
+    const char* text;
+    const char* kind;
+  } cases[] = {
+      {"postgres:17", "Postgres"}, {"bitnami/MariaDB", "MariaDB"}, {"mariadb-for-mysql", "MySQL"},
+      {"redis-mongo", "Redis"},    {"mongo:7", "MongoDB"},         {"nginx", "container"},
+      {"", "container"},
+  };
+  for (const auto& [text, kind] : cases) EXPECT_EQ(dbKind(text), kind) << text;
+}
+
+TEST(ServerKind, NamesTheToolThatServes) {
+  const struct {
+    std::vector<std::string> args;
+    const char* kind;
+  } cases[] = {
+      {{"python3", "-m", "uvicorn", "app:app"}, "Python API"},
+      {{"Python", "-u", "-m", "http.server"}, "Python server"},
+      {{"python3.11", "Flask", "run"},
+       "Python server"},  // no runtime by that name: its script does not count
+      {{"python3", "-u", "/opt/bin/Flask", "run"}, "Python API"},
+      {{"node", "/Users/a/app/node_modules/.bin/vite"}, "Vite dev server"},
+      {{"node", "server.js"}, "Node server"},
+      {{"node", "-m"}, "Node server"},  // nothing follows
+      {{"bun", "--hot", "--watch"}, "Node server"},
+      {{"deno"}, "Node server"},
+      {{"ruby", "bin/rails", "s"}, "Rails app"},
+      {{"ruby", "app.rb"}, "app.rb server"},
+      {{"next-server (v14.1.0)"}, "Next.js web app"},
+      {{"/usr/bin/webpack-dev-server"}, "webpack dev server"},
+      {{"/opt/bin/Caddy", "run"}, "Caddy server"},
+      {{"caddy", "-m", "VITE"}, "Vite dev server"},
+      {{""}, " server"},
+  };
+  for (const auto& [args, kind] : cases) EXPECT_EQ(serverKind({.args = args}), kind) << args.front();
+  EXPECT_EQ(serverKind({.path = "/usr/local/bin/node"}), "Node server");
+}
+
+}  // namespace
+}  // namespace tarnwick

@@ -1,0 +1,252 @@
+#include <gmock/gmock.h>
+
+#include "diagnosis/detect.h"
+#include "tests/support/fake_surroundings.h"
+#include "tests/support/machines.h"
+
+namespace tarnwick {
+namespace {
+
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+constexpr double hour = 3'600;
+const std::string shop = "/Users/x/code/shop-backend";
+
+Proc& addServer(Snapshot& m, Pid pid, Pid ppid, std::vector<std::string> args,
+                std::vector<std::uint16_t> ports, double age = 13 * hour) {
+  Proc& proc = add(m, pid, ppid, std::move(args), age);
+  proc.cwd = shop;
+  proc.ports = std::move(ports);
+  proc.footprint = 10 * megabyte;
+  return proc;
+}
+
+std::vector<Finding> found(Snapshot& m, FakeSurroundings& around, const std::set<Pid>& termed = {}) {
+  m.index();
+  return stacks(m, termed, around);
+}
+
+Finding card(Snapshot& m, FakeSurroundings& around, const std::set<Pid>& termed = {}) {
+  const std::vector<Finding> all = found(m, around, termed);
+  EXPECT_THAT(all, SizeIs(1));
+  return all.empty() ? Finding{} : all.front();
+}
+
+// One Node server in the shop, 13 hours old, started from a terminal that is closed.
+Snapshot oneServer() {
+  Snapshot m = machine();
+  addServer(m, 41, 1, {"node", "server.mjs"}, {3000});
+  return m;
+}
+
+Git branch(const std::string& name) { return {"shop", name, "Round tax", "2 days ago", false, "o/shop"}; }
+
+TEST(Stacks, WhichProcessesAreForgottenServers) {
+  FakeSurroundings around;
+  const struct {
+    const char* why;
+    void (*change)(Snapshot&, Proc&);
+    std::size_t count;
+  } cases[] = {
+      {"13 hours", [](Snapshot&, Proc&) {}, 1},
+      {"exactly 12 hours", [](Snapshot&, Proc& p) { p.started = testNow - Seconds{12 * hour}; }, 0},
+      {"a second more", [](Snapshot&, Proc& p) { p.started = testNow - Seconds{12 * hour + 1}; }, 1},
+      {"no port", [](Snapshot&, Proc& p) { p.ports.clear(); }, 0},
+      {"an application", [](Snapshot&, Proc& p) { p.app = "Figma"; }, 0},
+      {"in the Library", [](Snapshot&, Proc& p) { p.cwd = "/Users/x/Library/a"; }, 0},
+      {"elsewhere", [](Snapshot&, Proc& p) { p.cwd = "/Users/x-outside/a"; }, 0},
+      {"at home itself", [](Snapshot&, Proc& p) { p.cwd = "/Users/x"; }, 0},
+      {"its parent's port",
+       [](Snapshot& m, Proc& p) {
+         addServer(m, p.ppid = 40, 1, {"sh"}, {1, 3000}, 60);
+       },
+       0},
+      {"other ports",
+       [](Snapshot& m, Proc& p) {
+         addServer(m, p.ppid = 40, 1, {"sh"}, {1, 3001}, 60);
+       },
+       1},
+  };
+  for (const auto& [why, change, count] : cases) {
+    Snapshot m = oneServer();
+    change(m, m.procs[41]);
+    EXPECT_THAT(found(m, around), SizeIs(count)) << why;
+  }
+}
+
+TEST(Stacks, TheWholeCard) {
+  FakeSurroundings around;
+  around.heads[shop + "/server.mjs"] = "import http";
+  Snapshot m = machine();
+  add(m, 11, 1, {"-zsh"});
+  addServer(m, 40, 1, {"Python", "-m", "uvicorn", "app:app"}, {8000, 8001});
+  addServer(m, 41, 11, {"node", "server.mjs", std::string(300, 'x')}, {3000}, 14 * hour);
+  addServer(m, 42, 40, {"Python"}, {8000});  // a worker
+  addServer(m, 43, 11, {"node", "b.mjs"}, {3100});
+  add(m, 44, 43, {"esbuild"}).footprint = 2 * megabyte;
+  m.containers = {{"c1", "shop-backend-db-1", "Up", "postgres:16", 100 * megabyte},
+                  {"c2", "other", "Up", "redis", megabyte},
+                  {"c3", "my-shop-backend", "Up", "nginx", 0},
+                  {"c4", "shop-backend-db-2", "Up", "postgres:9", 0}};
+  const auto started = [&](Pid pid) { return m.procs.at(pid).started; };
+  const Finding expected{
+      .id = "stack:" + shop,
+      .bucket = Bucket::leftovers,
+      .title = "shop-backend is still running",
+      .detail =
+          "It runs 2 Node servers (ports 3000 and 3100), a Python API (ports 8000 and 8001), 2 Postgres "
+          "databases, and a container database. You started it in a terminal 14 hours ago. It uses 142 MB in "
+          "total.",
+      .bytes = 142 * megabyte,  // 41: 10, 43: 10 and 2, 40: 10 and its worker's 10, c1: 100
+      .actions = {{"Stop all 6",
+                   {All{{{Signal{41, 15, started(41)}},
+                         {Signal{43, 9, started(43)}},
+                         {Signal{40, 15, started(40)}},
+                         {DockerStop{"c1"}},
+                         {DockerStop{"c3"}},
+                         {DockerStop{"c4"}}}}}}},
+      .evidence = "Server: Node server. Command: node server.mjs " + std::string(184, 'x') +
+                  "\nServer: Node server. Command: node b.mjs"
+                  "\nServer: Python API. Command: Python -m uvicorn app:app"
+                  "\nFolder: ~/code/shop-backend"
+                  "\nDocker container: shop-backend-db-1 (image postgres:16)"
+                  "\nDocker container: my-shop-backend (image nginx)"
+                  "\nDocker container: shop-backend-db-2 (image postgres:9)"
+                  "\nThe file server.mjs starts with:\nimport http"
+                  "\nStarted by: you",
+      .subject = "shop-backend",
+      .summary =
+          "2 Node servers, a Python API, 2 Postgres databases, and a container database, on for 14 hours.",
+      .metric = "142 MB",
+      .icon = "server.rack",
+      .impact = 142.0 / (16 * 1024)};
+  EXPECT_EQ(card(m, around, {43, 11}), expected);
+}
+
+TEST(Stacks, OneCardForEachProject) {
+  FakeSurroundings around;
+  around.present = {"/Users/x/api/.git"};
+  Snapshot m = machine();
+  addServer(m, 41, 1, {"Express"}, {1}).cwd = "/Users/x/zoo";
+  addServer(m, 42, 1, {"Express"}, {2}).cwd = "/Users/x/api/src";
+  addServer(m, 43, 1, {"Express"}, {3}).cwd = "/Users/x/api";
+  m.containers = {{"c1", "api", "Up", "redis", 0}, {"c2", "zoo", "Up", "redis", 0}};
+  const std::vector<Finding> all = found(m, around);
+  ASSERT_THAT(all, SizeIs(2));
+  EXPECT_EQ(all[0].id, "stack:/Users/x/api");
+  EXPECT_EQ(all[0].summary, "2 Express servers, on for 13 hours.") << "a short name claims no containers";
+  EXPECT_EQ(all[0].actions.front().label, "Stop all 2");
+  EXPECT_EQ(all[1].detail.find("It runs an Express server (port 1)."), 0U);
+  EXPECT_EQ(all[1].actions.front().label, "Stop it");
+  EXPECT_EQ(all[1].actions.front().fix.command(), "kill -TERM 41");
+}
+
+TEST(Stacks, BranchesOfTheRepository) {
+  FakeSurroundings around;
+  Snapshot m = oneServer();
+  const std::string gone =
+      " It started 13 hours ago. The app or terminal that started it is closed. It uses 10 MB in "
+      "total.";
+  const std::string commit = " Last commit 2 days ago: “Round tax”.";
+  const std::string runs = "It runs a Node server (port 3000).";
+
+  for (const char* shared : {"main", "master", "develop"}) {
+    around.repositories[shop] = branch(shared);
+    EXPECT_EQ(card(m, around).detail,
+              runs + " Branch " + shared + "." + commit + gone + " Stop it if you are not using it.");
+  }
+  EXPECT_THAT(around.asked, Not(Contains(HasSubstr("title"))))
+      << "nobody asks for the request of such a branch";
+
+  around.repositories[shop] = branch("Main");
+  EXPECT_EQ(card(m, around).detail,
+            runs + " Branch Main." + commit + gone + " Stop it if you are done with this branch.");
+  EXPECT_THAT(around.asked, Contains("title o/shop#Main"));
+  EXPECT_EQ(card(m, around).title, "shop is still running");
+  EXPECT_EQ(card(m, around).subject, "shop");
+
+  around.titles["o/shop#fix/tax"] = "Tax";
+  around.repositories[shop] = branch("fix/tax");
+  around.repositories[shop].isCopy = true;
+  around.repositories[shop].lastCommit = "";
+  EXPECT_EQ(card(m, around).detail, runs + " Branch fix/tax. Pull request: “Tax”." + gone +
+                                        " Stop it if you are done with this branch.");
+  EXPECT_EQ(card(m, around).title, "A copy of shop is still running");
+  EXPECT_THAT(*card(m, around).evidence,
+              HasSubstr("\nGit repo shop, branch fix/tax (a separate copy of the repo)."));
+}
+
+TEST(Stacks, JobsInEachState) {
+  FakeSurroundings around;
+  around.repositories[shop] = branch("main");
+  const std::string still = ", but its server still runs. It uses 10 MB in total. It is safe to stop.";
+  const struct {
+    std::optional<std::string> state;
+    std::optional<Timestamp> updated;
+    std::string ending;
+    const char* summary;
+  } cases[] = {
+      {"working", testNow, " The job is still working. It uses 10 MB in total.", "which is still working."},
+      {"blocked", testNow - Seconds{3 * hour}, " The job stopped 3 hours ago because of an error" + still,
+       "which has stopped."},
+      {"failed", {}, " The job stopped because of an error" + still, "which has stopped."},
+      {"error", {}, " The job stopped because of an error" + still, "which has stopped."},
+      {"done", testNow - Seconds{60}, " The job ended 1 minute ago" + still, "which has stopped."},
+      {{}, {}, " The job ended" + still, "which has stopped."},
+  };
+  for (const auto& [state, updated, ending, summary] : cases) {
+    Snapshot m = oneServer();
+    around.jobs[shop] = {.job = "nightly", .jobState = state, .jobUpdated = updated};
+    const Finding finding = card(m, around);
+    EXPECT_EQ(finding.title, "A test server from the Claude Code job “nightly” is still running");
+    EXPECT_EQ(finding.detail, "It runs a Node server (port 3000)." + ending);
+    EXPECT_EQ(finding.summary, std::string("From the Claude Code job “nightly”, ") + summary);
+    EXPECT_EQ(finding.subject, "a test server");
+    EXPECT_THAT(*finding.evidence,
+                AllOf(HasSubstr("Claude Code background job “nightly”, state: " + state.value_or("unknown")),
+                      Not(HasSubstr("Git repo"))))
+        << "the folder's own repository says nothing about a job";
+  }
+}
+
+TEST(Stacks, WhatAJobWorkedOn) {
+  FakeSurroundings around;
+  around.titles["o/shop#7"] = "Add tax";
+  Snapshot m = oneServer();
+  add(m, 12, 1, {"claude"});
+  m.procs[41].ppid = 12;
+  addServer(m, 42, 12, {"node", "b.mjs"}, {3001});
+  around.sessions[12] = {.title = "Session"};
+  ClaudeWork& job = around.jobs[shop] = {.title = "Own", .pr = 7, .prRepo = "o/shop", .jobDir = "/w"};
+  around.repositories["/w"] = branch("fix/tax");
+  const auto middle = [&] { return card(m, around).detail; };
+
+  EXPECT_EQ(card(m, around).title,
+            "2 test servers from the Claude Code job “shop-backend” are still running");
+  EXPECT_THAT(middle(), HasSubstr("3001). The job worked on the pull request “Add tax”. The job ended,"));
+  job.pr = 8;
+  EXPECT_THAT(middle(), HasSubstr("3001). The job worked on “Session”. The job ended,"));
+  around.sessions.clear();
+  EXPECT_THAT(middle(), HasSubstr("3001). The job worked on “Own”. The job ended,"));
+  job.title.reset();
+  EXPECT_THAT(middle(),
+              HasSubstr("3001). The job worked in shop, on the branch fix/tax. Its last commit was “Round "
+                        "tax”. The job ended,"));
+  EXPECT_THAT(
+      *card(m, around).evidence,
+      HasSubstr("\nClaude Code background job “shop-backend”, state: unknown\nThe job worked in the git repo "
+                "shop, branch fix/tax. Last commit: Round tax\nStarted by: Claude Code"));
+  around.repositories["/w"].lastCommit = "";
+  EXPECT_THAT(middle(), HasSubstr("on the branch fix/tax. The job ended,"));
+  job.jobDir.reset();
+  EXPECT_THAT(middle(), HasSubstr("3001). The job ended,"));
+}
+
+}  // namespace
+}  // namespace tarnwick

@@ -1,0 +1,42 @@
+// Small invented machines for tests of rules.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "records/snapshot.h"
+
+namespace tarnwick {
+
+inline constexpr std::uint64_t megabyte = 1ULL << 20U;
+inline constexpr std::uint64_t gigabyte = 1ULL << 30U;
+inline constexpr std::uint32_t myUid = 501;
+inline constexpr Timestamp testNow = timestamp(1'790'000'000);
+
+// Bytes with 16 GB installed, cores with 10 of them.
+inline Snapshot machine() {
+  Snapshot snapshot;
+  snapshot.now = testNow;
+  snapshot.ram = 16 * gigabyte;
+  snapshot.cores = 10;
+  return snapshot;
+}
+
+// Adds a process that is `age` seconds old and idle; callers change the rest. Call index() at the end.
+inline Proc& add(Snapshot& snapshot, Pid pid, Pid ppid, std::vector<std::string> args, double age = 60) {
+  Proc proc{.pid = pid, .ppid = ppid, .uid = myUid, .args = std::move(args), .cwd = "/tmp"};
+  proc.started = snapshot.now - Seconds{age};
+  if (!proc.args.empty()) proc.path = "/usr/bin/" + std::string(proc.name());
+  return snapshot.procs[pid] = std::move(proc);
+}
+
+// Adds a process of an application.
+inline Proc& addApp(Snapshot& snapshot, Pid pid, const std::string& app) {
+  Proc& proc = add(snapshot, pid, 1, {});
+  proc.path = "/Applications/" + app + ".app/Contents/MacOS/" + app;
+  proc.app = app;
+  return proc;
+}
+
+}  // namespace tarnwick
