@@ -1,6 +1,7 @@
 // What one operating system must answer about processes. Thin on purpose: the order of questions, the
 // caches and the arithmetic are in process_table. Nothing here fails: what cannot be had is the neutral
-// value named at the function. Used by one thread at a time.
+// value named at the function. In the second pass `facts` is the first question about each process, so a
+// source may answer the others from what it read then. Used by one thread at a time.
 #pragma once
 
 #include <cstdint>

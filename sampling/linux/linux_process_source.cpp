@@ -103,7 +103,7 @@ std::optional<std::string> LinuxProcessSource::app(Pid pid, const std::string& /
   std::array<char, 4096> buffer{};
   const auto text = reader_.read(pid, "cgroup", buffer);
   const auto unit = text ? appUnitOfCgroup(*text) : std::nullopt;
-  const auto id = unit ? applicationID(*unit) : std::nullopt;
+  auto id = unit ? applicationID(*unit) : std::nullopt;
   if (!id || !options_.appDisplayName) return id;
   return options_.appDisplayName(*id).value_or(*id);
 }
@@ -140,7 +140,7 @@ std::vector<std::uint16_t> LinuxProcessSource::listenPorts(Pid pid) {
 }
 
 std::optional<ProcStat> LinuxProcessSource::readStat(Pid pid) const {
-  std::array<char, 2048> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled by the kernel
+  std::array<char, 2048> buffer{};
   const auto text = reader_.read(pid, "stat", buffer);
   return text ? procStat(*text) : std::nullopt;
 }

@@ -70,8 +70,7 @@ std::optional<Pid> pidOfName(std::string_view name) {
 }
 
 std::string linkAt(int folder, const char* name) {
-  std::array<char, longestLink>
-      target;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled by the kernel
+  std::array<char, longestLink> target{};
   const ssize_t length = ::readlinkat(folder, name, target.data(), target.size());
   return length > 0 ? std::string(target.data(), static_cast<std::size_t>(length)) : std::string();
 }

@@ -25,7 +25,7 @@ TEST(ProcStatTest, NameEndsAtTheLastBracket) {
       {"\xFF)", "\xEF\xBF\xBD)"},
   };
   for (const auto& [raw, name] : names) {
-    const auto stat = procStat("12 (" + raw + ")" + statTail);
+    const auto stat = procStat(std::string("12 (").append(raw).append(")").append(statTail));
     ASSERT_TRUE(stat) << raw;
     EXPECT_EQ(stat->name, name);
     EXPECT_EQ(stat->state, 'S');

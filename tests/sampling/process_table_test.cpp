@@ -136,10 +136,10 @@ TEST_F(ProcessTableTest, WithoutUsageTheProcessIsStillRecorded) {
 
 TEST_F(ProcessTableTest, ProcessorUseNeedsAnIntervalAndTwoTimesInOrder) {
   struct Case {
-    const char* what;
+    const char* what = "";
     std::optional<std::uint64_t> first;
-    std::uint64_t second, wallBefore, wallAfter;
-    double cpu;
+    std::uint64_t second = 0, wallBefore = 0, wallAfter = 0;
+    double cpu = 0;
   };
   const Case cases[] = {
       {"half a core", 100, 150, 1'000, 1'100, 0.5},

@@ -48,6 +48,7 @@ class Child {
 
 void execute(std::vector<std::string> words) {
   std::vector<char*> argv;
+  argv.reserve(words.size() + 1);
   for (std::string& word : words) argv.push_back(word.data());
   argv.push_back(nullptr);
   ::execv(argv[0], argv.data());
