@@ -1,0 +1,63 @@
+// Facts about the repository that a process works in: git's own files are read directly, and git runs once
+// for the last commit. Everything is cached, so that repeated checks cost nothing. What cannot be read is
+// absent or empty. Used from the thread that runs the rules, one run at a time.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+
+#include "records/basics.h"
+#include "records/snapshot.h"
+#include "sampling/tools/clock.h"
+#include "sampling/tools/tool_places.h"
+#include "sampling/tools/tool_runner.h"
+
+namespace tarnwick {
+
+class GitReader {
+ public:
+  // An answer about a repository is good for so long, in seconds.
+  static constexpr double answerSeconds = 300;
+
+  // What is handed in must outlive the reader. `prTitlesWanted`: the user let gh ask over the network.
+  GitReader(ToolRunner& runner, ToolPlaces& places, Clock& clock, std::string home, bool prTitlesWanted)
+      : runner_(runner),
+        places_(places),
+        clock_(clock),
+        home_(std::move(home)),
+        prTitlesWanted_(prTitlesWanted) {}
+
+  // The repository whose top folder is `dir`, an absolute path, from `gitCache` where possible. Absent when
+  // it is none, and always inside the home's Library.
+  std::optional<Git> git(const std::string& dir);
+
+  // The same, read now.
+  std::optional<Git> readGit(const std::string& dir);
+
+  // The title of pull request `pr` of `repo` ("owner/name"); asked for once per run.
+  std::optional<std::string> prTitle(const std::optional<std::string>& repo,
+                                     const std::optional<std::string>& pr);
+
+  // Lays an answer about `dir` into `gitCache`, as if it had just been read.
+  void remember(const std::string& dir, const std::optional<Git>& answer);
+
+ private:
+  struct Answer {
+    Timestamp at;
+    std::optional<Git> git;
+  };
+
+  bool isFresh(const Answer& answer, Timestamp now) const;
+  void readLastCommit(const std::string& dir, Git& git);
+
+  ToolRunner& runner_;
+  ToolPlaces& places_;
+  Clock& clock_;
+  const std::string home_;
+  const bool prTitlesWanted_;
+  std::map<std::string, Answer> gitCache;                     // by directory, absent answers included
+  std::map<std::string, std::optional<std::string>> prCache;  // by "owner/name#number", for the whole run
+};
+
+}  // namespace tarnwick

@@ -1,0 +1,50 @@
+#include "context/live_surroundings.h"
+
+#include <cstddef>
+
+#include "context/local_date.h"
+#include "context/property_list.h"
+#include "records/utf8.h"
+#include "sampling/tools/small_file.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr std::size_t propertyListBytes = 1U << 20U;
+
+}  // namespace
+
+std::optional<Git> LiveSurroundings::git(const std::string& dir) { return gitReader_.git(dir); }
+
+std::optional<ClaudeWork> LiveSurroundings::claudeSession(Pid pid) {
+  return claudeReader_.claudeSession(pid);
+}
+
+std::optional<ClaudeWork> LiveSurroundings::claudeJob(const std::string& dir) {
+  return claudeReader_.claudeJob(dir);
+}
+
+std::optional<std::string> LiveSurroundings::prTitle(const std::optional<std::string>& repo,
+                                                     const std::optional<std::string>& pr) {
+  return gitReader_.prTitle(repo, pr);
+}
+
+bool LiveSurroundings::exists(const std::string& path) { return pathExists(path); }
+
+std::optional<std::string> LiveSurroundings::fileHead(const std::string& path) {
+  const auto bytes = readFileHead(path, fileHeadBytes);
+  if (!bytes) return std::nullopt;
+  return repairUtf8(*bytes);
+}
+
+std::optional<std::string> LiveSurroundings::deviceName(const std::string& plistPath) {
+  const auto list = readSmallFile(plistPath, propertyListBytes);
+  if (!list) return std::nullopt;
+  return propertyListText(*list, "name");
+}
+
+bool LiveSurroundings::hasSimctl() { return places_.simctlBin().has_value(); }
+
+std::string LiveSurroundings::mediumDate(Timestamp moment) { return localMediumDate(moment); }
+
+}  // namespace tarnwick

@@ -1,0 +1,51 @@
+#include "context/local_date.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <limits>
+
+namespace tarnwick {
+namespace {
+
+struct Language {
+  const char* all;
+  const char* time;
+  const char* lang;
+};
+
+std::string dateIn(const Language& language, double moment) {
+  ::setenv("TZ", "Asia/Tokyo", 1);
+  ::setenv("LC_ALL", language.all, 1);
+  ::setenv("LC_TIME", language.time, 1);
+  ::setenv("LANG", language.lang, 1);
+  return localMediumDate(timestamp(moment));
+}
+
+TEST(LocalDate, FollowsTheUsersLanguageAndTimeZone) {
+  constexpr double moment = 1'795'239'840;  // 2026-11-21 05:44 UTC, nine hours less than in Tokyo
+  const std::string american = "Nov 21, 2026, 2:44\xE2\x80\xAFPM";
+  const std::string german = "21.11.2026, 14:44";
+  const std::pair<Language, std::string> cases[] = {
+      {{"en_US.UTF-8", "", ""}, american},
+      {{"", "de_DE.UTF-8", "en_US.UTF-8"}, german},
+      {{"de_DE@euro", "en_US", "en_US"}, german},
+      {{"", "", "de_DE"}, german},
+      {{"C.UTF-8", "de_DE", ""}, american},
+      {{"", "", "POSIX"}, american},
+      {{"", "", ""}, american},
+  };
+  for (const auto& [language, text] : cases) {
+    EXPECT_EQ(dateIn(language, moment), text) << language.all << "/" << language.time << "/" << language.lang;
+  }
+}
+
+TEST(LocalDate, NonsenseMomentsStayInTheCalendar) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  for (const double moment : {-infinity, -1e300, 1e300, infinity, std::numeric_limits<double>::quiet_NaN()}) {
+    EXPECT_FALSE(dateIn({"en_US", "", ""}, moment).empty()) << moment;
+  }
+}
+
+}  // namespace
+}  // namespace tarnwick

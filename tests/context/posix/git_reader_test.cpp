@@ -1,0 +1,195 @@
+// The git reader on real repositories, friendly and hostile ones.
+#include "context/git_reader.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "tests/support/fake_clock.h"
+#include "tests/support/posix/git_world.h"
+
+namespace tarnwick {
+namespace {
+
+namespace fs = std::filesystem;
+
+class GitReaderTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    ::unsetenv("TARNWICK_NO_TOOLS");
+    ::setenv("LC_ALL", "C", 1);  // git's words in one language
+    if (!world_.places.gitBin()) GTEST_SKIP() << "this machine has no git";
+  }
+
+  // Empty members where nothing could be read.
+  Git read(const std::string& dir) {
+    const auto git = reader_.readGit(dir);
+    EXPECT_TRUE(git) << dir;
+    return git.value_or(Git{});
+  }
+
+  GitWorld world_;
+  FakeClock clock_;
+  GitReader reader_{world_.runner, world_.places, clock_, world_.folder.at("home"), false};
+};
+
+TEST_F(GitReaderTest, AMainCheckoutOnABranchAndDetached) {
+  const std::string dir = world_.repository("shop", "Add \"cart\" caf\xC3\xA9");
+  Git git = read(dir);
+  EXPECT_EQ(git.repo, "shop");
+  EXPECT_EQ(git.branch, "main");
+  EXPECT_EQ(git.lastCommit, "Add \"cart\" caf\xC3\xA9");
+  EXPECT_TRUE(git.lastCommitAgo.ends_with(" ago")) << git.lastCommitAgo;
+  EXPECT_FALSE(git.isCopy);
+  EXPECT_EQ(git.slug, std::nullopt);
+
+  world_.git(dir, {"remote", "add", "origin", "git@github.com:acme/web-shop.git"});
+  world_.git(dir, {"checkout", "-q", "-b", "fix/cart"});
+  git = read(dir);
+  EXPECT_EQ(git.repo, "web-shop");
+  EXPECT_EQ(git.slug, "acme/web-shop");
+  EXPECT_EQ(git.branch, "fix/cart");
+
+  world_.git(dir, {"checkout", "-q", "--detach"});
+  EXPECT_EQ(read(dir).branch, world_.git(dir, {"rev-parse", "HEAD"}).substr(0, 7));
+  EXPECT_EQ(reader_.readGit(world_.folder.path()), std::nullopt);
+}
+
+TEST_F(GitReaderTest, ALinkedWorkTreeIsACopyOfTheSameRepository) {
+  const std::string dir = world_.repository("shop", "First");
+  world_.git(dir, {"remote", "add", "origin", "https://github.com/acme/web-shop"});
+  const std::string copy = world_.folder.at("elsewhere/copy");
+  world_.git(dir, {"worktree", "add", "-q", "-b", "side", copy});
+  world_.git(copy, {"commit", "-q", "--allow-empty", "-m", "On the side"});
+  const Git git = read(copy);
+  EXPECT_EQ(git.repo, "web-shop");
+  EXPECT_EQ(git.slug, "acme/web-shop");
+  EXPECT_EQ(git.branch, "side");
+  EXPECT_EQ(git.lastCommit, "On the side");
+  EXPECT_TRUE(git.isCopy);
+}
+
+TEST_F(GitReaderTest, ASubmoduleHasItsOwnOrigin) {
+  const std::string inner = world_.repository("inner", "Inner");
+  const std::string outer = world_.repository("outer", "Outer");
+  world_.git(outer, {"-c", "protocol.file.allow=always", "submodule", "--quiet", "add", inner, "part"});
+  const Git git = read(outer + "/part");
+  EXPECT_EQ(git.repo, "inner");
+  EXPECT_EQ(git.lastCommit, "Inner");
+  EXPECT_TRUE(git.isCopy);
+  EXPECT_EQ(read(outer).repo, "outer");
+}
+
+TEST_F(GitReaderTest, FilesThatAreNoFilesAreUnreadable) {
+  const std::string dir = world_.repository("shop", "First");
+  fs::remove(dir + "/.git/config");
+  ASSERT_EQ(::mkfifo((dir + "/.git/config").c_str(), 0600), 0);
+  fs::resize_file(dir + "/.git/HEAD", 2'147'483'648U);
+  ToolPlaces none{ToolCandidates{}};
+  GitReader withoutGit(world_.runner, none, clock_, "/home", false);
+  EXPECT_EQ(withoutGit.readGit(dir), (Git{"shop", "", "", "", false, std::nullopt}));
+
+  const std::string pipe = world_.folder.at("pipe");
+  fs::create_directory(pipe);
+  ASSERT_EQ(::mkfifo((pipe + "/.git").c_str(), 0600), 0);
+  EXPECT_EQ(reader_.readGit(pipe), std::nullopt);
+  world_.folder.write("text/.git", "git directory: /a");
+  EXPECT_EQ(reader_.readGit(world_.folder.at("text")), std::nullopt);
+}
+
+TEST_F(GitReaderTest, TheNameMapOfAWorkTreeIsNotRead) {
+  const std::string dir = world_.repository("shop", "First");
+  ASSERT_EQ(::mkfifo((dir + "/.mailmap").c_str(), 0600), 0);
+  EXPECT_EQ(read(dir).lastCommit, "First");
+}
+
+TEST_F(GitReaderTest, OurOwnEnvironmentDoesNotRedirectGit) {
+  const std::string dir = world_.repository("shop", "Right");
+  const std::string other = world_.repository("other", "Wrong");
+  const std::string trace = world_.folder.at("trace");
+  const std::pair<const char*, std::string> variables[] = {
+      {"GIT_DIR", other + "/.git"},
+      {"GIT_WORK_TREE", other},
+      {"GIT_OBJECT_DIRECTORY", other + "/.git/objects"},
+      {"GIT_TRACE", trace},
+      {"GIT_CONFIG_PARAMETERS", "'log.showsignature=true'"},
+  };
+  for (const auto& [name, value] : variables) ::setenv(name, value.c_str(), 1);
+  const Git git = read(dir);
+  for (const auto& [name, value] : variables) ::unsetenv(name);
+  EXPECT_EQ(git.lastCommit, "Right");
+  EXPECT_FALSE(fs::exists(trace));
+}
+
+// A repository whose configuration names a program for every occasion; the program leaves a mark.
+class HostileRepositoryTest : public GitReaderTest {
+ protected:
+  void SetUp() override {
+    GitReaderTest::SetUp();
+    if (IsSkipped()) return;
+    program_ = world_.folder.script("program", "echo \"$@\" >> " + mark_ + "; exit 1");
+    dir_ = world_.repository("hostile", "Signed");
+  }
+
+  void configure(const std::vector<std::pair<std::string, std::string>>& settings) {
+    for (const auto& [key, value] : settings) world_.git(dir_, {"config", key, value});
+  }
+
+  // Does git, run without protection, start the program? If not, the test would prove nothing.
+  bool plainGitStartsIt() {
+    world_.run(dir_, {"log", "-1", "--format=%cr%n%s"});
+    return fs::remove(mark_);
+  }
+
+  std::string mark_ = world_.folder.at("mark");
+  std::string program_;
+  std::string dir_;
+};
+
+TEST_F(HostileRepositoryTest, NoSignatureIsChecked) {
+  const std::string commit = world_.git(dir_, {"cat-file", "commit", "HEAD"});
+  const std::size_t blank = commit.find("\n\n");
+  const std::string signature = "\ngpgsig -----BEGIN PGP SIGNATURE-----\n \n x\n -----END PGP SIGNATURE-----";
+  const std::string file =
+      world_.folder.write("signed", commit.substr(0, blank) + signature + commit.substr(blank) + "\n");
+  const std::string id = world_.git(dir_, {"hash-object", "-t", "commit", "-w", file});
+  world_.git(dir_, {"update-ref", "HEAD", id});
+  configure({{"log.showSignature", "true"},
+             {"gpg.program", program_},
+             {"core.fsmonitor", program_},
+             {"core.pager", program_},
+             {"pager.log", program_},
+             {"core.sshCommand", program_},
+             {"core.hooksPath", world_.folder.path()},
+             {"diff.external", program_},
+             {"alias.log", "!" + program_}});
+  ASSERT_TRUE(plainGitStartsIt());
+  EXPECT_EQ(read(dir_).lastCommit, "Signed");
+  EXPECT_FALSE(fs::exists(mark_));
+}
+
+TEST_F(HostileRepositoryTest, NoMissingCommitIsFetched) {
+  const std::string id = world_.git(dir_, {"rev-parse", "HEAD"});
+  fs::remove(dir_ + "/.git/objects/" + id.substr(0, 2) + "/" + id.substr(2));
+  configure({{"core.repositoryFormatVersion", "1"},
+             {"extensions.partialClone", "origin"},
+             {"remote.origin.promisor", "true"},
+             {"remote.origin.url", world_.folder.path()},
+             {"remote.origin.uploadpack", program_},
+             {"protocol.allow", "always"},
+             {"protocol.file.allow", "always"},
+             {"protocol.ext.allow", "always"}});
+  ASSERT_TRUE(plainGitStartsIt());
+  EXPECT_EQ(read(dir_).lastCommit, "");
+  EXPECT_FALSE(fs::exists(mark_));
+
+  configure({{"remote.origin.url", "ext::" + program_ + " %S"}});
+  ASSERT_TRUE(plainGitStartsIt());
+  EXPECT_EQ(read(dir_).branch, "main");
+  EXPECT_FALSE(fs::exists(mark_));
+}
+
+}  // namespace
+}  // namespace tarnwick

@@ -1,0 +1,99 @@
+#include "context/property_list.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace tarnwick {
+namespace {
+
+std::string xml(const std::string& body) {
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">" + body + "</plist>\n";
+}
+
+std::string bigEndian(std::uint64_t number, std::size_t size) {
+  std::string bytes;
+  for (std::size_t at = size; at > 0; --at) bytes += static_cast<char>(number >> (8 * (at - 1)) & 0xFFU);
+  return bytes;
+}
+
+// A binary list from its encoded objects, the first one on top; references take two bytes.
+std::string binary(const std::vector<std::string>& objects) {
+  std::string bytes = "bplist00";
+  std::string table;
+  for (const std::string& object : objects) {
+    table += bigEndian(bytes.size(), 4);
+    bytes += object;
+  }
+  const std::size_t tableAt = bytes.size();
+  return bytes + table + std::string(6, '\0') + "\x04\x02" + bigEndian(objects.size(), 8) + bigEndian(0, 8) +
+         bigEndian(tableAt, 8);
+}
+
+std::string references(char marker, const std::vector<std::uint64_t>& to) {
+  std::string bytes(1, marker);
+  for (const std::uint64_t object : to) bytes += bigEndian(object, 2);
+  return bytes;
+}
+
+TEST(PropertyList, TextsOfXmlLists) {
+  const std::pair<std::string, std::optional<std::string>> cases[] = {
+      {xml("<dict><key>state</key><integer>3</integer><key>name</key><string>iPhone 15</string></dict>"),
+       "iPhone 15"},
+      {xml("<dict><key>name</key><string>A &amp; \xE2\x80\x9C"
+           "B\xE2\x80\x9D</string></dict>"),
+       "A & \xE2\x80\x9C"
+       "B\xE2\x80\x9D"},
+      {xml("<dict><key>inner</key><dict><key>name</key><string>deep</string></dict></dict>"), std::nullopt},
+      {xml("<dict><key>name</key><integer>3</integer></dict>"), std::nullopt},
+      {xml("<array><string>name</string></array>"), std::nullopt},
+      {xml("<dict><key>name</key><string>cut"), std::nullopt},
+      {"name = iPhone;", std::nullopt},
+      {"{\"name\": \"iPhone\"}", std::nullopt},
+      {"", std::nullopt},
+  };
+  for (const auto& [list, text] : cases) EXPECT_EQ(propertyListText(list, "name"), text) << list;
+}
+
+TEST(PropertyList, TextsOfBinaryLists) {
+  const std::string key = "\x54name";
+  const std::string dictionary = references('\xD1', {1, 2});
+  EXPECT_EQ(propertyListText(binary({dictionary, key, "\x59iPhone 15"}), "name"), "iPhone 15");
+  const std::string wide("\x62\x00\xE9\x20\x26", 5);  // two units of UTF-16
+  EXPECT_EQ(propertyListText(binary({dictionary, key, wide}), "name"), "\xC3\xA9\xE2\x80\xA6");
+  EXPECT_EQ(propertyListText(binary({dictionary, key, "\x10\x07"}), "name"), std::nullopt);
+
+  const std::string whole = binary({dictionary, key, "\x59iPhone 15"});
+  for (std::size_t size = 0; size < whole.size(); ++size) {
+    propertyListText(whole.substr(0, size), "name");  // must not read beyond
+  }
+  for (std::size_t at = 8; at < whole.size(); ++at) {
+    for (const char byte : {'\x00', '\x7F', '\xFF'}) {
+      std::string damaged = whole;
+      damaged[at] = byte;
+      propertyListText(damaged, "name");
+    }
+  }
+}
+
+TEST(PropertyList, AbsurdNestingIsRefused) {
+  std::string nested;
+  for (int level = 0; level < 100'000; ++level) nested += "<array>";
+  EXPECT_EQ(propertyListText(xml(nested), "name"), std::nullopt);
+
+  std::vector<std::string> chain;
+  for (std::uint64_t level = 1; level < 60'000; ++level) chain.push_back(references('\xA1', {level}));
+  chain.emplace_back("\x08");
+  EXPECT_EQ(propertyListText(binary(chain), "name"), std::nullopt);
+
+  // Small in bytes; unfolded, ten to the fortieth texts.
+  std::vector<std::string> doubling;
+  for (std::uint64_t level = 1; level <= 40; ++level) {
+    doubling.push_back(references('\xAA', std::vector<std::uint64_t>(10, level)));
+  }
+  doubling.emplace_back("\x51x");
+  EXPECT_EQ(propertyListText(binary(doubling), "name"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace tarnwick

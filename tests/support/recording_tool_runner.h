@@ -1,0 +1,38 @@
+// A tool runner that runs nothing: it records what was asked and gives prepared answers.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sampling/tools/tool_runner.h"
+
+namespace tarnwick {
+
+class RecordingToolRunner : public ToolRunner {
+ public:
+  // The words of every call, the program first.
+  std::vector<std::vector<std::string>> calls;
+  // What every tool answers from now on.
+  ToolResult answer{"", 0};
+
+  using ToolRunner::start;
+  std::unique_ptr<RunningTool> start(const std::string& path, const std::vector<std::string>& args,
+                                     const ToolOptions&) override {
+    calls.push_back({path});
+    calls.back().insert(calls.back().end(), args.begin(), args.end());
+    return std::make_unique<Prepared>(answer);
+  }
+
+ private:
+  class Prepared : public RunningTool {
+   public:
+    explicit Prepared(ToolResult result) : result_(std::move(result)) {}
+    ToolResult result() override { return result_; }
+
+   private:
+    ToolResult result_;
+  };
+};
+
+}  // namespace tarnwick
