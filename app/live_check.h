@@ -6,6 +6,8 @@
 #include <set>
 #include <vector>
 
+#include "context/claude_reader.h"
+#include "context/git_reader.h"
 #include "context/live_surroundings.h"
 #include "records/bench_marks.h"
 #include "records/finding.h"
@@ -38,6 +40,8 @@ class LiveCheck {
   BenchMarks marks_;
   PosixToolRunner tools_;
   ToolPlaces places_;
+  GitReader git_;
+  ClaudeReader claude_;
   LiveSurroundings surroundings_;
   std::unique_ptr<LiveMachine> machine_;
   ProcessTable processes_;

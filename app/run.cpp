@@ -1,7 +1,5 @@
 #include "app/run.h"
 
-#include <fmt/format.h>
-
 #include "app/demo.h"
 #include "app/demo_surroundings.h"
 #include "app/help.h"
@@ -10,6 +8,7 @@
 #include "app/self_test.h"
 #include "diagnosis/findings.h"
 #include "diagnosis/report.h"
+#include "records/checked.h"
 #include "sampling/tools/posix/self.h"
 
 namespace tarnwick {
@@ -34,6 +33,13 @@ int printLive(const CommandLine& commandLine, const Self& self) {
   LiveCheck live(self, commandLine.prTitles);
   const Snapshot snapshot = live.scan(printInterval);
   return printText(text(snapshot, live.findings(snapshot, {}), {}));
+}
+
+int runSelfTest(const Self& self) {
+  LiveCheck live(self, false);
+  const auto mismatch = firstMismatch(expectedDiagnoses(), SystemClock().now(), live.surroundings());
+  if (mismatch) fault(*mismatch);
+  return printText("selftest ok\n");
 }
 
 }  // namespace

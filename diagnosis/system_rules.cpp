@@ -19,6 +19,7 @@ namespace {
 constexpr double servicesBusyCores = 0.5;
 constexpr double loginWindowSeconds = 180;  // an app that starts this soon after login started by itself
 constexpr std::size_t manyLoginApps = 6;
+constexpr std::string_view bundleEnding = ".app";
 
 std::vector<Action> settingsAction(const SystemService& service) {
   if (!service.settings) return {};
@@ -49,12 +50,20 @@ std::optional<Timestamp> loginTime(const Snapshot& snapshot, const Self& self) {
   return earliest;
 }
 
-std::uint64_t memoryBelow(const std::string& folder, const Snapshot& snapshot) {
-  std::uint64_t bytes = 0;
+// The memory of each of these application bundles, helpers included. A bundle's path ends with its first
+// ".app", so every executable lies in at most one of them and one look at each process is enough.
+std::map<std::string_view, std::uint64_t> memoryOfBundles(const std::vector<std::string>& bundles,
+                                                          const Snapshot& snapshot) {
+  std::map<std::string_view, std::uint64_t> memory;
+  for (const std::string& bundle : bundles) memory[bundle] = 0;
   for (const auto& [pid, proc] : snapshot.procs) {
-    if (proc.path.starts_with(folder)) bytes = checkedAdd(bytes, proc.footprint);
+    const std::string_view path = proc.path;
+    const std::size_t ending = path.find(".app/");
+    if (ending == std::string_view::npos || path.find(bundleEnding) != ending) continue;
+    const auto bundle = memory.find(path.substr(0, ending + bundleEnding.size()));
+    if (bundle != memory.end()) bundle->second = checkedAdd(bundle->second, proc.footprint);
   }
-  return bytes;
+  return memory;
 }
 
 struct LoginApp {
@@ -65,13 +74,12 @@ struct LoginApp {
 // The app as a login item; absent when it does not start by itself.
 std::optional<LoginApp> loginApp(const RunningApp& app, const Snapshot& snapshot, const Self& self,
                                  std::optional<Timestamp> login) {
-  constexpr std::string_view ending = ".app";
   const auto proc = snapshot.procs.find(app.pid);
-  if (app.bundleID.starts_with("com.apple.") || app.pid == self.pid || !app.path.ends_with(ending) ||
+  if (app.bundleID.starts_with("com.apple.") || app.pid == self.pid || !app.path.ends_with(bundleEnding) ||
       proc == snapshot.procs.end()) {
     return std::nullopt;
   }
-  const std::size_t end = app.path.find(ending) + ending.size();
+  const std::size_t end = app.path.find(bundleEnding) + bundleEnding.size();
   const bool loginItem = app.path.find("/Contents/Library/LoginItems/") != std::string::npos;
   if (end != app.path.size() && !loginItem) return std::nullopt;
   const Timestamp started = proc->second.started;
@@ -165,22 +173,23 @@ std::vector<Finding> busyServices(const Snapshot& snapshot, const Self& self) {
 
 std::vector<Finding> loginApps(const Snapshot& snapshot, const Self& self) {
   const std::optional<Timestamp> login = loginTime(snapshot, self);
-  std::map<std::string, std::uint64_t> memoryOf;
+  std::map<std::string, std::string> bundleOf;  // by name; of equal names the last one counts
   for (const RunningApp& app : snapshot.apps) {
-    if (const auto item = loginApp(app, snapshot, self, login)) {
-      memoryOf[item->name] = memoryBelow(item->bundle + "/", snapshot);
-    }
+    if (auto item = loginApp(app, snapshot, self, login)) bundleOf[item->name] = std::move(item->bundle);
   }
-  if (memoryOf.size() < manyLoginApps) return {};
+  if (bundleOf.size() < manyLoginApps) return {};
 
+  std::vector<std::string> bundles;
+  for (const auto& [name, bundle] : bundleOf) bundles.push_back(bundle);
+  const std::map<std::string_view, std::uint64_t> memory = memoryOfBundles(bundles, snapshot);
   std::vector<std::string> names;
   std::uint64_t total = 0;
-  for (const auto& [name, bytes] : memoryOf) {
+  for (const auto& [name, bundle] : bundleOf) {
     names.push_back(name);
-    total = checkedAdd(total, bytes);
+    total = checkedAdd(total, memory.at(bundle));
   }
   std::stable_sort(names.begin(), names.end(), [&](const std::string& a, const std::string& b) {
-    return memoryOf.at(a) > memoryOf.at(b);
+    return memory.at(bundleOf.at(a)) > memory.at(bundleOf.at(b));
   });
   return {
       {.id = "login",

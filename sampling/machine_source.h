@@ -6,19 +6,9 @@
 #include <optional>
 
 #include "records/snapshot.h"
+#include "sampling/decode/machine_counters.h"
 
 namespace tarnwick {
-
-// Processor ticks since the machine started, summed over all processors.
-struct CpuTicks {
-  std::uint64_t busy = 0;
-  std::uint64_t total = 0;  // busy and idle
-};
-
-struct DiskSpace {
-  std::int64_t free = 0;   // bytes this user can still write
-  std::int64_t total = 0;  // bytes
-};
 
 class MachineSource {
  public:

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "records/snapshot.h"
-#include "sampling/machine_source.h"
+#include "sampling/decode/machine_counters.h"
 
 namespace tarnwick {
 

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 #include "tests/house/house_rules.h"
@@ -36,6 +37,11 @@ std::vector<std::string> filesEndingIn(const std::vector<std::string>& endings) 
   return files;
 }
 
+// "linux/x.cpp" as a list names it that has such a file for each system.
+std::string forAnySystem(const std::string& name) {
+  return std::regex_replace(name, std::regex("(linux|macos)/"), "$${TARNWICK_SYSTEM}/");
+}
+
 TEST(House, NoFileIncludesUpwardsOrAsksForThePlatform) {
   const std::vector<std::string> files = filesEndingIn({".h", ".cpp", ".mm"});
   EXPECT_GT(files.size(), 20U);
@@ -51,7 +57,8 @@ TEST(House, EverySourceFileIsNamedByATarget) {
     fs::path folder = (root / file).parent_path();
     while (!fs::exists(folder / "CMakeLists.txt")) folder = folder.parent_path();
     const std::string name = fs::relative(root / file, folder);
-    EXPECT_TRUE(isNamed(name, contents(folder / "CMakeLists.txt"))) << file << " is in no target";
+    const std::string list = contents(folder / "CMakeLists.txt");
+    EXPECT_TRUE(isNamed(name, list) || isNamed(forAnySystem(name), list)) << file << " is in no target";
   }
 }
 
