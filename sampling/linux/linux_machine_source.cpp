@@ -58,9 +58,9 @@ CpuTicks LinuxMachineSource::cpuTicks() { return cpuTicksFromStat(procText("/sta
 
 ThermalState LinuxMachineSource::thermal() {
   std::vector<ThermalZone> zones;
-  const std::string folder = options_.sysRoot + "/class/thermal";
+  const std::string folder = options_.sysRoot + "/class/thermal/";
   for (const std::string& name : folderEntries(folder)) {
-    if (name.starts_with("thermal_zone")) zones.push_back(readZone(folder + "/" + name));
+    if (name.starts_with("thermal_zone")) zones.push_back(readZone(folder + name));
   }
   return thermalState(zones);
 }
