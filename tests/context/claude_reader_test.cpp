@@ -115,7 +115,7 @@ TEST_F(ClaudeReaderTest, AJobIsFoundFromAnyFolderInsideItsOwn) {
   expected.jobUpdated = timestamp(1'763'703'852.5);
   expected.jobDir = "/w";
   const std::string jobs = home_.at(".claude/jobs");
-  for (const char* inside : {"/j1", "/j1/", "//j1//work/deep"}) {
+  for (const char* inside : {"/j1", "/j1/", "//j1//sub/deep"}) {
     EXPECT_EQ(reader_.claudeJob(jobs + inside), expected) << inside;
   }
   home_.write(".claude/state.json", R"({"name":"outside"})");
