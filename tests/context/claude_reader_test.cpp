@@ -76,9 +76,6 @@ TEST_F(ClaudeReaderTest, OnlyTheLastMebibyteOfATranscriptIsRead) {
 TEST_F(ClaudeReaderTest, APullRequestTakesANumber) {
   transcriptFile("p", "a", R"({"type":"pr-link","prRepository":"acme/shop"})");
   EXPECT_EQ(reader_.transcript("a"), ClaudeWork{});
-  transcriptFile("p", "b", R"({"type":"pr-link","prNumber":1e30,"prRepository":"acme/shop"})");
-  EXPECT_EQ(reader_.transcript("b").pr, std::nullopt);
-  EXPECT_EQ(reader_.transcript("b").prRepo, "acme/shop");
 }
 
 TEST_F(ClaudeReaderTest, ATranscriptOnceFoundStaysFound) {
@@ -115,7 +112,7 @@ TEST_F(ClaudeReaderTest, AJobIsFoundFromAnyFolderInsideItsOwn) {
   expected.jobUpdated = timestamp(1'763'703'852.5);
   expected.jobDir = "/w";
   const std::string jobs = home_.at(".claude/jobs");
-  for (const char* inside : {"/j1", "/j1/", "//j1//sub/deep"}) {
+  for (const char* inside : {"/j1", "/j1/", "//j1//a/b"}) {
     EXPECT_EQ(reader_.claudeJob(jobs + inside), expected) << inside;
   }
   home_.write(".claude/state.json", R"({"name":"outside"})");

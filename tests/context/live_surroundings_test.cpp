@@ -19,6 +19,7 @@ class LiveSurroundingsTest : public testing::Test {
   RecordingToolRunner runner_;
   FakeClock clock_;
   ToolPlaces none_{ToolCandidates{}};
+  ToolPlaces simctl_{ToolCandidates{"", {}, {home_.script("simctl", "exit 0")}, {}}};
   GitReader gitReader_{runner_, none_, clock_, home_.path(), false};
   ClaudeReader claudeReader_{home_.path()};
   LiveSurroundings live_{Self{7, 501, home_.path()}, gitReader_, claudeReader_, none_};
@@ -51,6 +52,8 @@ TEST_F(LiveSurroundingsTest, EveryQuestionReachesItsReader) {
   EXPECT_EQ(live_.prTitle("acme/shop", "42"), std::nullopt);
   EXPECT_TRUE(live_.exists(home_.at("project/.git")));
   EXPECT_FALSE(live_.exists(home_.at("project/.hg")));
+  EXPECT_FALSE(live_.hasSimctl());
+  EXPECT_TRUE(LiveSurroundings(Self{}, gitReader_, claudeReader_, simctl_).hasSimctl());
 }
 
 TEST_F(LiveSurroundingsTest, ADeviceIsNamedByItsPropertyList) {
@@ -59,14 +62,6 @@ TEST_F(LiveSurroundingsTest, ADeviceIsNamedByItsPropertyList) {
   EXPECT_EQ(live_.deviceName(home_.write("device.plist", list)), "iPhone");
   EXPECT_EQ(live_.deviceName(home_.write("large.plist", list + std::string(1U << 20U, ' '))), std::nullopt);
   EXPECT_EQ(live_.deviceName(home_.at("missing.plist")), std::nullopt);
-}
-
-TEST_F(LiveSurroundingsTest, SimulatorsNeedTheirTool) {
-  EXPECT_FALSE(live_.hasSimctl());
-  ToolCandidates candidates;
-  candidates.simctl = {home_.script("simctl", "exit 0")};
-  ToolPlaces places(candidates);
-  EXPECT_TRUE(LiveSurroundings(Self{}, gitReader_, claudeReader_, places).hasSimctl());
 }
 
 }  // namespace

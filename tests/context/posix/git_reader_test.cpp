@@ -19,7 +19,9 @@ class GitReaderTest : public testing::Test {
  protected:
   void SetUp() override {
     ::unsetenv("TARNWICK_NO_TOOLS");
-    ::setenv("LC_ALL", "C", 1);  // git's words in one language
+    ::setenv("LC_ALL", "C", 1);                         // git's words in one language
+    ::setenv("HOME", world_.folder.path().c_str(), 1);  // nothing of this machine's own configuration
+    ::unsetenv("XDG_CONFIG_HOME");
     if (!world_.places.gitBin()) GTEST_SKIP() << "this machine has no git";
   }
 
