@@ -1,0 +1,78 @@
+// The program as a user meets it: started by a shell, looked at from outside.
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "sampling/tools/posix/posix_tool_runner.h"
+
+namespace tarnwick {
+namespace {
+
+using testing::MatchesRegex;
+using testing::StartsWith;
+
+// Runs a shell line in which $T is the program; standard error goes where the line sends it.
+ToolResult shell(const std::string& line) {
+  PosixToolRunner runner;
+  const auto tool = runner.start("/bin/sh", {"-c", "T='" TARNWICK_PROGRAM "'; " + line});
+  return tool == nullptr ? ToolResult{"the shell did not start", -1} : tool->result();
+}
+
+std::string calmReport() {
+  std::stringstream file;
+  file << std::ifstream(TARNWICK_SOURCE_DIR "/tests/app/fixtures/demo/calm.txt").rdbuf();
+  return file.str();
+}
+
+TEST(Program, ModesPrintAndEndAsTheyShould) {
+  const std::string unknown = "Unknown scenario “Calm”. Use memory, calm, or developer.\n";
+  const struct {
+    const char* line;
+    int status;
+    std::string output;
+  } cases[] = {
+      {"$T --demo --scenario calm 2>&1", 0, calmReport()},
+      {"$T --print --scenario calm 2>&1", 0, calmReport()},
+      {"cd $(mktemp -d) && rmdir $PWD && $T --scenario calm --demo 2>&1", 0, calmReport()},
+      {"$T --demo --scenario Calm 2>/dev/null", 1, unknown},
+      {"$T --print --scenario Calm 2>/dev/null", 1, unknown},
+      {"$T --demo --selftest 2>&1", 0, "selftest ok\n"},
+      {"TARNWICK_NO_TOOLS= HOME=/nonexistent $T --selftest 2>&1", 0, "selftest ok\n"},
+      {"$T --version --dark 2>&1 | cut -d' ' -f1", 0, "tarnwick\n"},
+      {"$T --demo 2>&1 >/dev/full", 1, "tarnwick: the text could not be written: No space left on device.\n"},
+      {"{ { $T --demo; echo status $? >&2; } | true; } 2>&1", 0, "status 0\n"},
+      {"for i in 1 2 3; do $T --demo | cksum; done | sort -u | wc -l | tr -d ' '", 0, "1\n"},
+  };
+  for (const auto& [line, status, output] : cases) {
+    const ToolResult result = shell(line);
+    EXPECT_EQ(result.exitStatus, status) << line;
+    EXPECT_EQ(result.output, output) << line;
+  }
+}
+
+TEST(Program, OnATerminalControlCharactersAreVisible) {
+  const std::string line =
+      "script -qec \"$T --demo --scenario $(printf '\\033[31mred')\" /dev/null </dev/null";
+  EXPECT_EQ(shell(line).output, "Unknown scenario “␛[31mred”. Use memory, calm, or developer.\r\n");
+  EXPECT_EQ(shell("$T --demo --scenario $(printf '\\033[31mred')").output,
+            "Unknown scenario “\x1B[31mred”. Use memory, calm, or developer.\n")
+      << "a pipe gets the bytes as they are";
+}
+
+TEST(Program, ALiveCheckReportsEvenOnAPoorMachine) {
+  for (const char* line :
+       {"$T --print 2>&1", "env -i HOME=/nonexistent TARNWICK_NO_TOOLS= $T --print 2>&1"}) {
+    const ToolResult result = shell(line);
+    EXPECT_EQ(result.exitStatus, 0);
+    const std::string header = result.output.substr(0, result.output.find('\n'));
+    EXPECT_THAT(header,
+                MatchesRegex("[0-9.]+ [GM]B memory, [0-9.]+ [GM]B moved to disk · processor [0-9]+% busy · "
+                             "last restart [0-9]+ [a-z]+ ago"));
+    EXPECT_THAT(result.output.substr(header.size()), StartsWith("\n\n"));
+  }
+}
+
+}  // namespace
+}  // namespace tarnwick
