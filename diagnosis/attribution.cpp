@@ -93,7 +93,8 @@ std::string commandLine(const Proc& proc) {
 }
 
 bool isInLibrary(const std::string& path, const Self& self) {
-  return path.starts_with(self.home + "/Library/");
+  return path.starts_with(self.home) &&
+         std::string_view(path).substr(self.home.size()).starts_with("/Library/");
 }
 
 std::string projectRoot(const std::string& path, Surroundings& surroundings) {

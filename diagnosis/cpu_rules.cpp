@@ -31,18 +31,20 @@ struct Group {
   const Proc* root = nullptr;
 };
 
-// By application name, or by "pid:" and the root's pid.
-using Groups = std::map<std::string, Group>;
+struct BusyGroups {
+  std::map<std::string_view, Group> apps;  // by application name
+  std::map<Pid, Group> roots;              // by the root's pid
+};
 
-Groups busyGroups(const Snapshot& snapshot, const Self& self, Starters& starters) {
+BusyGroups busyGroups(const Snapshot& snapshot, const Self& self, Starters& starters) {
   const bool safariRuns = isSafariRunning(snapshot);
   const Proc* vm = dockerVM(snapshot);
-  Groups groups;
+  BusyGroups groups;
   for (const auto& [pid, proc] : snapshot.procs) {
     if (!(proc.cpu > idleCores) || pid == self.pid || &proc == vm) continue;
     if (browserOf(proc, safariRuns) || serviceOf(proc.name()) != nullptr) continue;
     const Proc* root = proc.app ? &proc : starters.of(proc).root;
-    Group& group = groups[proc.app ? *proc.app : fmt::format("pid:{}", root->pid)];
+    Group& group = proc.app ? groups.apps[*proc.app] : groups.roots[root->pid];
     if (group.root == nullptr) group.root = root;
     group.cpu += proc.cpu;
     ++group.count;
@@ -53,6 +55,16 @@ Groups busyGroups(const Snapshot& snapshot, const Self& self, Starters& starters
 std::string shortened(const std::string& command) {
   if (characterCount(command) <= shownCharacters) return command;
   return firstCharacters(command, shownCharacters - 1) + "…";
+}
+
+// What every finding of this rule has; the rest is said by one of the three below.
+Finding groupFinding(std::string_view key, const Group& group, const Snapshot& snapshot) {
+  Finding finding;
+  finding.id = fmt::format("cpu:{}", key);
+  finding.bucket = Bucket::now;
+  finding.metric = pct(group.cpu, snapshot);
+  finding.impact = processorShare(group.cpu, snapshot);
+  return finding;
 }
 
 void describeApp(const Group& group, const Snapshot& snapshot, Finding& finding) {
@@ -139,22 +151,20 @@ Finding awakeFinding(const Proc& proc, const Starter& start, const Snapshot& sna
 
 std::vector<Finding> cpuHogs(const Snapshot& snapshot, Surroundings& surroundings) {
   Starters starters(snapshot);
+  const BusyGroups groups = busyGroups(snapshot, surroundings.self(), starters);
   std::vector<Finding> found;
-  for (const auto& [key, group] : busyGroups(snapshot, surroundings.self(), starters)) {
+  for (const auto& [name, group] : groups.apps) {
     if (group.cpu < busyCores) continue;
-    Finding finding;
-    finding.id = "cpu:" + key;
-    finding.bucket = Bucket::now;
-    finding.metric = pct(group.cpu, snapshot);
-    finding.impact = processorShare(group.cpu, snapshot);
-    if (group.root->app) {
-      describeApp(group, snapshot, finding);
-    } else if (const Starter start = starters.of(*group.root); start.who) {
+    describeApp(group, snapshot, found.emplace_back(groupFinding(name, group, snapshot)));
+  }
+  for (const auto& [pid, group] : groups.roots) {
+    if (group.cpu < busyCores) continue;
+    Finding& finding = found.emplace_back(groupFinding(fmt::format("pid:{}", pid), group, snapshot));
+    if (const Starter start = starters.of(*group.root); start.who) {
       describeWork(start, snapshot, surroundings, finding);
     } else {
       describeBackground(group, finding);
     }
-    found.push_back(std::move(finding));
   }
   return found;
 }

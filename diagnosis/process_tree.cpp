@@ -129,10 +129,11 @@ std::uint64_t TreeMemory::of(const Proc& top) {
     Visit& parent = visits[visits[i].parent];
     parent.bytes = checkedAdd(parent.bytes, visits[i].bytes);
     parent.onCycle = parent.onCycle || visits[i].onCycle;
-    if (!visits[i].onCycle) known_[visits[i].pid] = visits[i].bytes;
   }
-  if (!visits.front().onCycle) known_[top.pid] = visits.front().bytes;
-  return visits.front().bytes;
+  // Whoever is on a cycle with `top` has the same processes below it, and so the same total.
+  const std::uint64_t total = visits.front().bytes;
+  for (const Visit& visit : visits) known_[visit.pid] = visit.onCycle ? total : visit.bytes;
+  return total;
 }
 
 }  // namespace tarnwick

@@ -57,7 +57,7 @@ class TreeMemory {
 
  private:
   const Snapshot& snapshot_;
-  std::unordered_map<Pid, std::uint64_t> known_;  // subtrees that no cycle runs through
+  std::unordered_map<Pid, std::uint64_t> known_;
 };
 
 }  // namespace tarnwick

@@ -34,13 +34,13 @@ struct KindTally {
 // In first-seen order.
 std::vector<KindTally> talliesOf(const Stack& stack) {
   std::vector<KindTally> tallies;
-  std::map<std::string, std::size_t> places;
-  for (const Proc* server : stack.servers) {
-    const auto [place, isNew] = places.try_emplace(serverKind(*server), tallies.size());
-    if (isNew) tallies.push_back({place->first});
+  std::map<std::string_view, std::size_t> places;  // by kind
+  for (const StackServer& server : stack.servers) {
+    const auto [place, isNew] = places.try_emplace(server.kind, tallies.size());
+    if (isNew) tallies.push_back({server.kind});
     KindTally& tally = tallies[place->second];
     ++tally.n;
-    tally.ports.insert(tally.ports.end(), server->ports.begin(), server->ports.end());
+    tally.ports.insert(tally.ports.end(), server.proc->ports.begin(), server.proc->ports.end());
   }
   return tallies;
 }
@@ -55,6 +55,7 @@ std::string counted(std::int64_t n, const std::string& phrase) {
 
 std::string portsText(const std::vector<std::uint16_t>& ports) {
   std::vector<std::string> numbers;
+  numbers.reserve(ports.size());
   for (const std::uint16_t port : ports) numbers.push_back(std::to_string(port));
   return fmt::format("({} {})", ports.size() == 1 ? "port" : "ports", list(numbers));
 }
@@ -161,9 +162,9 @@ void addJobLines(const Stack& stack, std::vector<std::string>& lines) {
 
 std::string evidenceOf(const Stack& stack, Surroundings& surroundings) {
   std::vector<std::string> lines;
-  for (const Proc* server : stack.servers) {
-    lines.push_back(fmt::format("Server: {}. Command: {}", serverKind(*server),
-                                firstCharacters(commandLine(*server), shownCommandCharacters)));
+  for (const StackServer& server : stack.servers) {
+    lines.push_back(fmt::format("Server: {}. Command: {}", server.kind,
+                                firstCharacters(commandLine(*server.proc), shownCommandCharacters)));
   }
   const std::string& home = surroundings.self().home;
   const bool isBelowHome = stack.root.starts_with(home + "/");
@@ -172,8 +173,8 @@ std::string evidenceOf(const Stack& stack, Surroundings& surroundings) {
     lines.push_back(fmt::format("Docker container: {} (image {})", container->name, container->image));
   }
   if (stack.job) addJobLines(stack, lines);
-  for (const Proc* server : stack.servers) {
-    if (auto head = scriptHead(*server, surroundings)) lines.push_back(std::move(*head));
+  for (const StackServer& server : stack.servers) {
+    if (auto head = scriptHead(*server.proc, surroundings)) lines.push_back(std::move(*head));
   }
   return facts(stack.start.who, stack.project, stack.work, std::move(lines));
 }

@@ -12,11 +12,17 @@
 
 namespace tarnwick {
 
+// A listening process of a stack and what it serves.
+struct StackServer {
+  const Proc* proc = nullptr;
+  std::string kind;  // such as "Node server"
+};
+
 // The servers and containers of one project. Points into the snapshot.
 struct Stack {
   std::string root;                       // project folder
   std::string name;                       // its last path component
-  std::vector<const Proc*> servers = {};  // by first listening port; never empty
+  std::vector<StackServer> servers = {};  // by first listening port; never empty
   std::vector<const Container*> containers = {};
   std::uint64_t bytes = 0;                // memory of the servers' trees and of the containers
   double age = 0;                         // of the oldest server, seconds

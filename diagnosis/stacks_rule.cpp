@@ -9,6 +9,7 @@
 #include "diagnosis/attribution.h"
 #include "diagnosis/detect.h"
 #include "diagnosis/machine_share.h"
+#include "diagnosis/process_kinds.h"
 #include "diagnosis/stack_wording.h"
 #include "records/checked.h"
 #include "records/utf8.h"
@@ -29,10 +30,13 @@ bool sharesParentsPort(const Proc& proc, const Snapshot& snapshot) {
                      [&](std::uint16_t port) { return ports.contains(port); });
 }
 
+bool isBelow(std::string_view path, std::string_view folder) {
+  return path.starts_with(folder) && path.substr(folder.size()).starts_with('/');
+}
+
 bool isForgottenServer(const Proc& proc, const Snapshot& snapshot, const Self& self) {
-  return !proc.ports.empty() && !proc.app && proc.cwd.starts_with(self.home + "/") &&
-         !isInLibrary(proc.cwd, self) && secondsBetween(proc.started, snapshot.now) > forgottenSeconds &&
-         !sharesParentsPort(proc, snapshot);
+  return !proc.ports.empty() && !proc.app && isBelow(proc.cwd, self.home) && !isInLibrary(proc.cwd, self) &&
+         secondsBetween(proc.started, snapshot.now) > forgottenSeconds && !sharesParentsPort(proc, snapshot);
 }
 
 // Forgotten servers by project folder, each project's in ascending pid.
@@ -73,14 +77,15 @@ Stack stackOf(const std::string& root, std::vector<const Proc*> servers, Run& ru
   Stack stack{.root = root, .name = std::string(lastPathComponent(root))};
   std::stable_sort(servers.begin(), servers.end(),
                    [](const Proc* a, const Proc* b) { return a->ports.front() < b->ports.front(); });
-  stack.servers = std::move(servers);
+  for (const Proc* server : servers) {
+    stack.servers.push_back({server, serverKind(*server)});
+    stack.bytes = checkedAdd(stack.bytes, run.memory.of(*server));
+  }
   stack.containers = containersOf(stack.name, run.snapshot);
-  for (const Proc* server : stack.servers) stack.bytes = checkedAdd(stack.bytes, run.memory.of(*server));
   for (const Container* container : stack.containers) stack.bytes = checkedAdd(stack.bytes, container->mem);
 
-  const Proc* oldest =
-      *std::min_element(stack.servers.begin(), stack.servers.end(),
-                        [](const Proc* a, const Proc* b) { return a->started < b->started; });
+  const Proc* oldest = *std::min_element(
+      servers.begin(), servers.end(), [](const Proc* a, const Proc* b) { return a->started < b->started; });
   stack.age = secondsBetween(oldest->started, run.snapshot.now);
   stack.start = run.starters.of(*oldest);
   if (stack.start.claude) stack.work = surroundings.claudeSession(*stack.start.claude);
@@ -96,7 +101,7 @@ Stack stackOf(const std::string& root, std::vector<const Proc*> servers, Run& ru
 // Ends the servers and the containers. What hangs below a server ends with it.
 Action stopAll(const Stack& stack, const std::set<Pid>& termed) {
   All all;
-  for (const Proc* server : stack.servers) all.fixes.push_back({stopSignal(*server, termed)});
+  for (const StackServer& server : stack.servers) all.fixes.push_back({stopSignal(*server.proc, termed)});
   for (const Container* container : stack.containers) all.fixes.push_back({DockerStop{container->id}});
   const std::size_t count = all.fixes.size();
   return {count == 1 ? "Stop it" : fmt::format("Stop all {}", count), {std::move(all)}};
