@@ -1,0 +1,45 @@
+// A small client of the container engine's HTTP API over its Unix-domain socket: which containers run, how
+// much memory each holds, and the request that stops one. The request is HTTP/1.0 by hand, so that a reply
+// simply ends where the stream ends. Nothing here reports an error: an engine that is not there, falls
+// silent or refuses is an absent reply. Stateless; any thread, each call blocks only its own.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "records/snapshot.h"
+#include "sampling/tools/unix_socket.h"
+
+namespace tarnwick {
+
+class Docker {
+ public:
+  // `transport` outlives this object and is used by several threads at once. `places` are the sockets where
+  // an engine may be, the preferred one first.
+  Docker(SocketTransport& transport, std::vector<std::string> places);
+
+  // There is an engine's socket that this user may open.
+  bool present() const;
+
+  // One request; the body of a successful reply, absent otherwise. `timeout`: whole seconds that connecting
+  // or a single read may take, at least 1; the whole reply may take twice that.
+  std::optional<std::string> dockerAPI(std::string_view method, std::string_view path, int timeout) const;
+
+  // The running containers in the engine's order; empty when the engine does not answer. The memory of all
+  // is asked side by side, because a real engine takes a full second to measure each.
+  std::vector<Container> dockerContainers() const;
+
+  // Asks the engine to stop a container and waits until it has. False when it did not.
+  bool stop(const std::string& container) const;
+
+ private:
+  // The first place with a socket, looked for anew each time: an engine may start later than we do.
+  std::optional<std::string> dockerSocket() const;
+
+  SocketTransport& transport_;
+  const std::vector<std::string> places_;
+};
+
+}  // namespace tarnwick

@@ -1,0 +1,13 @@
+#include "sampling/tools/posix/quiet_socket.h"
+
+#include <sys/socket.h>
+
+namespace tarnwick {
+
+int openQuietSocket() { return ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0); }
+
+ssize_t sendQuietly(int socket, const void* bytes, std::size_t count) {
+  return ::send(socket, bytes, count, MSG_NOSIGNAL);
+}
+
+}  // namespace tarnwick

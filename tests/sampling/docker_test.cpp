@@ -1,0 +1,154 @@
+#include "sampling/docker.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/fake_transport.h"
+
+namespace tarnwick {
+namespace {
+
+using testing::AllOf;
+using testing::Ge;
+using testing::IsEmpty;
+using testing::Le;
+using testing::SizeIs;
+
+const std::string ok = "HTTP/1.0 200 OK\r\n\r\n";
+
+std::string statsLine(const std::string& id) {
+  return "GET /containers/" + id + "/stats?stream=false&one-shot=true";
+}
+
+// An engine with containers c1 to cN; each uses 1,000 bytes per number.
+void fill(FakeTransport& engine, int count) {
+  std::string list;
+  for (int i = 1; i <= count; ++i) {
+    const std::string id = "c" + std::to_string(i);
+    list += (i == 1 ? "[" : ",") + (R"({"Id":")" + id + R"("})");
+    engine.replies[statsLine(id)] = ok + R"({"memory_stats":{"usage":)" + std::to_string(i * 1000) + "}}";
+  }
+  engine.replies["GET /containers/json"] = ok + list + "]";
+}
+
+TEST(Docker, RequestsAreExact) {
+  FakeTransport engine;
+  engine.replies["GET /containers/json"] = ok + R"([{"Id":"4711"}])";
+  engine.replies["POST /containers/4711/stop"] = "HTTP/1.0 304 Not Modified\r\n\r\n";
+  const Docker docker(engine, {"/engine.sock"});
+  EXPECT_THAT(docker.dockerContainers(), SizeIs(1));
+  EXPECT_TRUE(docker.stop("4711"));
+  const std::string rest = " HTTP/1.0\r\nHost: docker\r\nContent-Length: 0\r\n\r\n";
+  const std::vector<FakeTransport::Asked> asked = engine.asked();
+  ASSERT_THAT(asked, SizeIs(3));
+  EXPECT_EQ(asked[0].request, "GET /containers/json" + rest);
+  EXPECT_EQ(asked[1].request, "GET /containers/4711/stats?stream=false&one-shot=true" + rest);
+  EXPECT_EQ(asked[2].request, "POST /containers/4711/stop" + rest);
+  const double silences[] = {3, 3, 15};
+  for (std::size_t i = 0; i < asked.size(); ++i) {
+    EXPECT_EQ(asked[i].limits.silence, silences[i]);
+    EXPECT_EQ(asked[i].limits.total, 2 * silences[i]);
+    EXPECT_EQ(asked[i].limits.replyBytes, 67'108'864U);
+  }
+}
+
+TEST(Docker, TimeoutIsNeverEndless) {
+  FakeTransport engine;
+  const Docker docker(engine, {"/engine.sock"});
+  EXPECT_EQ(docker.dockerAPI("GET", "/x", 0), std::nullopt);
+  EXPECT_EQ(docker.dockerAPI("GET", "/x", -7), std::nullopt);
+  for (const FakeTransport::Asked& asked : engine.asked()) EXPECT_EQ(asked.limits.silence, 1);
+}
+
+TEST(Docker, ContainersKeepTheEnginesOrderAndTheirOwnMemory) {
+  FakeTransport engine;
+  fill(engine, 40);
+  const std::vector<Container> containers = Docker(engine, {"/engine.sock"}).dockerContainers();
+  ASSERT_THAT(containers, SizeIs(40));
+  for (std::size_t i = 0; i < containers.size(); ++i) {
+    EXPECT_EQ(containers[i].id, "c" + std::to_string(i + 1));
+    EXPECT_EQ(containers[i].mem, (i + 1) * 1000);
+  }
+  EXPECT_THAT(engine.asked(), SizeIs(41));
+  EXPECT_THAT(engine.mostAtOnce(), Le(8U));
+}
+
+TEST(Docker, MemoryOfFiveIsAskedSideBySide) {
+  FakeTransport engine;
+  fill(engine, 5);
+  engine.crowd = 5;
+  EXPECT_THAT(Docker(engine, {"/engine.sock"}).dockerContainers(), SizeIs(5));
+  EXPECT_EQ(engine.mostAtOnce(), 5U);
+}
+
+TEST(Docker, OddIdsNeverReachARequest) {
+  FakeTransport engine;
+  engine.replies["GET /containers/json"] =
+      ok + R"([{"Id":"../../x"},{"Id":""},{"Id":"a b"},{"Id":"a\r\nX: y"}])";
+  const Docker docker(engine, {"/engine.sock"});
+  EXPECT_THAT(docker.dockerContainers(), SizeIs(4));
+  for (const std::string id : {"../../x", "", "a b", "a\r\nX: y", "x/kill?"})
+    EXPECT_FALSE(docker.stop(id)) << id;
+  EXPECT_EQ(docker.dockerAPI("GET", "/a b", 3), std::nullopt);
+  EXPECT_EQ(docker.dockerAPI("GET", "/a\r\nX:y", 3), std::nullopt);
+  EXPECT_EQ(docker.dockerAPI("GET", "", 3), std::nullopt);
+  EXPECT_EQ(docker.dockerAPI("GET /x", "/y", 3), std::nullopt);
+  EXPECT_THAT(engine.asked(), SizeIs(1));
+}
+
+TEST(Docker, FailedStatisticsCostOnlyTheirFigure) {
+  FakeTransport engine;
+  fill(engine, 3);
+  engine.replies[statsLine("c1")] = "HTTP/1.0 404 Not Found\r\n\r\n{\"memory_stats\":{\"usage\":5}}";
+  engine.replies.erase(statsLine("c3"));
+  const std::vector<Container> containers = Docker(engine, {"/engine.sock"}).dockerContainers();
+  ASSERT_THAT(containers, SizeIs(3));
+  EXPECT_EQ(containers[0].mem, 0U);
+  EXPECT_EQ(containers[1].mem, 2000U);
+  EXPECT_EQ(containers[2].mem, 0U);
+}
+
+TEST(Docker, AnEngineThatStopsAnsweringIsAskedNoMore) {
+  FakeTransport engine;
+  fill(engine, 200);
+  const std::string list = engine.replies["GET /containers/json"];
+  engine.replies = {{"GET /containers/json", list}};
+  EXPECT_THAT(Docker(engine, {"/engine.sock"}).dockerContainers(), SizeIs(200));
+  EXPECT_THAT(engine.asked(), SizeIs(AllOf(Ge(17U), Le(24U))));  // the list, 16, and those under way
+}
+
+TEST(Docker, FirstPlaceWithASocketIsAsked) {
+  FakeTransport engine;
+  engine.sockets = {"/second.sock", "/third.sock"};
+  engine.replies["POST /containers/c1/stop"] = "HTTP/1.0 204 No Content\r\n\r\n";
+  const Docker docker(engine, {"/first.sock", "/second.sock", "/third.sock"});
+  EXPECT_TRUE(docker.present());
+  EXPECT_TRUE(docker.stop("c1"));
+  EXPECT_EQ(engine.asked().back().socket, "/second.sock");
+  engine.sockets.clear();
+  EXPECT_FALSE(docker.present());
+  EXPECT_FALSE(docker.stop("c1"));
+  EXPECT_THAT(docker.dockerContainers(), IsEmpty());
+  EXPECT_THAT(engine.asked(), SizeIs(1));
+}
+
+TEST(Docker, StopIsDoneOnlyWhenTheEngineSaysSo) {
+  FakeTransport engine;
+  const Docker docker(engine, {"/engine.sock"});
+  std::string& reply = engine.replies["POST /containers/c1/stop"];
+  for (const std::string good : {"HTTP/1.0 204 No Content\r\n\r\n", "HTTP/1.0 304 Not Modified\r\n\r\n"}) {
+    reply = good;
+    EXPECT_TRUE(docker.stop("c1")) << good;
+  }
+  for (const std::string bad :
+       {"HTTP/1.0 404 Not Found\r\n\r\n{}", "HTTP/1.0 500 Oh\r\n\r\n", "HTTP/1.0 204 No Con"}) {
+    reply = bad;
+    EXPECT_FALSE(docker.stop("c1")) << bad;
+  }
+}
+
+}  // namespace
+}  // namespace tarnwick

@@ -1,0 +1,167 @@
+#include "sampling/tools/unix_socket.h"
+
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "sampling/docker.h"
+#include "sampling/tools/posix/quiet_socket.h"
+#include "tests/support/posix/fake_engine.h"
+#include "tests/support/temp_folder.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr double brief = 0.05;     // seconds: a limit that is meant to pass
+constexpr double endless = 3'000;  // seconds: a limit that must not be what ends the call
+constexpr std::size_t muchRoom = 1'000'000;
+const std::string question = "GET / HTTP/1.0\r\n\r\n";
+const std::optional<std::string> absent;
+
+sockaddr_un addressAt(const std::string& path) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  path.copy(address.sun_path, sizeof address.sun_path - 1);
+  return address;
+}
+
+class UnixSocket : public testing::Test {
+ protected:
+  std::string path() const { return folder_.path() + "/s"; }
+  std::optional<std::string> ask(double silence, double total, const std::string& request = question) {
+    return transport_.exchange(path(), request, {silence, total, muchRoom});
+  }
+
+  TempFolder folder_;
+  UnixSocketTransport transport_;
+};
+
+TEST_F(UnixSocket, ReadsToTheEnd) {
+  std::string heard;
+  std::string reply;
+  for (int i = 0; i < 60'000; ++i) reply += std::to_string(i);
+  {
+    const FakeEngine engine(path(), [&](int connection, const std::string& request) {
+      heard = request;
+      sendAll(connection, reply);
+    });
+    EXPECT_EQ(ask(endless, endless), reply);
+  }
+  EXPECT_EQ(heard, question);
+}
+
+TEST_F(UnixSocket, NothingSaidIsAbsent) {
+  const FakeEngine engine(path(), [](int, const std::string&) {});
+  EXPECT_EQ(ask(endless, endless), absent);
+}
+
+TEST_F(UnixSocket, SilentEngineEndsWithTheSilence) {
+  const FakeEngine engine(path(), [](int connection, const std::string&) { waitForClose(connection); });
+  EXPECT_EQ(ask(brief, endless), absent);
+  EXPECT_EQ(engine.connections(), 1);
+}
+
+TEST_F(UnixSocket, WhatCameBeforeTheSilenceCounts) {
+  const FakeEngine engine(path(), [](int connection, const std::string&) {
+    sendAll(connection, "HTTP/1.0 204 No Content\r\n\r\n");
+    waitForClose(connection);
+  });
+  EXPECT_EQ(ask(2, endless), "HTTP/1.0 204 No Content\r\n\r\n");
+}
+
+TEST_F(UnixSocket, DrippingEngineEndsWithTheTotal) {
+  const FakeEngine engine(path(), [](int connection, const std::string&) {
+    while (sendAll(connection, "x")) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  });
+  const std::optional<std::string> reply = ask(endless, 0.3);
+  EXPECT_TRUE(!reply || reply->find_first_not_of('x') == std::string::npos);
+}
+
+TEST_F(UnixSocket, EngineThatAcceptsNobodyEndsTheConnect) {
+  const int listener = openQuietSocket();
+  const sockaddr_un address = addressAt(path());
+  ASSERT_EQ(::bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  ASSERT_EQ(::listen(listener, 0), 0);
+  // Each call leaves one connection that nobody accepts; soon there is no room for the next.
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(ask(brief, endless), absent);
+  ::close(listener);
+}
+
+TEST_F(UnixSocket, RequestNotTakenWholeIsAbsent) {
+  const FakeEngine engine(path(), [](int connection, const std::string&) {
+    sendAll(connection, "HTTP/1.0 200 OK\r\n\r\n");
+    pollfd one{connection, POLLHUP, 0};
+    ::poll(&one, 1, 60'000);
+  });
+  EXPECT_EQ(ask(brief, endless, question + std::string(32U << 20U, 'x')), absent);
+}
+
+TEST_F(UnixSocket, ReplyIsBounded) {
+  const FakeEngine engine(
+      path(), [](int connection, const std::string&) { sendAll(connection, std::string(1000, 'x')); });
+  EXPECT_EQ(transport_.exchange(path(), question, {endless, endless, 1000}), std::string(1000, 'x'));
+  EXPECT_EQ(transport_.exchange(path(), question, {endless, endless, 999}), absent);
+}
+
+TEST_F(UnixSocket, WritingToAClosedPeerIsAnErrorNotASignal) {
+  const int listener = openQuietSocket();
+  const sockaddr_un address = addressAt(path());
+  ASSERT_EQ(::bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  ASSERT_EQ(::listen(listener, 1), 0);
+  const int client = openQuietSocket();
+  ASSERT_EQ(::connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  ::close(::accept(listener, nullptr, nullptr));
+  EXPECT_EQ(sendQuietly(client, "x", 1), -1);
+  EXPECT_EQ(errno, EPIPE);
+  ::close(client);
+  ::close(listener);
+}
+
+TEST_F(UnixSocket, PathThatDoesNotFitConnectsNowhere) {
+  const std::size_t room = sizeof(sockaddr_un{}.sun_path) - 1;
+  ASSERT_LT(folder_.path().size() + 1, room);
+  const std::string longest = folder_.path() + "/" + std::string(room - folder_.path().size() - 1, 'p');
+  const FakeEngine engine(longest, [](int connection, const std::string&) { sendAll(connection, "hello"); });
+  const ExchangeLimits limits{endless, endless, muchRoom};
+  EXPECT_EQ(transport_.exchange(longest, question, limits), "hello");
+  EXPECT_EQ(transport_.exchange(longest + "p", question, limits), absent);
+  EXPECT_EQ(transport_.exchange(longest + std::string(5'000, 'p'), question, limits), absent);
+  EXPECT_EQ(transport_.exchange(longest.substr(0, 40) + '\0', question, limits), absent);
+  EXPECT_EQ(transport_.exchange("", question, limits), absent);
+  EXPECT_EQ(engine.connections(), 1);
+}
+
+TEST_F(UnixSocket, OnlySocketsAreReachable) {
+  EXPECT_FALSE(transport_.reachable(path()));
+  std::ofstream(folder_.path() + "/file") << "text";
+  EXPECT_FALSE(transport_.reachable(folder_.path() + "/file"));
+  EXPECT_FALSE(transport_.reachable(folder_.path()));
+  const FakeEngine engine(path(), [](int, const std::string&) {});
+  EXPECT_TRUE(transport_.reachable(path()));
+  EXPECT_EQ(engine.connections(), 0);
+}
+
+TEST_F(UnixSocket, ColdRefreshOpensOneConnectionForEachQuestion) {
+  const FakeEngine engine(path(), [](int connection, const std::string& request) {
+    const bool list = request.rfind("GET /containers/json ", 0) == 0;
+    sendAll(connection, "HTTP/1.0 200 OK\r\n\r\n");
+    sendAll(connection,
+            list ? R"([{"Id":"a","Names":["/one"]},{"Id":"b"}])" : R"({"memory_stats":{"usage":7}})");
+  });
+  const Docker docker(transport_, {folder_.path() + "/none", path()});
+  const std::vector<Container> expected{{"a", "one", "", "", 7}, {"b", "b", "", "", 7}};
+  EXPECT_EQ(docker.dockerContainers(), expected);
+  EXPECT_EQ(engine.connections(), 3);
+}
+
+}  // namespace
+}  // namespace tarnwick

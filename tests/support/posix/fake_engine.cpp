@@ -1,0 +1,70 @@
+#include "tests/support/posix/fake_engine.h"
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "records/checked.h"
+#include "sampling/tools/posix/quiet_socket.h"
+
+namespace tarnwick {
+
+FakeEngine::FakeEngine(std::string path, Answer answer) : path_(std::move(path)), answer_(std::move(answer)) {
+  listener_ = openQuietSocket();
+  sockaddr_un address{};
+  if (path_.size() >= sizeof address.sun_path) fault("the fake engine's path is too long");
+  address.sun_family = AF_UNIX;
+  std::copy(path_.begin(), path_.end(), address.sun_path);
+  if (::bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+      ::listen(listener_, 64) != 0) {
+    fault("the fake engine cannot listen");
+  }
+  acceptor_ = std::thread([this] { accept(); });
+}
+
+FakeEngine::~FakeEngine() {
+  ::shutdown(listener_, SHUT_RDWR);
+  acceptor_.join();
+  for (std::thread& thread : served_) thread.join();
+  ::close(listener_);
+}
+
+void FakeEngine::accept() {
+  for (;;) {
+    const int connection = ::accept(listener_, nullptr, nullptr);
+    if (connection < 0) return;
+    connections_.fetch_add(1);
+    const std::lock_guard lock(mutex_);
+    served_.emplace_back([this, connection] { serve(connection); });
+  }
+}
+
+void FakeEngine::serve(int connection) {
+  std::string request;
+  char byte = 0;
+  while (request.find("\r\n\r\n") == std::string::npos && ::recv(connection, &byte, 1, 0) == 1)
+    request += byte;
+  answer_(connection, request);
+  ::close(connection);
+}
+
+bool sendAll(int connection, const std::string& bytes) {
+  std::size_t sent = 0;
+  while (sent < bytes.size()) {
+    const ssize_t now = sendQuietly(connection, bytes.data() + sent, bytes.size() - sent);
+    if (now <= 0) return false;
+    sent += static_cast<std::size_t>(now);
+  }
+  return true;
+}
+
+void waitForClose(int connection) {
+  char byte = 0;
+  while (::recv(connection, &byte, 1, 0) > 0) {
+  }
+}
+
+}  // namespace tarnwick

@@ -1,0 +1,45 @@
+// A service on a real Unix-domain socket inside the test program, with one thread per connection. What it
+// does with a request is up to the test.
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace tarnwick {
+
+class FakeEngine {
+ public:
+  // Called once per connection with what came up to the first blank line. The connection is closed after.
+  using Answer = std::function<void(int connection, const std::string& request)>;
+
+  FakeEngine(std::string path, Answer answer);
+  ~FakeEngine();
+  FakeEngine(const FakeEngine&) = delete;
+  FakeEngine& operator=(const FakeEngine&) = delete;
+
+  int connections() const { return connections_.load(); }
+
+ private:
+  void accept();
+  void serve(int connection);
+
+  const std::string path_;
+  const Answer answer_;
+  int listener_ = -1;
+  std::atomic<int> connections_{0};
+  std::mutex mutex_;
+  std::vector<std::thread> served_;
+  std::thread acceptor_;
+};
+
+// Sends all of it; false once the other end is gone.
+bool sendAll(int connection, const std::string& bytes);
+
+// Returns when the other end has closed.
+void waitForClose(int connection);
+
+}  // namespace tarnwick
