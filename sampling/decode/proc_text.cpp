@@ -81,6 +81,15 @@ std::optional<ProcStat> procStat(std::string_view bytes) {
                   *start};
 }
 
+std::optional<std::int64_t> startSeconds(const ProcStat& stat, const ProcClock& clock) {
+  if (clock.bootTime < 0 || clock.ticksPerSecond == 0) return std::nullopt;
+  const std::uint64_t age = stat.startTicks / clock.ticksPerSecond;
+  if (age > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max() - clock.bootTime)) {
+    return std::nullopt;
+  }
+  return clock.bootTime + static_cast<std::int64_t>(age);
+}
+
 std::optional<ProcPages> procPages(std::string_view bytes) {
   nextWord(bytes);
   const auto resident = number<std::uint64_t>(nextWord(bytes));

@@ -29,6 +29,16 @@ struct ProcStat {
 };
 std::optional<ProcStat> procStat(std::string_view bytes);
 
+// What turns clock ticks since the machine's start into times of day.
+struct ProcClock {
+  std::int64_t bootTime = 0;           // seconds since 1970
+  std::uint64_t ticksPerSecond = 100;  // at least 1
+};
+
+// When the process started, seconds since 1970, rounded down; absent on overflow. A remedy compares this
+// with what the table said: both must come from the same clock, read once.
+std::optional<std::int64_t> startSeconds(const ProcStat& stat, const ProcClock& clock);
+
 // The pages of PID/statm that matter here.
 struct ProcPages {
   std::uint64_t resident = 0;

@@ -56,8 +56,7 @@ LinuxProcessSource::LinuxProcessSource(LinuxProcessOptions options)
       reader_(options_.procRoot),
       memory_(reader_),
       ports_(reader_, live_),
-      ticksPerSecond_(clockTicksPerSecond()),
-      bootTime_(bootTimeOf(reader_)),
+      clock_{bootTimeOf(reader_), clockTicksPerSecond()},
       argumentBuffer_(firstArgumentBytes) {}
 
 void LinuxProcessSource::beginPass() {
@@ -86,12 +85,10 @@ std::optional<ProcessFacts> LinuxProcessSource::facts(Pid pid) {
   statPid_ = pid;
   if (!stat_) return std::nullopt;
   userManagers_[pid] = looksLikeUserManager(*stat_);
-  const std::uint64_t age = stat_->startTicks / ticksPerSecond_;
-  if (age > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max() - bootTime_)) {
-    return std::nullopt;
-  }
+  const std::optional<std::int64_t> started = startSeconds(*stat_, clock_);
+  if (!started) return std::nullopt;
   const Pid parent = isUserManager(stat_->ppid) ? 1 : stat_->ppid;
-  return ProcessFacts{parent, options_.uid, bootTime_ + static_cast<std::int64_t>(age)};
+  return ProcessFacts{parent, options_.uid, *started};
 }
 
 std::string LinuxProcessSource::path(Pid pid) {
@@ -159,7 +156,7 @@ bool LinuxProcessSource::hasProgram(Pid pid) {
 }
 
 std::optional<std::uint64_t> LinuxProcessSource::timeFromTicks(const ProcStat& stat) const {
-  const std::uint64_t tick = nanosecondsPerSecond / ticksPerSecond_;
+  const std::uint64_t tick = nanosecondsPerSecond / clock_.ticksPerSecond;
   const std::uint64_t most = std::numeric_limits<std::uint64_t>::max() / nanosecondsPerSecond;
   if (stat.userTicks > most / 2 || stat.systemTicks > most / 2) return std::nullopt;
   return (stat.userTicks + stat.systemTicks) * tick;

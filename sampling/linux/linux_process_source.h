@@ -50,6 +50,9 @@ class LinuxProcessSource : public ProcessSource {
   std::string cwd(Pid pid) override;
   std::vector<std::uint16_t> listenPorts(Pid pid) override;
 
+  // What start times are reckoned with; never changes. Any thread.
+  const ProcClock& clock() const { return clock_; }
+
  private:
   std::optional<ProcStat> readStat(Pid pid) const;
   // The stat that facts() read, while the questions are about the same process; else a fresh one.
@@ -66,8 +69,7 @@ class LinuxProcessSource : public ProcessSource {
   ProcReader reader_;
   ProcessMemory memory_;
   ListeningPorts ports_;
-  std::uint64_t ticksPerSecond_;
-  std::int64_t bootTime_;  // read once: the kernel derives it from the clock, and start times must not move
+  const ProcClock clock_;  // read once: the kernel derives the boot time from the clock, and that may be set
 
   Pid statPid_ = 0;  // whose `stat_` is; 0 for nobody's
   std::optional<ProcStat> stat_;
