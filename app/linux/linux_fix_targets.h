@@ -1,0 +1,30 @@
+// Remedies on Linux. Settings panes, simulators and browser scripting do not exist there and are refused.
+#pragma once
+
+#include <string>
+
+#include "app/linux/linux_signals.h"
+#include "app/live_fix_targets.h"
+#include "sampling/workspace.h"
+
+namespace tarnwick {
+
+class LinuxFixTargets final : public LiveFixTargets {
+ public:
+  // All of them outlive this object.
+  LinuxFixTargets(const Parts& parts, Workspace& workspace, const LinuxSignals& signals)
+      : LiveFixTargets(parts), workspace_(workspace), signals_(signals) {}
+
+  SignalOutcome signal(const Signal& signal) override { return signals_.send(signal); }
+
+  // Asks the main process of each of the application's units to end.
+  void quitApp(const std::string& bundleID) override;
+
+  bool openSettings(const std::string& /*pane*/) override { return false; }
+
+ private:
+  Workspace& workspace_;
+  const LinuxSignals& signals_;
+};
+
+}  // namespace tarnwick

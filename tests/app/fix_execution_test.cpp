@@ -1,0 +1,133 @@
+#include "app/fix_execution.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tarnwick {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::optional<std::string> done;
+const std::string replaced = "Not done: the process is gone, belongs to another user, or was replaced.";
+
+// Writes down what it is asked to do and answers as told.
+class FakeTargets final : public FixTargets {
+ public:
+  std::vector<std::string> asked;
+  std::vector<SignalOutcome> signalOutcomes;  // one for each signal, in order
+  SimulatorOutcome simulator = SimulatorOutcome::done;
+  bool works = true;
+
+  SignalOutcome signal(const Signal& fix) override {
+    asked.push_back("signal " + std::to_string(fix.pid) + " " + std::to_string(fix.number) + " " +
+                    std::to_string(static_cast<long>(seconds(fix.started))));
+    if (signalOutcomes.empty()) return {SignalOutcome::Kind::sent};
+    SignalOutcome outcome = signalOutcomes.front();
+    signalOutcomes.erase(signalOutcomes.begin());
+    return outcome;
+  }
+  void quitApp(const std::string& app) override { asked.push_back("quit " + app); }
+  bool dockerStop(const std::string& id) override { return note("docker " + id); }
+  SimulatorOutcome simShutdown(const std::string& udid) override {
+    asked.push_back("sim " + udid);
+    return simulator;
+  }
+  bool openSettings(const std::string& pane) override { return note("settings " + pane); }
+  bool askAutomation(const std::string& app) override { return note("automation " + app); }
+  bool closeDuplicateTabs(const std::string& app) override { return note("duplicates " + app); }
+  bool openTab(const std::string& app, const std::string& url) override {
+    return note("tab " + app + " " + url);
+  }
+
+ private:
+  bool note(const std::string& what) {
+    asked.push_back(what);
+    return works;
+  }
+};
+
+Fix term(Pid pid) { return {Signal{pid, 15, timestamp(100)}}; }
+
+TEST(FixExecution, EachRemedyReachesItsTargetAndSaysWhatWentWrong) {
+  struct Case {
+    Fix fix;
+    std::string asked;
+    std::optional<std::string> failure;
+  };
+  const std::vector<Case> cases{
+      {{QuitApp{"com.docker.docker"}}, "quit com.docker.docker", done},
+      {{DockerStop{"c1"}}, "docker c1", "Not done: Docker did not stop the container."},
+      {{OpenSettings{"com.apple.settings.Storage"}},
+       "settings com.apple.settings.Storage",
+       "Not done: System Settings did not open."},
+      {{AskAutomation{"com.apple.Safari"}},
+       "automation com.apple.Safari",
+       "Not allowed. You can change this later in Privacy & Security > Automation."},
+      {{CloseDuplicateTabs{"com.apple.Safari"}},
+       "duplicates com.apple.Safari",
+       "Not done: the browser did not answer."},
+      {{OpenTab{"com.google.Chrome", "chrome://settings"}},
+       "tab com.google.Chrome chrome://settings",
+       "Not done: the browser did not open the page."},
+  };
+  for (const Case& one : cases) {
+    FakeTargets targets;
+    EXPECT_EQ(apply(one.fix, targets), done) << one.asked;
+    targets.works = false;
+    EXPECT_EQ(apply(one.fix, targets), one.failure) << one.asked;
+    EXPECT_THAT(targets.asked, ElementsAre(one.asked, one.asked));
+  }
+}
+
+TEST(FixExecution, SimulatorSentences) {
+  FakeTargets targets;
+  const Fix fix{SimShutdown{"U-1"}};
+  EXPECT_EQ(apply(fix, targets), done);
+  targets.simulator = SimulatorOutcome::noXcode;
+  EXPECT_EQ(apply(fix, targets), "Not done: Xcode is not installed.");
+  targets.simulator = SimulatorOutcome::failed;
+  EXPECT_EQ(apply(fix, targets), "Not done: the simulator did not shut down.");
+}
+
+TEST(FixExecution, SignalSentences) {
+  FakeTargets targets;
+  targets.signalOutcomes = {{SignalOutcome::Kind::sent, {}},
+                            {SignalOutcome::Kind::refused, {}},
+                            {SignalOutcome::Kind::failed, "Operation not permitted"}};
+  EXPECT_EQ(apply({Signal{2, 9, timestamp(7)}}, targets), done);
+  EXPECT_EQ(apply(term(41), targets), replaced);
+  EXPECT_EQ(apply(term(41), targets), "Operation not permitted");
+  EXPECT_THAT(targets.asked, ElementsAre("signal 2 9 7", "signal 41 15 100", "signal 41 15 100"));
+}
+
+TEST(FixExecution, PidsBelowTwoReachNobody) {
+  FakeTargets targets;
+  for (const Pid pid : {1, 0, -1, -41, std::numeric_limits<Pid>::min()}) {
+    EXPECT_EQ(apply(term(pid), targets), replaced) << pid;
+  }
+  EXPECT_THAT(targets.asked, IsEmpty());
+}
+
+TEST(FixExecution, SeveralAreTriedInOrderWhateverFails) {
+  FakeTargets targets;
+  targets.works = false;
+  targets.signalOutcomes = {{SignalOutcome::Kind::refused, {}}, {SignalOutcome::Kind::sent, {}}};
+  EXPECT_EQ(apply({All{{term(41), term(40)}}}, targets), replaced);
+  EXPECT_EQ(
+      apply({All{{{DockerStop{"c1"}}, {QuitApp{"a"}}, {All{{{OpenSettings{"p"}}, term(1)}}}, term(42)}}},
+            targets),
+      "Not done: Docker did not stop the container.\nNot done: System Settings did not open.\n" + replaced);
+  EXPECT_THAT(targets.asked, ElementsAre("signal 41 15 100", "signal 40 15 100", "docker c1", "quit a",
+                                         "settings p", "signal 42 15 100"));
+  EXPECT_EQ(apply({All{}}, targets), done);
+  EXPECT_EQ(apply({All{{{All{}}}}}, targets), done);
+}
+
+}  // namespace
+}  // namespace tarnwick

@@ -1,0 +1,36 @@
+// What a finding says about a live process, from the source that the process table uses.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdint>
+
+#include "records/finding.h"
+#include "sampling/linux/linux_process_source.h"
+
+namespace tarnwick {
+
+class FoundProcesses {
+ public:
+  // The remedy against that process as it is now.
+  Signal signalTo(Pid pid, int number = SIGTERM) {
+    const auto facts = source_.facts(pid);
+    EXPECT_TRUE(facts) << pid;
+    return {pid, number, timestamp(static_cast<double>(facts ? facts->started : 0))};
+  }
+
+  const ProcClock& clock() const { return source_.clock(); }
+
+ private:
+  static LinuxProcessOptions options() {
+    LinuxProcessOptions mine;
+    mine.uid = ::getuid();
+    return mine;
+  }
+
+  LinuxProcessSource source_{options()};
+};
+
+}  // namespace tarnwick
