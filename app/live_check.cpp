@@ -1,19 +1,36 @@
 #include "app/live_check.h"
 
+#include <cstdlib>
+
+#include "app/live_parts.h"
 #include "diagnosis/findings.h"
+#include "sampling/engine_socket.h"
 #include "sampling/tools/posix/self.h"
 
 namespace tarnwick {
+namespace {
+
+std::vector<std::string> enginePlaces(const Self& self) {
+  const char* runtimeDir = std::getenv("XDG_RUNTIME_DIR");
+  return engineSocketPlaces(self, runtimeDir == nullptr ? "" : runtimeDir);
+}
+
+}  // namespace
 
 LiveCheck::LiveCheck(const Self& self, bool prTitles)
     : marks_(processorMilliseconds),
       places_(self.home),
+      docker_(transport_, enginePlaces(self)),
+      browsers_(liveBrowsers(tools_)),
       git_(tools_, places_, clock_, self.home, prTitles),
       claude_(self.home),
       surroundings_(self, git_, claude_, places_),
       machine_(liveMachine(self)),
+      targets_(liveFixTargets({docker_, *browsers_, tools_, places_}, *machine_, self)),
       processes_(machine_->processes()),
-      scan_({processes_, machine_->machine(), machine_->workspace(), clock_, marks_}, self.home) {}
+      scan_({processes_, machine_->machine(), machine_->workspace(), clock_, marks_, docker_,
+             [this] { return machine_->dockerRuns(docker_); }, *browsers_},
+            self.home) {}
 
 Snapshot LiveCheck::scan(double interval) { return scan_.scan(interval); }
 

@@ -3,21 +3,27 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <set>
+#include <string>
 #include <vector>
 
+#include "app/fix_execution.h"
+#include "context/browsers.h"
 #include "context/claude_reader.h"
 #include "context/git_reader.h"
 #include "context/live_surroundings.h"
 #include "records/bench_marks.h"
 #include "records/finding.h"
 #include "records/snapshot.h"
+#include "sampling/docker.h"
 #include "sampling/live_machine.h"
 #include "sampling/process_table.h"
 #include "sampling/scan.h"
 #include "sampling/tools/posix/posix_tool_runner.h"
 #include "sampling/tools/posix/system_clock.h"
 #include "sampling/tools/tool_places.h"
+#include "sampling/tools/unix_socket.h"
 
 namespace tarnwick {
 
@@ -28,6 +34,12 @@ class LiveCheck {
 
   // Samples the machine; blocks for about `interval` seconds.
   Snapshot scan(double interval);
+
+  // Forgets what the engine and the browsers answered, so that the next scan asks them again.
+  void resetCaches() { scan_.resetCaches(); }
+
+  // Carries out a remedy; absent when it was done, else what to tell the user. See fix_execution.h.
+  std::optional<std::string> apply(const Fix& fix) { return tarnwick::apply(fix, *targets_); }
 
   // What the rules find in a snapshot of this machine.
   std::vector<Finding> findings(const Snapshot& snapshot, const std::set<Pid>& termed);
@@ -40,10 +52,14 @@ class LiveCheck {
   BenchMarks marks_;
   PosixToolRunner tools_;
   ToolPlaces places_;
+  UnixSocketTransport transport_;
+  Docker docker_;
+  std::unique_ptr<Browsers> browsers_;
   GitReader git_;
   ClaudeReader claude_;
   LiveSurroundings surroundings_;
   std::unique_ptr<LiveMachine> machine_;
+  std::unique_ptr<FixTargets> targets_;
   ProcessTable processes_;
   Scan scan_;
 };

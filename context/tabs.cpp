@@ -107,11 +107,6 @@ std::string tellApplication(std::string_view bundleID) {
 
 }  // namespace
 
-bool isScriptable(std::string_view bundleID) {
-  return std::find(scriptableBrowsers.begin(), scriptableBrowsers.end(), bundleID) !=
-         scriptableBrowsers.end();
-}
-
 std::optional<TabCodes> tabCodes(std::string_view bundleID) {
   const auto found = std::find_if(codeTable.begin(), codeTable.end(),
                                   [&](const TabCodes& codes) { return codes.bundleID == bundleID; });

@@ -2,23 +2,16 @@
 // which browsers can be scripted and with which codes, and the scripts. Pure; addresses may be hostile.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "records/browsers.h"
 #include "records/snapshot.h"
 
 namespace tarnwick {
-
-// The browsers that the program will script, by bundle identifier.
-inline constexpr std::array<std::string_view, 6> scriptableBrowsers{
-    "com.apple.Safari",      "com.google.Chrome", "company.thebrowser.Browser",
-    "com.microsoft.edgemac", "com.brave.Browser", "com.vivaldi.Vivaldi"};
-
-bool isScriptable(std::string_view bundleID);
 
 // The four-character codes with which a browser tells the addresses of its tabs in one Apple event.
 struct TabCodes {

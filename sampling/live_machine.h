@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "records/basics.h"
+#include "sampling/docker.h"
 #include "sampling/machine_source.h"
 #include "sampling/process_source.h"
 #include "sampling/workspace.h"
@@ -18,6 +19,9 @@ class LiveMachine {
   virtual ProcessSource& processes() = 0;
   virtual MachineSource& machine() = 0;
   virtual Workspace& workspace() = 0;
+
+  // Is there a container engine that may be asked?
+  virtual bool dockerRuns(const Docker& docker) = 0;
 };
 
 std::unique_ptr<LiveMachine> liveMachine(const Self& self);

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "records/browsers.h"
 #include "sampling/decode/memory_saver.h"
 #include "sampling/tools/small_file.h"
 
@@ -29,13 +30,20 @@ bool runs(const std::vector<RunningApp>& apps, std::string_view bundleID) {
                      [&](const RunningApp& app) { return app.bundleID == bundleID; });
 }
 
+// An answer from the future (the clock was set back) is no answer.
+bool isYounger(Timestamp at, Timestamp now, double limit) {
+  const double age = secondsBetween(at, now);
+  return age >= 0 && age < limit;
+}
+
 }  // namespace
 
 Scan::Scan(const Sources& sources, std::string home) : sources_(sources), home_(std::move(home)) {}
 
 Snapshot Scan::scan(double interval) {
   sources_.marks.mark("start");
-  Interval sample = sampleProcesses(interval);
+  const bool dockerRuns = sources_.dockerRuns();
+  Interval sample = sampleProcesses(interval, dockerRuns && dockerIsStale());
 
   Snapshot snapshot;
   snapshot.procs = std::move(sample.procs);
@@ -44,6 +52,8 @@ Snapshot Scan::scan(double interval) {
   snapshot.index();
   sources_.marks.mark("process scan");
 
+  if (!dockerRuns) dockerCache.reset();
+  if (dockerCache) snapshot.containers = dockerCache->list;
   sources_.marks.mark("docker");
 
   readCounters(snapshot, sample.cpuBusy);
@@ -51,18 +61,32 @@ Snapshot Scan::scan(double interval) {
   readMemorySaver(snapshot);
   sources_.marks.mark("system and apps");
 
+  readBrowsers(snapshot);
   snapshot.swapUsed = sources_.machine.swapUsed();
   snapshot.pressure = sources_.machine.pressure().value_or(snapshot.pressure);
   sources_.marks.mark("tabs");
   return snapshot;
 }
 
-Scan::Interval Scan::sampleProcesses(double interval) {
+void Scan::resetCaches() {
+  dockerCache.reset();
+  tabsCache.clear();
+}
+
+bool Scan::dockerIsStale() const {
+  if (!dockerCache) return true;
+  const double age = secondsBetween(dockerCache->at, sources_.clock.now());
+  return age < 0 || age > dockerSeconds;
+}
+
+Scan::Interval Scan::sampleProcesses(double interval, bool askDocker) {
   const double start = sources_.clock.uptime();
   const CpuTicks before = sources_.machine.cpuTicks();
   sources_.processes.firstPass();
   sources_.marks.mark("first pass");
 
+  // Here, because the time that the engine takes is then part of the wait.
+  if (askDocker) dockerCache = DockerAnswer{sources_.clock.now(), sources_.docker.dockerContainers()};
   const double elapsed = sources_.clock.uptime() - start;
   sources_.clock.sleep(std::max(interval - elapsed, 0.0));
 
@@ -92,6 +116,27 @@ void Scan::readMemorySaver(Snapshot& snapshot) const {
   if (!runs(snapshot.apps, chrome)) return;
   const auto text = readSmallFile(home_ + chromeSettings, chromeSettingsLimit);
   if (text) snapshot.memorySaver = memorySaverState(*text);
+}
+
+void Scan::readBrowsers(Snapshot& snapshot) {
+  for (const std::string_view scriptable : scriptableBrowsers) {
+    if (!runs(snapshot.apps, scriptable)) continue;
+    const std::string browser(scriptable);
+    const Access access = sources_.browsers.access(browser);
+    snapshot.access[browser] = access;
+    if (access != Access::allowed) continue;
+    if (auto tabs = tabsOf(browser)) snapshot.tabs[browser] = std::move(*tabs);
+  }
+}
+
+std::optional<Tabs> Scan::tabsOf(const std::string& browser) {
+  const auto cached = tabsCache.find(browser);
+  if (cached != tabsCache.end() && isYounger(cached->second.at, sources_.clock.now(), tabsSeconds)) {
+    return cached->second.tabs;
+  }
+  std::optional<Tabs> tabs = sources_.browsers.readTabs(browser);
+  tabsCache[browser] = {sources_.clock.now(), tabs};
+  return tabs;
 }
 
 }  // namespace tarnwick

@@ -7,8 +7,10 @@
 #include <map>
 #include <string>
 
+#include "context/browsers.h"
 #include "records/bench_marks.h"
 #include "records/snapshot.h"
+#include "sampling/docker.h"
 #include "sampling/machine_source.h"
 #include "sampling/process_table.h"
 #include "sampling/tools/clock.h"
@@ -25,11 +27,18 @@ class Scan {
     Workspace& workspace;
     Clock& clock;
     BenchMarks& marks;
+    const Docker& docker;
+    std::function<bool()> dockerRuns;  // is there an engine to ask?
+    Browsers& browsers;
   };
 
   // At this much free space or less the system is asked what it could purge, which is slow. Just under 30
   // GiB.
   static constexpr std::int64_t scarceDisk = 32'212'254'719;  // bytes
+
+  // The engine's answer is good for so long, and what a browser told about its tabs; in seconds.
+  static constexpr double dockerSeconds = 60;
+  static constexpr double tabsSeconds = 30;
 
   // `home` is the user's home folder.
   Scan(const Sources& sources, std::string home);
@@ -37,20 +46,37 @@ class Scan {
   // `interval`: seconds between the two looks; 0 does not wait.
   Snapshot scan(double interval);
 
+  // Forgets what the engine and the browsers answered, so that the next scan asks them again.
+  void resetCaches();
+
  private:
+  struct DockerAnswer {
+    Timestamp at;
+    std::vector<Container> list;
+  };
+  struct TabsAnswer {
+    Timestamp at;
+    std::optional<Tabs> tabs;  // absent answers are kept too
+  };
+
   // The processes at the end of an interval, and the share of processor time that was busy in it.
   struct Interval {
     std::map<Pid, Proc> procs;
     double cpuBusy = 0;
   };
 
-  Interval sampleProcesses(double interval);
+  bool dockerIsStale() const;
+  Interval sampleProcesses(double interval, bool askDocker);
   void readCounters(Snapshot& snapshot, double cpuBusy);
   void readDisk(Snapshot& snapshot);
   void readMemorySaver(Snapshot& snapshot) const;
+  void readBrowsers(Snapshot& snapshot);
+  std::optional<Tabs> tabsOf(const std::string& browser);
 
   Sources sources_;
   std::string home_;
+  std::optional<DockerAnswer> dockerCache;
+  std::map<std::string, TabsAnswer> tabsCache;  // by bundle identifier
 };
 
 }  // namespace tarnwick

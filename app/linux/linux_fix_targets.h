@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "app/linux/linux_signals.h"
 #include "app/live_fix_targets.h"
@@ -11,9 +12,9 @@ namespace tarnwick {
 
 class LinuxFixTargets final : public LiveFixTargets {
  public:
-  // All of them outlive this object.
-  LinuxFixTargets(const Parts& parts, Workspace& workspace, const LinuxSignals& signals)
-      : LiveFixTargets(parts), workspace_(workspace), signals_(signals) {}
+  // `parts` and `workspace` outlive this object.
+  LinuxFixTargets(const Parts& parts, Workspace& workspace, LinuxSignals signals)
+      : LiveFixTargets(parts), workspace_(workspace), signals_(std::move(signals)) {}
 
   SignalOutcome signal(const Signal& signal) override { return signals_.send(signal); }
 
@@ -24,7 +25,7 @@ class LinuxFixTargets final : public LiveFixTargets {
 
  private:
   Workspace& workspace_;
-  const LinuxSignals& signals_;
+  LinuxSignals signals_;
 };
 
 }  // namespace tarnwick

@@ -20,6 +20,9 @@ class LinuxMachine : public LiveMachine {
   MachineSource& machine() override { return machine_; }
   Workspace& workspace() override { return workspace_; }
 
+  // An engine needs no desktop here: its socket is the sign.
+  bool dockerRuns(const Docker& docker) override { return docker.present(); }
+
  private:
   std::optional<std::string> displayName(const std::string& id) {
     const std::optional<DesktopEntry> entry = entries_.find(id);

@@ -7,9 +7,11 @@
 #include <tuple>
 
 #include "sampling/decode/memory_saver.h"
+#include "tests/support/fake_browsers.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_machine_source.h"
 #include "tests/support/fake_process_source.h"
+#include "tests/support/fake_transport.h"
 #include "tests/support/fake_workspace.h"
 #include "tests/support/temp_folder.h"
 
@@ -47,7 +49,11 @@ struct Machine {
   BenchMarks marks{[this] { return spent += 1; }};
   ProcessTable processes{process};
   TempFolder home;
-  Scan driver{{processes, machine, workspace, clock, marks}, home.path()};
+  FakeTransport engine;
+  Docker docker{engine, {"/engine.sock"}};
+  FakeBrowsers browsers;
+  Scan driver{{processes, machine, workspace, clock, marks, docker, [] { return false; }, browsers},
+              home.path()};
 
   Machine() {
     process.processes[40] = {.facts = ProcessFacts{.ppid = 7, .uid = 1, .started = 1'700'000'000 - 43'200},

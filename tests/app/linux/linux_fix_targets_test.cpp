@@ -46,12 +46,12 @@ class LinuxFixTargetsTest : public testing::Test {
   ToolCandidates candidates_;
   NamedApps session_;
   FoundProcesses found_;
-  LinuxSignals signals_{::getuid(), found_.clock()};
 };
 
 TEST_F(LinuxFixTargetsTest, QuitAsksEveryUnitOfThatApplication) {
   ToolPlaces places{candidates_};
-  LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_, signals_);
+  LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_,
+                          LinuxSignals(::getuid(), found_.clock()));
   ChildProcess first;
   ChildProcess second;
   ChildProcess other;
@@ -66,7 +66,8 @@ TEST_F(LinuxFixTargetsTest, QuitAsksEveryUnitOfThatApplication) {
 
 TEST_F(LinuxFixTargetsTest, QuitSparesAProcessThatIsNoLongerTheApplications) {
   ToolPlaces places{candidates_};
-  LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_, signals_);
+  LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_,
+                          LinuxSignals(::getuid(), found_.clock()));
   ChildProcess child;
   int asked = 0;
   session_.apps = {app(child, "a")};
@@ -80,7 +81,8 @@ TEST_F(LinuxFixTargetsTest, QuitSparesAProcessThatIsNoLongerTheApplications) {
 
 TEST_F(LinuxFixTargetsTest, WhatLinuxLacksIsRefused) {
   ToolPlaces places{candidates_};
-  LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_, signals_);
+  LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_,
+                          LinuxSignals(::getuid(), found_.clock()));
   EXPECT_EQ(apply({SimShutdown{"U"}}, targets), "Not done: Xcode is not installed.");
   EXPECT_EQ(apply({OpenSettings{"p"}}, targets), "Not done: System Settings did not open.");
   EXPECT_EQ(apply({CloseDuplicateTabs{"b"}}, targets), "Not done: the browser did not answer.");
@@ -93,7 +95,8 @@ TEST_F(LinuxFixTargetsTest, WhatLinuxLacksIsRefused) {
 
 TEST_F(LinuxFixTargetsTest, ContainersStopThroughTheEngine) {
   ToolPlaces places{candidates_};
-  LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_, signals_);
+  LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_,
+                          LinuxSignals(::getuid(), found_.clock()));
   engine_.replies["POST /containers/c1/stop"] = "HTTP/1.0 204 No Content\r\n\r\n";
   EXPECT_EQ(apply({DockerStop{"c1"}}, targets), done);
   EXPECT_EQ(apply({DockerStop{"c2"}}, targets), "Not done: Docker did not stop the container.");
@@ -112,7 +115,8 @@ TEST_F(LinuxFixTargetsTest, SimulatorsShutDownThroughTheirTool) {
   for (const auto& [path, messages] : cases) {
     candidates_.simctl = {path};
     ToolPlaces places{candidates_};
-    LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_, signals_);
+    LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_,
+                            LinuxSignals(::getuid(), found_.clock()));
     EXPECT_EQ(apply({SimShutdown{"U-1"}}, targets), messages[0]) << path;
     EXPECT_EQ(apply({SimShutdown{"U-2"}}, targets), messages[1]) << path;
   }
