@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/fake_fix_targets.h"
+
 namespace tarnwick {
 namespace {
 
@@ -15,42 +17,6 @@ using testing::IsEmpty;
 
 const std::optional<std::string> done;
 const std::string replaced = "Not done: the process is gone, belongs to another user, or was replaced.";
-
-// Writes down what it is asked to do and answers as told.
-class FakeTargets final : public FixTargets {
- public:
-  std::vector<std::string> asked;
-  std::vector<SignalOutcome> signalOutcomes;  // one for each signal, in order
-  SimulatorOutcome simulator = SimulatorOutcome::done;
-  bool works = true;
-
-  SignalOutcome signal(const Signal& fix) override {
-    asked.push_back("signal " + std::to_string(fix.pid) + " " + std::to_string(fix.number) + " " +
-                    std::to_string(static_cast<long>(seconds(fix.started))));
-    if (signalOutcomes.empty()) return {SignalOutcome::Kind::sent};
-    SignalOutcome outcome = signalOutcomes.front();
-    signalOutcomes.erase(signalOutcomes.begin());
-    return outcome;
-  }
-  void quitApp(const std::string& app) override { asked.push_back("quit " + app); }
-  bool dockerStop(const std::string& id) override { return note("docker " + id); }
-  SimulatorOutcome simShutdown(const std::string& udid) override {
-    asked.push_back("sim " + udid);
-    return simulator;
-  }
-  bool openSettings(const std::string& pane) override { return note("settings " + pane); }
-  bool askAutomation(const std::string& app) override { return note("automation " + app); }
-  bool closeDuplicateTabs(const std::string& app) override { return note("duplicates " + app); }
-  bool openTab(const std::string& app, const std::string& url) override {
-    return note("tab " + app + " " + url);
-  }
-
- private:
-  bool note(const std::string& what) {
-    asked.push_back(what);
-    return works;
-  }
-};
 
 Fix term(Pid pid) { return {Signal{pid, 15, timestamp(100)}}; }
 
@@ -77,7 +43,7 @@ TEST(FixExecution, EachRemedyReachesItsTargetAndSaysWhatWentWrong) {
        "Not done: the browser did not open the page."},
   };
   for (const Case& one : cases) {
-    FakeTargets targets;
+    FakeFixTargets targets;
     EXPECT_EQ(apply(one.fix, targets), done) << one.asked;
     targets.works = false;
     EXPECT_EQ(apply(one.fix, targets), one.failure) << one.asked;
@@ -86,7 +52,7 @@ TEST(FixExecution, EachRemedyReachesItsTargetAndSaysWhatWentWrong) {
 }
 
 TEST(FixExecution, SimulatorSentences) {
-  FakeTargets targets;
+  FakeFixTargets targets;
   const Fix fix{SimShutdown{"U-1"}};
   EXPECT_EQ(apply(fix, targets), done);
   targets.simulator = SimulatorOutcome::noXcode;
@@ -96,7 +62,7 @@ TEST(FixExecution, SimulatorSentences) {
 }
 
 TEST(FixExecution, SignalSentences) {
-  FakeTargets targets;
+  FakeFixTargets targets;
   targets.signalOutcomes = {{SignalOutcome::Kind::sent, {}},
                             {SignalOutcome::Kind::refused, {}},
                             {SignalOutcome::Kind::failed, "Operation not permitted"}};
@@ -107,7 +73,7 @@ TEST(FixExecution, SignalSentences) {
 }
 
 TEST(FixExecution, PidsBelowTwoReachNobody) {
-  FakeTargets targets;
+  FakeFixTargets targets;
   for (const Pid pid : {1, 0, -1, -41, std::numeric_limits<Pid>::min()}) {
     EXPECT_EQ(apply(term(pid), targets), replaced) << pid;
   }
@@ -115,7 +81,7 @@ TEST(FixExecution, PidsBelowTwoReachNobody) {
 }
 
 TEST(FixExecution, SeveralAreTriedInOrderWhateverFails) {
-  FakeTargets targets;
+  FakeFixTargets targets;
   targets.works = false;
   targets.signalOutcomes = {{SignalOutcome::Kind::refused, {}}, {SignalOutcome::Kind::sent, {}}};
   EXPECT_EQ(apply({All{{term(41), term(40)}}}, targets), replaced);

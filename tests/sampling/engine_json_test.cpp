@@ -4,15 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
 #include "sampling/decode/http_reply.h"
+#include "sampling/tools/small_file.h"
 
 namespace tarnwick {
 namespace {
@@ -23,9 +21,7 @@ using testing::IsEmpty;
 const std::filesystem::path replies{TARNWICK_SOURCE_DIR "/tests/sampling/fixtures/engine"};
 
 std::string recorded(const std::string& name) {
-  std::ifstream file(replies / (name + ".bin"), std::ios::binary);
-  EXPECT_TRUE(file) << name;
-  return {std::istreambuf_iterator<char>(file), {}};
+  return readSmallFile((replies / (name + ".bin")).string(), 1U << 20U).value_or("missing");
 }
 
 std::vector<std::string> names(std::string_view body) {
@@ -35,77 +31,38 @@ std::vector<std::string> names(std::string_view body) {
 }
 
 TEST(EngineReplies, EveryRecordedReplyMeansWhatItSays) {
-  struct Meaning {
-    bool success;
-    std::vector<std::string> names;
-    std::uint64_t mem;
-  };
   const std::vector<std::string> four{"d4", "d3", "d2", "d1"};
-  const Meaning done{true, {}, 0};
-  const Meaning refused{false, {}, 0};
-  const std::map<std::string, Meaning> meanings{
-      {"dockerd-badpath-404", refused},
-      {"dockerd-list-all-v141", {true, four, 0}},
-      {"dockerd-list-empty", done},
-      {"dockerd-list-http10", {true, four, 0}},
-      {"dockerd-list-http11-close", done},  // chunked: never asked for, not understood
-      {"dockerd-list-paused", {true, four, 0}},
-      {"dockerd-list-ports", {true, {"w1"}, 0}},
-      {"dockerd-pause", done},
-      {"dockerd-ping", done},
-      {"dockerd-restart-204", done},
-      {"dockerd-start-204", done},
-      {"dockerd-start-304", done},
-      {"dockerd-stats-404", refused},
-      {"dockerd-stats-d1", {true, {}, 471'040}},
-      {"dockerd-stats-d2", {true, {}, 688'128}},
-      {"dockerd-stats-d2-http11", {true, {}, 688'128}},
-      {"dockerd-stats-d2-two-samples", {true, {}, 688'128}},
-      {"dockerd-stats-networks", {true, {}, 606'208}},  // 610,304 less 4,096 of droppable cache
-      {"dockerd-stats-stopped", done},
-      {"dockerd-stop-204", done},
-      {"dockerd-stop-304", done},
-      {"dockerd-stop-404", refused},
-      {"dockerd-stop-default10s", done},
-      {"dockerd-version", done},
-      {"dockerd-version-too-new-400", refused},
-      {"podman-badpath-404", refused},
-      {"podman-list-all-v141", {true, {"a5", "a1", "a3", "a6", "a2", "web"}, 0}},
-      {"podman-list-empty", done},
-      {"podman-list-http10", {true, {"a5", "a1", "a3", "a2", "web"}, 0}},
-      {"podman-list-http11-close", done},
-      {"podman-list-paused", {true, {"a5", "a1", "web"}, 0}},
-      {"podman-pause", done},
-      {"podman-ping", done},
-      {"podman-restart-204", done},
-      {"podman-start-204", done},
-      {"podman-start-304", done},
-      {"podman-stats-404", refused},
-      {"podman-stats-a1", {true, {}, 323'584}},  // no "stats" at all
-      {"podman-stats-a2", {true, {}, 380'928}},
-      {"podman-stats-a2-http11", done},
-      {"podman-stats-a2-two-samples", {true, {}, 241'664}},
-      {"podman-stats-a3", {true, {}, 356'352}},
-      {"podman-stats-stopped", done},
-      {"podman-stats-web", {true, {}, 532'480}},
-      {"podman-stop-204", done},
-      {"podman-stop-304", done},
-      {"podman-stop-404", refused},
-      {"podman-stop-default10s", done},
-      {"podman-stop-t2", done},
-      {"podman-version", done},
+  const std::map<std::string, std::vector<std::string>> lists{
+      {"dockerd-list-all-v141", four},
+      {"dockerd-list-http10", four},
+      {"dockerd-list-paused", four},
+      {"dockerd-list-ports", {"w1"}},
+      {"podman-list-all-v141", {"a5", "a1", "a3", "a6", "a2", "web"}},
+      {"podman-list-http10", {"a5", "a1", "a3", "a2", "web"}},
+      {"podman-list-paused", {"a5", "a1", "web"}},
   };
-  std::set<std::string> files;
-  for (const auto& entry : std::filesystem::directory_iterator(replies))
-    files.insert(entry.path().stem().string());
-  for (const std::string& file : files) EXPECT_EQ(meanings.count(file), 1U) << file << " has no row";
-  for (const auto& [file, meaning] : meanings) {
+  const std::map<std::string, std::uint64_t> memory{
+      {"dockerd-stats-d1", 471'040},        {"dockerd-stats-d2", 688'128},
+      {"dockerd-stats-d2-http11", 688'128}, {"dockerd-stats-d2-two-samples", 688'128},
+      {"dockerd-stats-networks", 606'208},  // 610,304 less 4,096 of droppable cache
+      {"podman-stats-a1", 323'584},         // this engine tells nothing about caches
+      {"podman-stats-a2", 380'928},         {"podman-stats-a2-two-samples", 241'664},
+      {"podman-stats-a3", 356'352},         {"podman-stats-web", 532'480},
+  };
+  std::size_t seen = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(replies)) {
+    const std::string file = entry.path().stem().string();
+    const bool refused = file.find("-404") != std::string::npos || file.find("-400") != std::string::npos;
     const std::string reply = recorded(file);
     const std::optional<std::string_view> body = successfulBody(reply);
-    EXPECT_EQ(body.has_value(), meaning.success) << file;
-    EXPECT_EQ(names(body.value_or("")), meaning.names) << file;
-    EXPECT_EQ(memoryOf(body.value_or("")), meaning.mem) << file;
+    EXPECT_EQ(body.has_value(), !refused) << file;
+    // All others are done without an answer, are about something else, or came in chunks nobody asked for.
+    EXPECT_EQ(names(body.value_or("")), lists.count(file) != 0 ? lists.at(file) : std::vector<std::string>{})
+        << file;
+    EXPECT_EQ(memoryOf(body.value_or("")), memory.count(file) != 0 ? memory.at(file) : 0U) << file;
+    ++seen;
   }
+  EXPECT_EQ(seen, 50U);
 }
 
 TEST(EngineReplies, RecordedContainerHasAllItsFields) {

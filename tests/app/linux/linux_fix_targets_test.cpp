@@ -43,64 +43,54 @@ class LinuxFixTargetsTest : public testing::Test {
   Docker docker_{engine_, {"/engine.sock"}};
   LinuxBrowsers browsers_;
   PosixToolRunner tools_;
-  ToolCandidates candidates_;
+  ToolPlaces places_{ToolCandidates{}};
   NamedApps session_;
   FoundProcesses found_;
+  LinuxFixTargets targets_{
+      {docker_, browsers_, tools_, places_}, session_, LinuxSignals(::getuid(), found_.clock())};
 };
 
 TEST_F(LinuxFixTargetsTest, QuitAsksEveryUnitOfThatApplication) {
-  ToolPlaces places{candidates_};
-  LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_,
-                          LinuxSignals(::getuid(), found_.clock()));
   ChildProcess first;
   ChildProcess second;
   ChildProcess other;
   session_.apps = {app(first, "org.example.Mail"), app(other, "org.example.Mailer"),
                    app(second, "org.example.Mail")};
-  EXPECT_EQ(apply({QuitApp{"org.example.Mail"}}, targets), done);
+  EXPECT_EQ(apply({QuitApp{"org.example.Mail"}}, targets_), done);
   EXPECT_EQ(first.endedBy(), SIGTERM);
   EXPECT_EQ(second.endedBy(), SIGTERM);
-  EXPECT_EQ(apply({QuitApp{"org.example.Gone"}}, targets), done);
+  EXPECT_EQ(apply({QuitApp{"org.example.Gone"}}, targets_), done);
   EXPECT_EQ(other.killed(), SIGKILL);
 }
 
 TEST_F(LinuxFixTargetsTest, QuitSparesAProcessThatIsNoLongerTheApplications) {
-  ToolPlaces places{candidates_};
-  LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_,
-                          LinuxSignals(::getuid(), found_.clock()));
   ChildProcess child;
   int asked = 0;
   session_.apps = {app(child, "a")};
   session_.onAsked = [&] {
     if (++asked == 2) session_.apps.clear();
   };
-  EXPECT_EQ(apply({QuitApp{"a"}}, targets), done);
+  EXPECT_EQ(apply({QuitApp{"a"}}, targets_), done);
   EXPECT_EQ(asked, 2);
   EXPECT_EQ(child.killed(), SIGKILL);
 }
 
 TEST_F(LinuxFixTargetsTest, WhatLinuxLacksIsRefused) {
-  ToolPlaces places{candidates_};
-  LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_,
-                          LinuxSignals(::getuid(), found_.clock()));
-  EXPECT_EQ(apply({SimShutdown{"U"}}, targets), "Not done: Xcode is not installed.");
-  EXPECT_EQ(apply({OpenSettings{"p"}}, targets), "Not done: System Settings did not open.");
-  EXPECT_EQ(apply({CloseDuplicateTabs{"b"}}, targets), "Not done: the browser did not answer.");
-  EXPECT_EQ(apply({OpenTab{"b", "u"}}, targets), "Not done: the browser did not open the page.");
-  EXPECT_EQ(apply({AskAutomation{"b"}}, targets),
+  EXPECT_EQ(apply({SimShutdown{"U"}}, targets_), "Not done: Xcode is not installed.");
+  EXPECT_EQ(apply({OpenSettings{"p"}}, targets_), "Not done: System Settings did not open.");
+  EXPECT_EQ(apply({CloseDuplicateTabs{"b"}}, targets_), "Not done: the browser did not answer.");
+  EXPECT_EQ(apply({OpenTab{"b", "u"}}, targets_), "Not done: the browser did not open the page.");
+  EXPECT_EQ(apply({AskAutomation{"b"}}, targets_),
             "Not allowed. You can change this later in Privacy & Security > Automation.");
   EXPECT_EQ(browsers_.access("b"), Access::unknown);
   EXPECT_EQ(browsers_.readTabs("b"), std::nullopt);
 }
 
 TEST_F(LinuxFixTargetsTest, ContainersStopThroughTheEngine) {
-  ToolPlaces places{candidates_};
-  LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_,
-                          LinuxSignals(::getuid(), found_.clock()));
   engine_.replies["POST /containers/c1/stop"] = "HTTP/1.0 204 No Content\r\n\r\n";
-  EXPECT_EQ(apply({DockerStop{"c1"}}, targets), done);
-  EXPECT_EQ(apply({DockerStop{"c2"}}, targets), "Not done: Docker did not stop the container.");
-  EXPECT_EQ(apply({DockerStop{"../c1"}}, targets), "Not done: Docker did not stop the container.");
+  EXPECT_EQ(apply({DockerStop{"c1"}}, targets_), done);
+  EXPECT_EQ(apply({DockerStop{"c2"}}, targets_), "Not done: Docker did not stop the container.");
+  EXPECT_EQ(apply({DockerStop{"../c1"}}, targets_), "Not done: Docker did not stop the container.");
 }
 
 TEST_F(LinuxFixTargetsTest, SimulatorsShutDownThroughTheirTool) {
@@ -113,8 +103,9 @@ TEST_F(LinuxFixTargetsTest, SimulatorsShutDownThroughTheirTool) {
       {broken, {"Not done: Xcode is not installed.", "Not done: Xcode is not installed."}},
   };
   for (const auto& [path, messages] : cases) {
-    candidates_.simctl = {path};
-    ToolPlaces places{candidates_};
+    ToolCandidates candidates;
+    candidates.simctl = {path};
+    ToolPlaces places{candidates};
     LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_,
                             LinuxSignals(::getuid(), found_.clock()));
     EXPECT_EQ(apply({SimShutdown{"U-1"}}, targets), messages[0]) << path;

@@ -18,6 +18,7 @@
 
 #include "app/fix_execution.h"
 #include "app/linux/linux_signals.h"
+#include "tests/support/fake_fix_targets.h"
 #include "tests/support/linux/found_processes.h"
 #include "tests/support/posix/child_process.h"
 #include "tests/support/wait_until.h"
@@ -25,18 +26,10 @@
 namespace tarnwick {
 namespace {
 
-// Signals, and nothing else.
-class SignalsOnly final : public FixTargets {
+class RealSignals final : public FakeFixTargets {
  public:
-  explicit SignalsOnly(const LinuxSignals& signals) : signals_(signals) {}
+  explicit RealSignals(const LinuxSignals& signals) : signals_(signals) {}
   SignalOutcome signal(const Signal& signal) override { return signals_.send(signal); }
-  void quitApp(const std::string&) override {}
-  bool dockerStop(const std::string&) override { return false; }
-  SimulatorOutcome simShutdown(const std::string&) override { return SimulatorOutcome::failed; }
-  bool openSettings(const std::string&) override { return false; }
-  bool askAutomation(const std::string&) override { return false; }
-  bool closeDuplicateTabs(const std::string&) override { return false; }
-  bool openTab(const std::string&, const std::string&) override { return false; }
 
  private:
   const LinuxSignals& signals_;
@@ -105,7 +98,7 @@ class RemedyStorm : public testing::Test {
 
   FoundProcesses found_;
   LinuxSignals signals_{::getuid(), found_.clock()};
-  SignalsOnly targets_{signals_};
+  RealSignals targets_{signals_};
 };
 
 // Processes are found, then end and are replaced by others with the same pid: before the remedy, while it
