@@ -82,15 +82,20 @@ class Model {
   void setFound(std::vector<Finding> found);
 
  private:
-  template <class T, class V>
-  void publish(T& field, V&& value);
-  void announceChange();
   void requireMainThread() const;
-  void onMain(std::function<void()> task);
-  void showAfterRefresh(Check check);
+  void announceChange();
+
+  // Announces the change, then makes it.
+  template <class T, class Value>
+  void publish(T& field, Value&& value);
+
+  // Runs `work(services)` in the background, then `then(its result)` on the main thread.
+  template <class Work, class Then>
+  void startWork(Work work, Then then);
+
   void show(Check check, std::optional<Note> note);
   void open(const Fix& fix);
-  void remedy(const Action& action, const Finding& finding);
+  void remedy(const Fix& fix, const Finding& finding);
 
   Executor& executor_;
   ModelServices& services_;

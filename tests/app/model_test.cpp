@@ -1,0 +1,306 @@
+#include "app/model.h"
+
+#include <gmock/gmock.h>
+
+#include "records/checked.h"
+#include "tests/support/hand_executor.h"
+
+namespace tarnwick {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+using testing::SizeIs;
+using testing::UnorderedElementsAre;
+
+const Timestamp start = timestamp(1'000'000);
+constexpr std::uint64_t mb = 1U << 20U;
+constexpr const char* doneIcon = "checkmark.circle.fill";
+constexpr const char* warningIcon = "exclamationmark.triangle.fill";
+
+// Writes down what it is asked, and answers as prepared.
+class FakeServices : public ModelServices {
+ public:
+  explicit FakeServices(const Executor& executor) : executor_(executor) {}
+
+  Check check(const std::set<Pid>& termed) override {
+    if (executor_.isMainThread()) fault("a check on the main thread");
+    calls.emplace_back("check");
+    termedSeen.push_back(termed);
+    return next;
+  }
+  void resetCaches() override { calls.emplace_back("reset"); }
+  std::optional<std::string> apply(const Fix& fix) override {
+    calls.push_back((executor_.isMainThread() ? "apply on main: " : "apply: ") + fix.command());
+    return error;
+  }
+  void copyText(const std::string& text) override { copied = text; }
+  std::optional<std::string> ownExecutable() override { return executable; }
+  std::string explainByChild(const std::string& program, const std::string& evidence) override {
+    if (executor_.isMainThread()) fault("the main thread waits for a child");
+    calls.push_back(program + " explains " + evidence);
+    return answer;
+  }
+  void freeMemory() override { calls.emplace_back("free memory"); }
+  Timestamp now() override { return time; }
+
+  Check next;
+  std::optional<std::string> error;
+  std::optional<std::string> executable = "/bin/tarnwick";
+  std::string answer;
+  std::string copied;
+  Timestamp time = start;
+  std::vector<std::string> calls;
+  std::vector<std::set<Pid>> termedSeen;
+
+ private:
+  const Executor& executor_;
+};
+
+Finding card(const std::string& id, std::uint64_t bytes) {
+  return {.id = id, .title = "Title of " + id, .bytes = bytes, .evidence = "facts about " + id};
+}
+
+Action action(decltype(Fix::kind) kind) { return {.label = "Do it", .fix = {std::move(kind)}}; }
+
+Action terminate(Pid pid) { return action(Signal{.pid = pid, .number = 15, .started = start}); }
+
+class ModelTest : public testing::Test {
+ protected:
+  // What the model held when it told of a change: the old values, one line a change.
+  std::string seen() const {
+    return std::to_string(model.snap().has_value()) + " " + std::to_string(model.found().size()) + " " +
+           (model.note() ? model.note()->text : "-") + " " + (model.busy() ? "busy" : "idle");
+  }
+
+  HandExecutor executor;
+  FakeServices services{executor};
+  Model model{executor, services};
+};
+
+TEST_F(ModelTest, ACheckPublishesInOrderAndTellsBeforeEachChange) {
+  services.next.snapshot.procs[7] = {.pid = 7, .ppid = 1};
+  services.next.snapshot.index();
+  services.next.snapshot.swapUsed = 5;
+  services.next.found = {card("a", 1), card("b", 2)};
+  std::vector<std::string> changes;
+  const auto watch = model.onChange([&] { changes.push_back(seen()); });
+
+  model.refresh(true);
+  model.refresh(true);
+  EXPECT_THAT(executor.backgroundTasks, SizeIs(1)) << "a second check is refused";
+  EXPECT_THAT(services.calls, ElementsAre("reset"));
+  executor.runBackground();
+  EXPECT_TRUE(model.busy());
+  EXPECT_FALSE(model.snap()) << "nothing is shown before the main thread's turn";
+  executor.runMain();
+
+  EXPECT_THAT(changes, ElementsAre("0 0 - idle", "0 0 - busy", "1 0 - busy", "1 2 - busy", "1 2 - busy"));
+  EXPECT_FALSE(model.busy());
+  EXPECT_EQ(model.found(), services.next.found);
+  EXPECT_EQ(model.snap()->swapUsed, 5U);
+  EXPECT_THAT(model.snap()->procs, IsEmpty());
+  EXPECT_THAT(model.snap()->children, IsEmpty());
+  EXPECT_THAT(services.calls, ElementsAre("reset", "check", "free memory"));
+}
+
+TEST_F(ModelTest, ANoteDisappearsWithTheFirstCheckThatEndsAfterTwoMinutes) {
+  const struct {
+    double age;
+    bool kept;
+  } cases[] = {{0, true}, {119, true}, {119.9, true}, {120, false}, {121, false}};
+  for (const auto& [age, kept] : cases) {
+    services.time = start;
+    model.run(action(OpenTab{"browser", "page"}), card("a", 0));
+    model.refresh(false);
+    executor.runBackground();
+    services.time = start + Seconds(age);
+    executor.runMain();
+    EXPECT_EQ(model.note().has_value(), kept) << age;
+  }
+}
+
+TEST_F(ModelTest, ARemedyWaitsChecksAndTellsWhatItAchieved) {
+  const char* still = "Done, but it is still there. Refresh in a few seconds.";
+  const char* allowed = "Allowed. The card below now shows tabs that you can close.";
+  const char* closed = "Closed the duplicate tabs. To bring one back, press Cmd-Shift-T in the browser.";
+  const struct {
+    Action action;
+    std::vector<Finding> after;
+    const char* outcome;
+    bool error = false;
+  } cases[] = {
+      {terminate(9), {card("b", 900 * mb)}, "Done. Freed 300 MB."},
+      {terminate(9), {card("a", 300 * mb)}, still},
+      {action(QuitApp{"app"}), {card("a", 301 * mb)}, still},
+      {action(DockerStop{"c"}), {card("b", 0), card("a", 100 * mb)}, "Done. Freed 200 MB."},
+      {action(All{}), {card("a", 299 * mb), card("a", 0)}, "Done. Freed 1 MB."},
+      {action(SimShutdown{"u"}), {}, "Done. Freed 300 MB."},
+      {action(AskAutomation{"b"}), {}, allowed},
+      {action(CloseDuplicateTabs{"b"}), {card("a", 300 * mb)}, closed},
+      {terminate(9), {}, "Not done: no.", true},
+      {action(AskAutomation{"b"}), {card("a", 1)}, "Not allowed.", true},
+  };
+  for (const auto& [action, after, outcome, error] : cases) {
+    SCOPED_TRACE(outcome);
+    services.calls.clear();
+    services.next.found = after;
+    services.error = error ? std::optional<std::string>(outcome) : std::nullopt;
+    services.time = start;
+    model.run(action, card("a", 300 * mb));
+    const bool asks = std::holds_alternative<AskAutomation>(action.fix.kind);
+    EXPECT_EQ(model.note(), (Note{asks ? "Answer the macOS dialog…" : "Working…", "hourglass",
+                                  NoteColor::secondary, start}));
+    EXPECT_TRUE(model.busy());
+    services.time = start + Seconds(500);
+    executor.runAll();
+    EXPECT_EQ(model.note(), (error ? Note{outcome, warningIcon, NoteColor::orange, services.time}
+                                   : Note{outcome, doneIcon, NoteColor::green, services.time}));
+    EXPECT_FALSE(model.busy());
+    EXPECT_EQ(model.found(), after);
+    EXPECT_THAT(services.calls,
+                ElementsAre("apply: " + action.fix.command(), "reset", "check", "free memory"));
+  }
+}
+
+TEST_F(ModelTest, WhatOnlyOpensIsDoneAtOnceWithoutACheck) {
+  std::vector<std::string> changes;
+  const auto watch = model.onChange([&] {
+    changes.push_back(seen());
+    services.calls.emplace_back("told");
+  });
+  model.run(action(OpenSettings{"pane"}), card("a", 1));
+  EXPECT_EQ(model.note(), (Note{"System Settings is open.", doneIcon, NoteColor::green, start}));
+  EXPECT_THAT(services.calls,
+              ElementsAre("apply on main: open x-apple.systempreferences:pane", "told", "reset"));
+  model.run(action(OpenTab{"browser", "page"}), card("a", 1));
+  EXPECT_EQ(model.note()->text, "The page is open in your browser.");
+  services.error = "Not done: the browser did not open the page.";
+  model.run(action(OpenTab{"browser", "page"}), card("a", 1));
+  EXPECT_EQ(model.note()->text, *services.error);
+  EXPECT_EQ(model.note()->color, NoteColor::orange);
+  EXPECT_THAT(executor.backgroundTasks, IsEmpty());
+  EXPECT_THAT(changes, SizeIs(3)) << "nothing but the note changed";
+}
+
+TEST_F(ModelTest, WhileBusyEveryActionIsRefused) {
+  model.refresh(false);
+  for (const Action& refused : {action(OpenTab{"browser", "page"}), terminate(9)})
+    model.run(refused, card("a", 1));
+  EXPECT_FALSE(model.note());
+  EXPECT_THAT(model.termed(), IsEmpty());
+  executor.runAll();
+  model.run(terminate(9), card("a", 1));
+  model.refresh(true);
+  model.run(terminate(10), card("a", 1));
+  executor.runAll();
+  EXPECT_THAT(services.calls,
+              ElementsAre("check", "free memory", "apply: kill -TERM 9", "reset", "check", "free memory"));
+}
+
+TEST_F(ModelTest, ProcessesActedOnAreHandedToEveryLaterCheck) {
+  services.error = "Not done: it is still remembered.";
+  model.run(action(All{{terminate(5).fix, terminate(4).fix, action(DockerStop{"c"}).fix, terminate(5).fix}}),
+            card("a", 1));
+  EXPECT_THAT(model.termed(), UnorderedElementsAre(4, 5));
+  executor.runAll();
+  model.refresh(true);
+  executor.runAll();
+  model.run(terminate(8), card("a", 1));
+  executor.runAll();
+  EXPECT_THAT(services.termedSeen, ElementsAre(UnorderedElementsAre(4, 5), UnorderedElementsAre(4, 5),
+                                               UnorderedElementsAre(4, 5, 8)));
+}
+
+TEST_F(ModelTest, EvidenceIsAskedAboutOnceWhateverTheAnswer) {
+  Finding silent = card("c", 1);
+  silent.evidence = std::nullopt;
+  model.guess(silent);
+  services.executable = std::nullopt;
+  model.guess(card("a", 1));
+  EXPECT_THAT(model.asked(), IsEmpty()) << "who cannot ask may try again";
+
+  services.executable = "/bin/tarnwick";
+  std::vector<std::size_t> changes;
+  const auto watch = model.onChange([&] { changes.push_back(model.guesses().size()); });
+  for (const char* id : {"a", "a", "b", "b"}) model.guess(card(id, 1));
+  EXPECT_THAT(executor.backgroundTasks, SizeIs(2));
+  executor.runBackground();
+  services.answer = "It runs.\n";
+  executor.runBackground();
+  executor.runAll();
+  model.guess(card("a", 1));
+  executor.runAll();
+
+  EXPECT_THAT(services.calls,
+              ElementsAre("/bin/tarnwick explains facts about a", "/bin/tarnwick explains facts about b"));
+  EXPECT_THAT(model.guesses(), ElementsAre(Pair("facts about b", "It runs.\n")));
+  EXPECT_THAT(model.asked(), UnorderedElementsAre("facts about a", "facts about b"));
+  EXPECT_THAT(changes, ElementsAre(0U)) << "told once, before the answer is there";
+}
+
+TEST_F(ModelTest, TheReportIsCopiedAsShown) {
+  model.copyReport();
+  EXPECT_EQ(services.copied, "");
+  EXPECT_FALSE(model.note());
+
+  services.answer = "It runs.";
+  services.next.found = {card("a", 1)};
+  model.refresh(false);
+  model.guess(card("a", 1));
+  executor.runAll();
+  model.copyReport();
+  EXPECT_EQ(services.copied, text(*model.snap(), model.found(), model.guesses()));
+  EXPECT_THAT(services.copied, testing::HasSubstr("  Title of a\n  ✨ It runs.\n"));
+  EXPECT_EQ(model.note(), (Note{"Copied the report. Paste it into a message to share it.", doneIcon,
+                                NoteColor::green, start}));
+}
+
+TEST_F(ModelTest, ObserversMayComeAndGoWhileTheyAreTold) {
+  int late = 0;
+  int gone = 0;
+  std::vector<Model::Subscription> watches;
+  Model::Subscription leaver = model.onChange([&] { ++gone; });
+  watches.push_back(model.onChange([&] {
+    leaver.reset();
+    if (watches.size() == 1) watches.push_back(model.onChange([&] { ++late; }));
+  }));
+  Snapshot snapshot;
+  snapshot.procs[3].pid = 3;
+  model.setSnapshot(snapshot);
+  model.setFound({card("a", 1)});
+  model.setOpenCard(model.found().front().id);
+  EXPECT_EQ(gone, 1);
+  EXPECT_EQ(late, 2);
+  EXPECT_THAT(model.snap()->procs, SizeIs(1)) << "kept as it was handed in";
+  EXPECT_EQ(model.openCard(), "a");
+}
+
+TEST_F(ModelTest, ResultsForAModelThatIsGoneAreDropped) {
+  {
+    Model other{executor, services};
+    other.refresh(false);
+    other.guess(card("a", 1));
+    executor.runBackground();
+  }
+  executor.runAll();
+  EXPECT_THAT(services.calls, ElementsAre("check", "/bin/tarnwick explains facts about a"));
+}
+
+TEST_F(ModelTest, OffTheMainThreadEverythingIsAFault) {
+  const std::function<void()> uses[] = {
+      [&] { model.refresh(false); },
+      [&] { model.run(terminate(9), card("a", 1)); },
+      [&] { model.setOpenCard("a"); },
+      [&] { static_cast<void>(model.snap()); },
+  };
+  for (const auto& use : uses) {
+    executor.background(use);
+    EXPECT_DEATH(executor.runBackground(), "off the main thread");
+    executor.backgroundTasks.clear();
+  }
+}
+
+}  // namespace
+}  // namespace tarnwick
