@@ -1,0 +1,112 @@
+#include "app/explain.h"
+
+#include <gmock/gmock.h>
+
+#include "app/explain_child.h"
+#include "sampling/tools/posix/posix_tool_runner.h"
+#include "tests/support/temp_folder.h"
+
+namespace tarnwick {
+namespace {
+
+using testing::ElementsAre;
+using testing::Pair;
+
+class FakeModel : public LanguageModel {
+ public:
+  bool available() override { return isAvailable; }
+  std::optional<Guess> answer(const std::string& given, const std::string& question) override {
+    instructions = given;
+    prompt = question;
+    return guess;
+  }
+
+  bool isAvailable = true;
+  std::optional<Guess> guess = Guess{"Runs the build.", true};
+  std::string instructions;
+  std::string prompt;
+};
+
+TEST(Explain, SentencesAreMadeFromAnswers) {
+  const struct {
+    const char* does;
+    bool sure;
+    const char* sentence;
+  } cases[] = {
+      {"Serves the local web app", true, "It serves the local web app."},
+      {"Serves the local web app", false, "It probably serves the local web app."},
+      {"  Runs the build. ", true, "It runs the build."},
+      {". .Copies v1.2 to S3. Then ends...", true, "It copies v1.2 to S3. Then ends."},
+      {"", true, "It ."},
+      {" ... ", false, "It probably ."},
+      {"\tRuns", true, "It \tRuns."},
+      {"HTTP server", true, "It hTTP server."},
+      {"Écoute", true, "It écoute."},
+      {"×ÖØÞ", true, "It ×ÖØÞ."},
+      {"Þ", true, "It þ."},
+      {"ß", true, "It ß."},
+      {"Ωmega", true, "It ωmega."},
+      {"Ёлка", true, "It ёлка."},
+      {"Яма", true, "It яма."},
+      {"運行", true, "It 運行."},
+      {"\xFFRuns", true, "It \uFFFDRuns."},
+  };
+  for (const auto& [does, sure, expected] : cases) EXPECT_EQ(sentence({does, sure}), expected);
+}
+
+TEST(Explain, ThePromptHoldsThreeThousandCharactersOfTheEvidence) {
+  const auto repeated = [](int times, const std::string& text) {
+    std::string result;
+    for (int i = 0; i < times; ++i) result += text;
+    return result;
+  };
+  EXPECT_EQ(explainPrompt(""), "Evidence:\n");
+  EXPECT_EQ(explainPrompt(repeated(3000, "é")), "Evidence:\n" + repeated(3000, "é"));
+  EXPECT_EQ(explainPrompt(repeated(2999, "a") + "😀b"), "Evidence:\n" + repeated(2999, "a") + "😀");
+  EXPECT_EQ(explainPrompt(repeated(3001, "\xFF")), "Evidence:\n" + repeated(3000, "\uFFFD"));
+}
+
+TEST(Explain, AnAnswerNeedsAModelThatIsAvailableAndAnswers) {
+  FakeModel model;
+  EXPECT_EQ(explain("x", nullptr), std::nullopt);
+  model.isAvailable = false;
+  EXPECT_EQ(explain("x", &model), std::nullopt);
+  EXPECT_EQ(model.prompt, "") << "a model that is not available is not asked";
+  model.isAvailable = true;
+  EXPECT_EQ(explain("node x.js", &model), "It runs the build.");
+  EXPECT_EQ(model.prompt, "Evidence:\nnode x.js");
+  EXPECT_EQ(model.instructions,
+            "You explain to a developer what a process on their Mac does. Use only the evidence.\n"
+            "Do not mention sizes, ports, process IDs, ages, project names, or branch names.");
+  model.guess = std::nullopt;
+  EXPECT_EQ(explain("x", &model), std::nullopt);
+}
+
+TEST(Explain, EveryEvidenceIsAskedAboutInOrderAndTheLastAnswerCounts) {
+  std::vector<Finding> findings(6);
+  findings[0].evidence = "b";
+  findings[2].evidence = "a";
+  findings[3].evidence = "c";
+  findings[4].evidence = "b";
+  findings[5].evidence = "a";
+  std::vector<std::string> asked;
+  const Guesses guesses =
+      askAboutEvidence(findings, [&](const std::string& evidence) -> std::optional<std::string> {
+        asked.push_back(evidence);
+        if (asked.size() == 3 || asked.size() == 4) return std::nullopt;
+        return evidence + std::to_string(asked.size());
+      });
+  EXPECT_THAT(asked, ElementsAre("b", "a", "c", "b", "a"));
+  EXPECT_THAT(guesses, ElementsAre(Pair("a", "a5")));
+}
+
+TEST(Explain, TheChildIsAskedForOneExplanation) {
+  const TempFolder folder;
+  PosixToolRunner tools;
+  const std::string program = folder.script("me", "printf '%s|' \"$@\"; exit 1");
+  EXPECT_EQ(explainByChild(tools, program, "two\nlines"), "--explain|two\nlines|");
+  EXPECT_EQ(explainByChild(tools, folder.at("missing"), "x"), "");
+}
+
+}  // namespace
+}  // namespace tarnwick
