@@ -2,7 +2,6 @@
 # machine: it installs what is missing, builds and runs.
 
 ARGS ?= --print
-BUILD_LOG = build/$@.log
 
 .PHONY: all run test bench check format tidy install clean deps-run deps-test deps-bench deps-check
 
@@ -23,11 +22,11 @@ test: release deps-test
 	ctest --preset dev -j 2 --progress
 
 bench: release deps-bench
-	cmake --preset bench >/dev/null
-	cmake --build --preset bench --target tarnwick_bench
-	build/bench/bench/tarnwick_bench
-	cmake --build --preset bench --target check_cost
-	build/bench/bench/check_cost 1000 15 build/release/tarnwick
+	cmake --preset release -DTARNWICK_BENCHMARKS=ON >/dev/null
+	cmake --build --preset release --target tarnwick_bench check_cost
+	build/release/bench/tarnwick_bench
+	build/release/bench/check_cost 1000 15 build/release/tarnwick
+	build/release/tarnwick --bench
 
 format: deps-check
 	tools/check-style --fix

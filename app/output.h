@@ -13,4 +13,17 @@ int printText(std::string_view text);
 // Writes "tarnwick: ", the sentence and a line feed to standard error; the result is 1.
 int complain(std::string_view sentence);
 
+// A short line on standard error while somebody waits at a terminal; it disappears with this object. Nothing
+// is written where standard error is no terminal.
+class WaitingLine {
+ public:
+  explicit WaitingLine(std::string_view text);
+  ~WaitingLine();
+  WaitingLine(const WaitingLine&) = delete;
+  WaitingLine& operator=(const WaitingLine&) = delete;
+
+ private:
+  bool shown_;
+};
+
 }  // namespace tarnwick

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -27,5 +28,8 @@ class OwnCost {
   // User and system time of all children that have ended, in milliseconds.
   virtual double childMilliseconds() = 0;
 };
+
+// The figures of the running program.
+std::unique_ptr<OwnCost> ownCost();
 
 }  // namespace tarnwick

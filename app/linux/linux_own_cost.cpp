@@ -41,4 +41,6 @@ double LinuxOwnCost::childMilliseconds() {
   return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
 }
 
+std::unique_ptr<OwnCost> ownCost() { return std::make_unique<LinuxOwnCost>(); }
+
 }  // namespace tarnwick

@@ -51,4 +51,13 @@ int complain(std::string_view sentence) {
   return 1;
 }
 
+WaitingLine::WaitingLine(std::string_view text) : shown_(isatty(STDERR_FILENO) == 1) {
+  if (shown_) writeAll(STDERR_FILENO, text);
+}
+
+WaitingLine::~WaitingLine() {
+  constexpr std::string_view eraseLine = "\r\x1B[K";
+  if (shown_) writeAll(STDERR_FILENO, eraseLine);
+}
+
 }  // namespace tarnwick
