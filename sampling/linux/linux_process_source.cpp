@@ -56,6 +56,7 @@ LinuxProcessSource::LinuxProcessSource(LinuxProcessOptions options)
       reader_(options_.procRoot),
       memory_(reader_),
       ports_(reader_, live_),
+      stats_(reader_, live_),
       clock_{bootTimeOf(reader_), clockTicksPerSecond()},
       argumentBuffer_(firstArgumentBytes) {}
 
@@ -68,7 +69,13 @@ void LinuxProcessSource::beginPass() {
   applicationsHaveUnits_.reset();
 }
 
-std::vector<Pid> LinuxProcessSource::myPids() { return reader_.pidsOf(options_.uid, mostProcesses); }
+std::vector<Pid> LinuxProcessSource::myPids() {
+  std::vector<OwnedProcess> mine = reader_.processesOf(options_.uid, mostProcesses);
+  std::vector<Pid> pids(mine.size());
+  std::ranges::transform(mine, pids.begin(), &OwnedProcess::pid);
+  stats_.beginPass(std::move(mine));
+  return pids;
+}
 
 std::uint64_t LinuxProcessSource::wallTime() { return nanoseconds(CLOCK_MONOTONIC).value_or(0); }
 
@@ -81,8 +88,17 @@ std::optional<std::uint64_t> LinuxProcessSource::processorTime(Pid pid) {
 }
 
 std::optional<ProcessFacts> LinuxProcessSource::facts(Pid pid) {
-  stat_ = readStat(pid);
   statPid_ = pid;
+  stat_.reset();
+  timeAtFacts_.reset();
+  if (const ProcStat* kept = stats_.find(pid)) {
+    // Asked here rather than with the usage, because it also tells that the process has not ended since.
+    timeAtFacts_ = nanoseconds(processorClock(pid));
+    if (timeAtFacts_) stat_ = *kept;
+  } else {
+    stat_ = readStat(pid);
+    if (stat_) stats_.keep(pid, *stat_);
+  }
   if (!stat_) return std::nullopt;
   userManagers_[pid] = looksLikeUserManager(*stat_);
   const std::optional<std::int64_t> started = startSeconds(*stat_, clock_);
@@ -122,7 +138,8 @@ std::vector<std::string> LinuxProcessSource::args(Pid pid) {
 std::optional<ProcessUsage> LinuxProcessSource::usage(Pid pid) {
   const auto& stat = statOf(pid);
   if (!stat) return std::nullopt;
-  const auto time = live_ ? processorTime(pid) : timeFromTicks(*stat);
+  auto time = std::exchange(timeAtFacts_, std::nullopt);
+  if (!time) time = live_ ? processorTime(pid) : timeFromTicks(*stat);
   const auto memory = hasProgram(pid) ? memory_.of(pid) : MemoryUse{};
   if (!time || !memory) return std::nullopt;
   return ProcessUsage{memory->footprint, memory->resident, *time};
@@ -146,6 +163,7 @@ const std::optional<ProcStat>& LinuxProcessSource::statOf(Pid pid) {
   if (statPid_ != pid) {
     stat_ = readStat(pid);
     statPid_ = pid;
+    timeAtFacts_.reset();
   }
   return stat_;
 }

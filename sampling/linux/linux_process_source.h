@@ -15,6 +15,7 @@
 #include "sampling/linux/listening_ports.h"
 #include "sampling/linux/proc_reader.h"
 #include "sampling/linux/process_memory.h"
+#include "sampling/linux/stat_cache.h"
 #include "sampling/process_source.h"
 
 namespace tarnwick {
@@ -69,11 +70,14 @@ class LinuxProcessSource : public ProcessSource {
   ProcReader reader_;
   ProcessMemory memory_;
   ListeningPorts ports_;
+  StatCache stats_;
   const ProcClock clock_;  // read once: the kernel derives the boot time from the clock, and that may be set
 
   Pid statPid_ = 0;  // whose `stat_` is; 0 for nobody's
   std::optional<ProcStat> stat_;
-  std::vector<char> argumentBuffer_;            // grows at most once in a pass
+  std::optional<std::uint64_t>
+      timeAtFacts_;                   // the processor time of `statPid_`, where facts() has asked for it
+  std::vector<char> argumentBuffer_;  // grows at most once in a pass
   std::unordered_map<Pid, bool> userManagers_;  // what this pass knows of each pid
   std::optional<bool> applicationsHaveUnits_;   // absent until asked for in a pass
 };

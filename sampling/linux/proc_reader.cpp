@@ -83,6 +83,12 @@ Folder folderAt(int parent, const char* name) {
   return Folder(folder);
 }
 
+std::optional<struct stat> folderInfo(int root, Pid pid) {
+  struct stat info {};
+  if (::fstatat(root, ProcessPath(pid, "").text(), &info, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
+  return info;
+}
+
 }  // namespace
 
 void FolderCloser::operator()(DIR* folder) const { ::closedir(folder); }
@@ -91,7 +97,7 @@ ProcReader::ProcReader(const std::string& root) : root_(folderAt(AT_FDCWD, root.
 
 int ProcReader::at() const { return root_ ? ::dirfd(root_.get()) : -1; }
 
-std::vector<Pid> ProcReader::pidsOf(std::uint32_t uid, std::size_t limit) const {
+std::vector<OwnedProcess> ProcReader::processesOf(std::uint32_t uid, std::size_t limit) const {
   if (!root_) return {};
   std::vector<Pid> all;
   ::rewinddir(root_.get());
@@ -99,17 +105,23 @@ std::vector<Pid> ProcReader::pidsOf(std::uint32_t uid, std::size_t limit) const 
     if (const auto pid = pidOfName(entry->d_name)) all.push_back(*pid);
   }
   std::sort(all.begin(), all.end());
-  std::vector<Pid> mine;
+  std::vector<OwnedProcess> mine;
   for (const Pid pid : all) {
     if (mine.size() == limit) break;
-    if (belongsTo(pid, uid)) mine.push_back(pid);
+    const auto info = folderInfo(at(), pid);
+    if (info && info->st_uid == uid) mine.push_back({pid, info->st_ino});
   }
   return mine;
 }
 
 bool ProcReader::belongsTo(Pid pid, std::uint32_t uid) const {
-  struct stat info {};
-  return ::fstatat(at(), ProcessPath(pid, "").text(), &info, AT_SYMLINK_NOFOLLOW) == 0 && info.st_uid == uid;
+  const auto info = folderInfo(at(), pid);
+  return info && info->st_uid == uid;
+}
+
+std::optional<std::uint64_t> ProcReader::inode(Pid pid) const {
+  const auto info = folderInfo(at(), pid);
+  return info ? std::optional<std::uint64_t>(info->st_ino) : std::nullopt;
 }
 
 std::optional<std::string_view> ProcReader::read(Pid pid, std::string_view file,

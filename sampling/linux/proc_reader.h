@@ -23,6 +23,14 @@ struct FolderCloser {
 };
 using Folder = std::unique_ptr<DIR, FolderCloser>;
 
+// A process and the inode of its folder, which tells it from any other process of the same pid.
+struct OwnedProcess {
+  Pid pid = 0;
+  std::uint64_t inode = 0;
+
+  bool operator==(const OwnedProcess&) const = default;
+};
+
 class ProcReader {
  public:
   // A folder that cannot be opened reads as one without processes and files.
@@ -30,10 +38,13 @@ class ProcReader {
 
   // The first `limit` processes, ascending, whose folder belongs to `uid`. The kernel gives that folder to
   // the effective user even where the files in it belong to root because the process is protected.
-  std::vector<Pid> pidsOf(std::uint32_t uid, std::size_t limit) const;
+  std::vector<OwnedProcess> processesOf(std::uint32_t uid, std::size_t limit) const;
 
   // Does the process's folder belong to `uid`?
   bool belongsTo(Pid pid, std::uint32_t uid) const;
+
+  // The inode of the process's folder; absent when there is no such process.
+  std::optional<std::uint64_t> inode(Pid pid) const;
 
   // The part of a process's file that fits `buffer`, in one read: a second one could belong to a later
   // state of the process.

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <filesystem>
 #include <functional>
@@ -120,6 +121,35 @@ TEST_F(LinuxProcessSourceTest, FootprintHoldsAnonymousAndSharedMemory) {
   }));
 }
 
+TEST_F(LinuxProcessSourceTest, WhatIsRememberedEndsWithTheProcessAndItsParent) {
+  std::array<int, 2> channel{};
+  ASSERT_EQ(::pipe(channel.data()), 0);
+  std::optional<Child> parent;
+  parent.emplace([&] {
+    const pid_t grandchild = ::fork();
+    if (grandchild == 0) {
+      while (true) ::pause();
+    }
+    if (::write(channel[1], &grandchild, sizeof grandchild) < 0) ::_exit(1);
+  });
+  pid_t grandchild = 0;
+  ASSERT_EQ(::read(channel[0], &grandchild, sizeof grandchild), static_cast<ssize_t>(sizeof grandchild));
+  const auto parentOf = [&](Pid pid) {
+    source.beginPass();
+    source.myPids();
+    const auto facts = source.facts(pid);
+    return facts ? facts->ppid : -1;
+  };
+  const Pid before = parent->pid;
+  EXPECT_EQ(parentOf(grandchild), before);
+  EXPECT_EQ(parentOf(grandchild), before) << "now from memory";
+  parent.reset();
+  EXPECT_NE(parentOf(grandchild), before) << "an orphan has another parent";
+  EXPECT_EQ(parentOf(before), -1) << "gone and waited for";
+  ::kill(grandchild, SIGKILL);
+  for (const int end : channel) ::close(end);
+}
+
 TEST_F(LinuxProcessSourceTest, AnEndedChildHasOnlyItsName) {
   const Child child([] {
     ::prctl(PR_SET_NAME, "a) b\n(c");
@@ -134,7 +164,9 @@ TEST_F(LinuxProcessSourceTest, AnEndedChildHasOnlyItsName) {
   ASSERT_TRUE(source.usage(child.pid));
   EXPECT_EQ(source.usage(child.pid)->resident, 0U);
   ::waitpid(child.pid, nullptr, 0);
+  EXPECT_FALSE(source.facts(child.pid)) << "ended since the pass began";
   source.beginPass();
+  source.myPids();
   EXPECT_FALSE(source.facts(child.pid));
   EXPECT_FALSE(source.usage(child.pid));
   EXPECT_FALSE(source.processorTime(child.pid));
