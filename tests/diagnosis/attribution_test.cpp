@@ -16,12 +16,13 @@ TEST(StartedBy, SaysWhoAndForWhat) {
   FakeSurroundings around;
   around.titles["o/r#7"] = "Add tax";
   const std::optional<ClaudeWork> none;
-  const struct {
-    const char* who;  // empty: gone
-    double age;
-    std::optional<ClaudeWork> work;
-    const char* sentence;
-  } cases[] = {
+  struct Case {
+    const char* who = "";  // empty: gone
+    double age = 0;
+    std::optional<ClaudeWork> work = {};
+    const char* sentence = "";
+  };
+  const Case cases[] = {
       {"", 13 * 3600.0, none, "It started 13 hours ago. The app or terminal that started it is closed."},
       {"you", 59.9, none, "You started it in a terminal 59 seconds ago."},
       {"Terminal", 7200, none, "Terminal started it 2 hours ago."},
@@ -85,6 +86,7 @@ TEST(ProjectRoot, IsBelowTheHomeDirectory) {
                     "/Users/ünï/code/shop/.git",
                     "/Users/ünï-outside/.git",
                     "/srv/long-app/.git",
+                    "/srv/shorty/.git",
                     "/srv/short/.git"};
   const struct {
     const char* path;
@@ -97,6 +99,7 @@ TEST(ProjectRoot, IsBelowTheHomeDirectory) {
       {"/Users/ünï", "/Users/ünï"},
       {"/Users/ünï-outside/a", "/Users/ünï-outside"},
       {"/srv/long-app/a", "/srv/long-app"},  // 13 characters
+      {"/srv/shorty/ab", "/srv/shorty"},     // 11 characters
       {"/srv/short/ab", "/srv/short/ab"},    // 10 characters: as short as the home directory
       {"/", "/"},
       {"", ""},

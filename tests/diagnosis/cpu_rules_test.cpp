@@ -13,6 +13,7 @@ using testing::SizeIs;
 
 std::vector<std::string> ids(const std::vector<Finding>& found) {
   std::vector<std::string> all;
+  all.reserve(found.size());
   for (const Finding& finding : found) all.push_back(finding.id);
   return all;
 }
@@ -166,6 +167,7 @@ TEST(Caffeinates, OnlyEndlessOnes) {
       {{"caffeinate", "-t", "3600"}, 3'601, myUid, false},
       {{"caffeinate", "-it300"}, 3'601, myUid, false},
       {{"caffeinate", "-w", "123"}, 3'601, myUid, false},
+      {{"caffeinate", "-iw"}, 3'601, myUid, false},
       {{"caffeinate", "-i", "make"}, 3'601, myUid, false},
       {{"caffeinate", "-i", ""}, 3'601, myUid, false},
       {{"caffeinated", "-i"}, 3'601, myUid, false},

@@ -24,6 +24,7 @@ Snapshot troubled() {
 
 std::vector<std::string> ids(const std::vector<Finding>& found) {
   std::vector<std::string> all;
+  all.reserve(found.size());
   for (const Finding& finding : found) all.push_back(finding.id);
   return all;
 }

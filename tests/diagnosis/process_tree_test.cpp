@@ -12,6 +12,7 @@ using testing::IsEmpty;
 
 std::vector<Pid> pids(const std::vector<const Proc*>& procs) {
   std::vector<Pid> all;
+  all.reserve(procs.size());
   for (const Proc* proc : procs) all.push_back(proc->pid);
   return all;
 }

@@ -9,9 +9,7 @@ namespace {
 
 using testing::AllOf;
 using testing::Contains;
-using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 
@@ -158,8 +156,9 @@ TEST(Stacks, BranchesOfTheRepository) {
 
   for (const char* shared : {"main", "master", "develop"}) {
     around.repositories[shop] = branch(shared);
-    EXPECT_EQ(card(m, around).detail,
-              runs + " Branch " + shared + "." + commit + gone + " Stop it if you are not using it.");
+    std::string expected = runs;
+    expected.append(" Branch ").append(shared).append(".").append(commit).append(gone);
+    EXPECT_EQ(card(m, around).detail, expected.append(" Stop it if you are not using it."));
   }
   EXPECT_THAT(around.asked, Not(Contains(HasSubstr("title"))))
       << "nobody asks for the request of such a branch";
