@@ -1,0 +1,15 @@
+# The libraries of every system. A build for another system than this one cannot link what is installed
+# here: it names a folder that holds their headers and nothing else, and uses the headers alone.
+set(TARNWICK_HEADERS "" CACHE PATH "Folder with the headers of fmt, nlohmann-json, utfcpp and date")
+
+if(TARNWICK_HEADERS)
+  foreach(library IN ITEMS fmt::fmt nlohmann_json::nlohmann_json utf8cpp::utf8cpp date::date)
+    add_library(${library} INTERFACE IMPORTED)
+  endforeach()
+  target_compile_definitions(fmt::fmt INTERFACE FMT_HEADER_ONLY)
+  include_directories(SYSTEM "${TARNWICK_HEADERS}")
+else()
+  find_package(fmt REQUIRED)
+  find_package(nlohmann_json 3.9 REQUIRED)
+  find_package(date REQUIRED)
+endif()
