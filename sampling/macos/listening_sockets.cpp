@@ -1,0 +1,50 @@
+#include "sampling/macos/listening_sockets.h"
+
+#include <libproc.h>
+#include <sys/proc_info.h>
+
+#include <limits>
+#include <optional>
+
+#include "sampling/decode/kernel_records.h"
+
+namespace tarnwick {
+namespace {
+
+static_assert(sizeof(proc_fdinfo) == 8);
+static_assert(sizeof(socket_fdinfo) == 792);
+static_assert(TSI_S_LISTEN == 1);
+
+// Between the question for the size and the list itself the process may open more; those are not seen.
+std::vector<proc_fdinfo> openDescriptors(Pid pid) {
+  const int wanted = ::proc_pidinfo(pid, PROC_PIDLISTFDS, 0, nullptr, 0);
+  std::vector<proc_fdinfo> descriptors(
+      wholeRecords(wanted, sizeof(proc_fdinfo), std::numeric_limits<std::size_t>::max()));
+  if (descriptors.empty()) return {};
+  const auto room = static_cast<int>(descriptors.size() * sizeof(proc_fdinfo));
+  const int answered = ::proc_pidinfo(pid, PROC_PIDLISTFDS, 0, descriptors.data(), room);
+  descriptors.resize(wholeRecords(answered, sizeof(proc_fdinfo), descriptors.size()));
+  return descriptors;
+}
+
+std::optional<std::uint16_t> listeningPort(Pid pid, std::int32_t descriptor) {
+  socket_fdinfo socket{};
+  const int answered = ::proc_pidfdinfo(pid, descriptor, PROC_PIDFDSOCKETINFO, &socket, sizeof socket);
+  if (!isWholeRecord(answered, sizeof socket) || socket.psi.soi_kind != SOCKINFO_TCP) return std::nullopt;
+  const tcp_sockinfo& tcp = socket.psi.soi_proto.pri_tcp;
+  if (tcp.tcpsi_state != TSI_S_LISTEN) return std::nullopt;
+  return portInNetworkOrder(tcp.tcpsi_ini.insi_lport);
+}
+
+}  // namespace
+
+std::vector<std::uint16_t> listeningPorts(Pid pid) {
+  std::vector<std::uint16_t> ports;
+  for (const proc_fdinfo& descriptor : openDescriptors(pid)) {
+    if (descriptor.proc_fdtype != PROX_FDTYPE_SOCKET) continue;
+    if (const auto port = listeningPort(pid, descriptor.proc_fd)) ports.push_back(*port);
+  }
+  return eachPortOnce(std::move(ports));
+}
+
+}  // namespace tarnwick

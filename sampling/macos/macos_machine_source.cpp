@@ -1,0 +1,63 @@
+#include "sampling/macos/macos_machine_source.h"
+
+#include <mach/mach.h>
+#include <sys/mount.h>
+#include <sys/sysctl.h>
+#include <sys/time.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "sampling/macos/sysctl_value.h"
+
+namespace tarnwick {
+
+static_assert(HOST_CPU_LOAD_INFO_COUNT == CPU_STATE_MAX && CPU_STATE_MAX == 4);
+
+MacosMachineSource::MacosMachineSource(Frameworks frameworks)
+    : frameworks_(std::move(frameworks)), host_(::mach_host_self()) {}
+
+MacosMachineSource::~MacosMachineSource() { ::mach_port_deallocate(::mach_task_self(), host_); }
+
+CpuTicks MacosMachineSource::cpuTicks() {
+  host_cpu_load_info load{};
+  mach_msg_type_number_t count = HOST_CPU_LOAD_INFO_COUNT;
+  if (::host_statistics(host_, HOST_CPU_LOAD_INFO, reinterpret_cast<host_info_t>(&load), &count) !=
+      KERN_SUCCESS) {
+    return {};
+  }
+  CpuTicks ticks;
+  for (std::size_t state = 0; state < ticks_.size(); ++state) {
+    const std::uint64_t counted = ticks_[state].advanceTo(load.cpu_ticks[state]);
+    ticks.total += counted;
+    if (state != CPU_STATE_IDLE) ticks.busy += counted;
+  }
+  return ticks;
+}
+
+std::optional<std::int32_t> MacosMachineSource::pressure() {
+  return sysctlValue<std::int32_t>("kern.memorystatus_vm_pressure_level");
+}
+
+std::uint64_t MacosMachineSource::ram() { return sysctlValue<std::uint64_t>("hw.memsize").value_or(0); }
+
+int MacosMachineSource::cores() { return std::max(sysctlValue<std::int32_t>("hw.activecpu").value_or(0), 0); }
+
+std::optional<std::int64_t> MacosMachineSource::bootTime() {
+  const auto moment = sysctlValue<timeval>("kern.boottime");
+  return moment ? std::optional<std::int64_t>(moment->tv_sec) : std::nullopt;
+}
+
+DiskSpace MacosMachineSource::disk() {
+  struct statfs volume {};
+  if (::statfs("/", &volume) != 0) return {};
+  return {.free = bytesInBlocks(volume.f_bavail, volume.f_bsize),
+          .total = bytesInBlocks(volume.f_blocks, volume.f_bsize)};
+}
+
+std::uint64_t MacosMachineSource::swapUsed() {
+  const auto usage = sysctlValue<xsw_usage>("vm.swapusage");
+  return usage ? usage->xsu_used : 0;
+}
+
+}  // namespace tarnwick
