@@ -1,0 +1,24 @@
+#include "context/local_date.h"
+
+#import <Foundation/Foundation.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "sampling/tools/macos/foundation_text.h"
+
+namespace tarnwick {
+
+std::string localMediumDate(Timestamp moment) {
+  @autoreleasepool {
+    // The years 1 to 9999; a nonsense moment must not reach a calendar.
+    const double asked = std::isnan(seconds(moment)) ? 0 : seconds(moment);
+    const double inRange = std::clamp(asked, -62'135'596'800.0, 253'402'300'799.0);
+    NSString* text = [NSDateFormatter localizedStringFromDate:[NSDate dateWithTimeIntervalSince1970:inRange]
+                                                    dateStyle:NSDateFormatterMediumStyle
+                                                    timeStyle:NSDateFormatterShortStyle];
+    return text.length == 0 ? "?" : textFrom(text);
+  }
+}
+
+}  // namespace tarnwick
