@@ -1,0 +1,15 @@
+#include "app/live_parts.h"
+
+#include "app/macos/macos_fix_targets.h"
+#include "context/macos/macos_browsers.h"
+
+namespace tarnwick {
+
+std::unique_ptr<Browsers> liveBrowsers(ToolRunner& tools) { return std::make_unique<MacosBrowsers>(tools); }
+
+std::unique_ptr<FixTargets> liveFixTargets(const LiveFixTargets::Parts& parts, LiveMachine& /*machine*/,
+                                           const Self& self) {
+  return std::make_unique<MacosFixTargets>(parts, self.uid);
+}
+
+}  // namespace tarnwick
