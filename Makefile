@@ -3,7 +3,7 @@
 
 ARGS ?= --print
 
-.PHONY: all run test bench check format tidy install clean deps-run deps-test deps-bench deps-check
+.PHONY: all run test bench check check-macos format tidy install clean deps-run deps-test deps-bench deps-check deps-macos
 
 all: release
 
@@ -34,11 +34,14 @@ format: deps-check
 check: deps-check
 	tools/check-style
 
+check-macos: deps-macos
+	tools/check-macos
+
 install: release
 	cmake --install build/release
 
 clean:
 	rm -rf build
 
-deps-run deps-test deps-bench deps-check:
+deps-run deps-test deps-bench deps-check deps-macos:
 	@tools/install-deps $(@:deps-%=%)
