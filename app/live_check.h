@@ -29,6 +29,9 @@ namespace tarnwick {
 
 class LiveCheck {
  public:
+  // Between the two looks of a check that is shown to somebody, in seconds.
+  static constexpr double checkSeconds = 1.0;
+
   // `prTitles`: pull-request titles may be looked up over the network.
   LiveCheck(const Self& self, bool prTitles);
 
@@ -46,6 +49,8 @@ class LiveCheck {
 
   Surroundings& surroundings() { return surroundings_; }
   BenchMarks& benchMarks() { return marks_; }
+  Clock& clock() { return clock_; }
+  ToolRunner& tools() { return tools_; }
 
  private:
   SystemClock clock_;

@@ -6,6 +6,7 @@
 #include "app/explain.h"
 #include "app/help.h"
 #include "app/live_check.h"
+#include "app/live_services.h"
 #include "app/output.h"
 #include "app/self_test.h"
 #include "diagnosis/findings.h"
@@ -16,30 +17,20 @@
 namespace tarnwick {
 namespace {
 
-constexpr double checkSeconds = 1.0;  // between the two looks of a check
-
-// What a mode shows.
-struct Diagnosis {
-  Snapshot snapshot;
-  std::vector<Finding> found;
-};
-
-// Of the demo; absent when there is no scenario of that name.
-std::optional<Diagnosis> diagnoseDemo(const std::optional<std::string>& scenario, const Self& self) {
+// Absent when there is no scenario of that name.
+std::optional<Check> checkDemo(const std::optional<std::string>& scenario, const Self& self) {
   LiveCheck live(self, false);
   auto demo = demoSnapshot(SystemClock().now(), scenario, self);
   if (!demo) return std::nullopt;
   DemoSurroundings surroundings(*demo, live.surroundings());
   std::vector<Finding> found = findings(demo->snapshot, {}, surroundings, live.benchMarks());
-  return Diagnosis{std::move(demo->snapshot), std::move(found)};
+  return Check{std::move(demo->snapshot), std::move(found)};
 }
 
-Diagnosis diagnoseLive(const CommandLine& commandLine, const Self& self) {
+Check checkLive(const CommandLine& commandLine, const Self& self) {
   const WaitingLine waiting("Checking your Mac…");
   LiveCheck live(self, commandLine.prTitles);
-  Snapshot snapshot = live.scan(checkSeconds);
-  std::vector<Finding> found = live.findings(snapshot, {});
-  return {std::move(snapshot), std::move(found)};
+  return LiveServices(live, {}).check({});
 }
 
 int complainUnknownScenario(const CommandLine& commandLine) {
@@ -48,22 +39,22 @@ int complainUnknownScenario(const CommandLine& commandLine) {
 }
 
 int runDemo(const CommandLine& commandLine, const Self& self) {
-  const auto diagnosis = diagnoseDemo(commandLine.scenario, self);
-  if (!diagnosis) return complainUnknownScenario(commandLine);
-  return printText(text(diagnosis->snapshot, diagnosis->found, {}));
+  const auto check = checkDemo(commandLine.scenario, self);
+  if (!check) return complainUnknownScenario(commandLine);
+  return printText(text(check->snapshot, check->found, {}));
 }
 
 int runPrint(const CommandLine& commandLine, const Self& self) {
-  const auto diagnosis = commandLine.scenario ? diagnoseDemo(commandLine.scenario, self)
-                                              : std::optional(diagnoseLive(commandLine, self));
-  if (!diagnosis) return complainUnknownScenario(commandLine);
+  const auto check = commandLine.scenario ? checkDemo(commandLine.scenario, self)
+                                          : std::optional(checkLive(commandLine, self));
+  if (!check) return complainUnknownScenario(commandLine);
   Guesses guesses;
   if (commandLine.askModel) {
     const std::unique_ptr<LanguageModel> model = systemLanguageModel();
-    guesses = askAboutEvidence(diagnosis->found,
+    guesses = askAboutEvidence(check->found,
                                [&](const std::string& evidence) { return explain(evidence, model.get()); });
   }
-  return printText(text(diagnosis->snapshot, diagnosis->found, guesses));
+  return printText(text(check->snapshot, check->found, guesses));
 }
 
 int runExplain(const CommandLine& commandLine) {
