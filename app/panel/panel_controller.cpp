@@ -1,0 +1,103 @@
+#include "app/panel/panel_controller.h"
+
+#include <utility>
+
+#include "app/panel/content.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr double freshFor = 10;  // seconds; opening the panel checks again after that
+
+template <class... Cases>
+struct Match : Cases... {
+  using Cases::operator()...;
+};
+template <class... Cases>
+Match(Cases...) -> Match<Cases...>;
+
+}  // namespace
+
+PanelController::PanelController(Model& model, Executor& executor, PanelWindow& window,
+                                 PanelSettings& settings, Now now)
+    : model_(model), executor_(executor), window_(window), settings_(settings), now_(std::move(now)) {
+  state_.hasStatusItem = true;
+  watch = model_.onChange([this] { modelChanges(); });
+}
+
+void PanelController::toggle() {
+  if (window_.isVisible()) {
+    close();
+  } else {
+    open();
+  }
+}
+
+void PanelController::open() {
+  const std::optional<Snapshot>& snap = model_.snap();
+  if (!snap.has_value() || secondsBetween(snap->now, now_()) >= freshFor) model_.refresh(false);
+  window_.open();
+  render();
+}
+
+void PanelController::close() { window_.close(); }
+
+void PanelController::perform(const PanelAction& action) {
+  std::visit(
+      Match{
+          [&](const ToggleMore&) { toggleFold(state_.showMore); },
+          [&](const ToggleLeftovers&) { toggleFold(state_.showLeftovers); },
+          [&](const OpenDetails& open) {
+            animateNext = true;
+            model_.setOpenCard(open.finding.id);
+            model_.guess(open.finding);
+          },
+          [&](const CloseDetails&) {
+            animateNext = true;
+            model_.setOpenCard(std::nullopt);
+          },
+          [&](const RunRemedy& remedy) { model_.run(remedy.action, remedy.finding); },
+          [&](const CheckAgain&) { model_.refresh(true); },
+          [&](const OpenMenu&) { window_.openMenu(menu(settings_.opensAtLogin(), settings_.prTitles())); },
+          [&](const CopyReport&) { model_.copyReport(); },
+          [&](const ToggleLoginItem&) { settings_.setOpensAtLogin(!settings_.opensAtLogin()); },
+          [&](const TogglePrTitles&) { togglePrTitles(); },
+          [&](const Quit&) { window_.quit(); },
+      },
+      action);
+}
+
+Node PanelController::content() const {
+  PanelState state = state_;
+  state.visibleScreenHeight = window_.visibleScreenHeight();
+  return tarnwick::content(viewOf(model_), state, now_());
+}
+
+// The model tells before each change, and often tells several in one turn: one redraw comes after them all.
+void PanelController::modelChanges() {
+  if (renderQueued) return;
+  renderQueued = true;
+  executor_.main([this, alive = std::weak_ptr<const bool>(alive_)] {
+    if (alive.expired()) return;
+    renderQueued = false;
+    render();
+  });
+}
+
+void PanelController::render() {
+  if (!window_.isVisible()) return;
+  window_.show(content(), std::exchange(animateNext, false));
+}
+
+void PanelController::toggleFold(bool& flag) {
+  flag = !flag;
+  animateNext = true;
+  render();
+}
+
+void PanelController::togglePrTitles() {
+  settings_.setPrTitles(!settings_.prTitles());
+  if (settings_.prTitles()) model_.refresh(true);
+}
+
+}  // namespace tarnwick

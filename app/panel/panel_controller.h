@@ -1,0 +1,51 @@
+// What opens, closes and redraws the panel, and what its controls do. Main thread; knows no toolkit.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "app/executor.h"
+#include "app/panel/panel_state.h"
+#include "app/panel/panel_window.h"
+
+namespace tarnwick {
+
+class PanelController {
+ public:
+  // The time of day.
+  using Now = std::function<Timestamp()>;
+
+  // All but `now` must outlive the controller.
+  PanelController(Model& model, Executor& executor, PanelWindow& window, PanelSettings& settings, Now now);
+
+  // Opens the panel, or closes it when it is open. Opening starts a check unless the last one is fresh.
+  void toggle();
+
+  void open();
+  void close();
+
+  // Does what a control or menu item stands for.
+  void perform(const PanelAction& action);
+
+  // The panel as it is now.
+  Node content() const;
+
+ private:
+  void modelChanges();
+  void render();
+  void toggleFold(bool& flag);
+  void togglePrTitles();
+
+  Model& model_;
+  Executor& executor_;
+  PanelWindow& window_;
+  PanelSettings& settings_;
+  Now now_;
+  PanelState state_;
+  bool renderQueued = false;  // a redraw waits for the next turn of the main loop
+  bool animateNext = false;   // the next redraw moves the window's edge instead of jumping
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);  // gone with the controller
+  Model::Subscription watch;
+};
+
+}  // namespace tarnwick

@@ -1,0 +1,34 @@
+// What the panel shows: the model's published values, and the panel's own few flags.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/model.h"
+
+namespace tarnwick {
+
+// A look at the model's published values; valid as long as what it refers to, and unchanged for that time.
+struct PanelView {
+  const std::optional<Snapshot>& snap;
+  const std::vector<Finding>& found;
+  bool busy;
+  const std::optional<Note>& note;
+  const Guesses& guesses;
+  const std::optional<std::string>& openCard;
+};
+
+// Main thread, as everything of the model.
+inline PanelView viewOf(const Model& model) {
+  return {model.snap(), model.found(), model.busy(), model.note(), model.guesses(), model.openCard()};
+}
+
+struct PanelState {
+  bool showMore = false;                      // the "More causes" fold is open
+  bool showLeftovers = false;                 // the "Left running" fold is open
+  bool hasStatusItem = false;                 // false: drawn into a picture, which shows everything
+  std::optional<double> visibleScreenHeight;  // points of the main screen; absent: there is none
+};
+
+}  // namespace tarnwick

@@ -1,0 +1,48 @@
+// What the panel needs from a toolkit and from the desktop. The controller decides; these only do.
+// Main thread.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "app/panel/panel_tree.h"
+
+namespace tarnwick {
+
+class PanelWindow {
+ public:
+  virtual ~PanelWindow() = default;
+
+  virtual bool isVisible() const = 0;
+
+  // Brings the window to the front and gives it the keyboard.
+  virtual void open() = 0;
+
+  // Takes the window away and drops its views.
+  virtual void close() = 0;
+
+  // Replaces the views and fits the window to them, in one movement when `animated`. May be called from a
+  // click on one of the views that it replaces.
+  virtual void show(const Node& content, bool animated) = 0;
+
+  virtual void openMenu(const std::vector<MenuItem>& items) = 0;
+
+  // Height of the main screen without bars, in points; absent when there is no screen.
+  virtual std::optional<double> visibleScreenHeight() const = 0;
+
+  // Ends the application.
+  virtual void quit() = 0;
+};
+
+// The two choices of the menu that outlive the program. A change that fails leaves the answer as it was.
+class PanelSettings {
+ public:
+  virtual ~PanelSettings() = default;
+
+  virtual bool opensAtLogin() = 0;
+  virtual void setOpensAtLogin(bool on) = 0;
+  virtual bool prTitles() = 0;
+  virtual void setPrTitles(bool on) = 0;
+};
+
+}  // namespace tarnwick

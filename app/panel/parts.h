@@ -1,0 +1,52 @@
+// The parts of the panel's content, one source file for each group. Only content.cpp puts them together.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/panel/panel_state.h"
+#include "app/panel/panel_tree.h"
+
+namespace tarnwick {
+
+inline constexpr double panelWidth = 400;
+inline constexpr double panelMargin = 14;
+inline constexpr double listWidth = panelWidth - 2 * panelMargin;  // cards, banner, folds
+inline constexpr double cardInset = 10;
+inline constexpr double cardTextWidth = listWidth - 2 * cardInset;
+
+// Leading-aligned.
+inline Stack column(double spacing, std::vector<Node> children = {}) {
+  return {.direction = Stack::Direction::vertical, .spacing = spacing, .children = std::move(children)};
+}
+
+// Centred vertically.
+inline Stack row(double spacing, std::vector<Node> children = {}) {
+  return {.direction = Stack::Direction::horizontal,
+          .spacing = spacing,
+          .alignment = Stack::Alignment::centre,
+          .children = std::move(children)};
+}
+
+inline Node label(std::string text, FontRole font, ColourRole colour) {
+  return {Label{.text = std::move(text), .font = font, .colour = colour}};
+}
+
+// verdict_part.cpp: the answer at the top, the three chips, the last action's outcome.
+Node verdictRow(const PanelView& view);
+Node chipRow(const Snapshot& snapshot);
+Node noteBanner(const Note& note);
+
+// card_part.cpp: one finding.
+Node card(const Finding& finding, const PanelView& view);
+const Action* primaryAction(const Finding& finding);  // null: the card has no button
+Node remedyButton(const Action& action, const Finding& finding, bool enabled);
+
+// details_part.cpp: what an open card adds.
+Node details(const Finding& finding, const PanelView& view);
+
+// footer_part.cpp
+Node footer(const PanelView& view, Timestamp now);
+
+}  // namespace tarnwick

@@ -1,0 +1,78 @@
+#include <algorithm>
+#include <array>
+
+#include "app/panel/parts.h"
+#include "diagnosis/detect.h"
+#include "diagnosis/verdict.h"
+#include "records/wording.h"
+
+namespace tarnwick {
+namespace {
+
+Node chip(const std::string& symbol, const std::string& text, bool warning) {
+  Stack inside = row(8);
+  inside.children.push_back(
+      {Symbol{.name = symbol, .size = 12, .colour = warning ? ColourRole::orange : ColourRole::secondary}});
+  inside.children.push_back(label(text, FontRole::caption, ColourRole::label));
+  return {Box{.insets = {3, 8, 3, 8},
+              .background = warning ? ColourRole::orange : ColourRole::label,
+              .opacity = warning ? 0.18 : 0.05,
+              .child = {{inside}}}};
+}
+
+std::string memoryWord(std::int32_t pressure) {
+  constexpr std::array<const char*, 5> words{"OK", "OK", "tight", "tight", "full"};
+  return words.at(static_cast<std::size_t>(std::clamp(pressure, 0, 4)));
+}
+
+ColourRole roleOf(NoteColor color) {
+  switch (color) {
+    case NoteColor::green:
+      return ColourRole::green;
+    case NoteColor::orange:
+      return ColourRole::orange;
+    case NoteColor::secondary:
+      break;
+  }
+  return ColourRole::secondary;
+}
+
+}  // namespace
+
+Node verdictRow(const PanelView& view) {
+  if (!view.snap.has_value()) {
+    const std::string checking = "Checking your Mac…";
+    return {row(8, {{Spinner{.accessibleName = "Checking"}},
+                    label(checking, FontRole::headline, ColourRole::label)})};
+  }
+  const Verdict answer = verdict(*view.snap, view.found);
+  Stack words = column(2, {label(answer.headline, FontRole::headline, ColourRole::label)});
+  if (answer.cause.has_value())
+    words.children.push_back(label(*answer.cause, FontRole::subheadline, ColourRole::secondary));
+  return {row(10, {{Symbol{.name = answer.ok ? "checkmark.circle.fill" : "exclamationmark.circle.fill",
+                           .size = 17,
+                           .frame = 19,
+                           .colour = answer.ok ? ColourRole::green : ColourRole::orange}},
+                   {words, true}})};
+}
+
+Node chipRow(const Snapshot& snapshot) {
+  const auto diskFree = static_cast<std::uint64_t>(std::max<std::int64_t>(snapshot.diskFree, 0));
+  return {row(6, {chip("memorychip", "Memory " + memoryWord(snapshot.pressure), snapshot.pressure >= 2),
+                  chip("cpu", "Processor " + wholePercent(snapshot.cpuBusy) + "%", snapshot.cpuBusy > 0.8),
+                  chip("internaldrive", size(diskFree) + " free", snapshot.diskFree <= lowDiskBytes)})};
+}
+
+Node noteBanner(const Note& note) {
+  const ColourRole colour = roleOf(note.color);
+  const Label text{.text = note.text, .font = FontRole::body, .wrapWidth = 356, .selectable = true};
+  return {
+      Box{.insets = {8, 8, 8, 8},
+          .cornerRadius = 8,
+          .background = colour,
+          .opacity = 0.12,
+          .width = listWidth,
+          .child = {{row(7, {{Symbol{.name = note.icon, .size = 15, .colour = colour}}, {text, true}})}}}};
+}
+
+}  // namespace tarnwick
