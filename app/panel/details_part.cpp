@@ -18,6 +18,13 @@ Node guessRow(const std::string& guess) {
   return {line};
 }
 
+// As wide as any other, so that the steps line up.
+Node numeral(int number) {
+  Stack place = row(0, {label(std::to_string(number) + ".", FontRole::number, ColourRole::secondary)});
+  place.width = number < 10 ? 16 : 22;
+  return {place};
+}
+
 // Is it a remedy that the closed card does not already offer?
 bool isFurther(const Action& action, const Action* primary) {
   return primary == nullptr || action.id() != primary->id();
@@ -42,8 +49,7 @@ Node details(const Finding& finding, const PanelView& view) {
     Stack instruction = column(4, {copyable(step.text)});
     if (step.action.has_value() && isFurther(*step.action, primary))
       instruction.children.push_back(remedyButton(*step.action, finding, !view.busy));
-    Stack line = row(6, {label(std::to_string(++number) + ".", FontRole::number, ColourRole::secondary),
-                         {instruction, true}});
+    Stack line = row(4, {numeral(++number), {instruction, true}});
     line.alignment = Stack::Alignment::start;
     all.children.push_back({line});
   }

@@ -1,5 +1,6 @@
 #include "app/panel/panel_controller.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "app/panel/content.h"
@@ -71,6 +72,17 @@ Node PanelController::content() const {
   PanelState state = state_;
   state.visibleScreenHeight = window_.visibleScreenHeight();
   return tarnwick::content(viewOf(model_), state, now_());
+}
+
+void PanelController::openFirstCard() {
+  const std::vector<Finding>& found = model_.found();
+  auto chosen =
+      std::find_if(found.begin(), found.end(), [](const Finding& f) { return f.evidence.has_value(); });
+  if (chosen == found.end()) chosen = found.begin();
+  if (chosen == found.end()) return;
+  const Finding finding = *chosen;
+  model_.guess(finding);
+  model_.setOpenCard(finding.id);
 }
 
 // The model tells before each change, and often tells several in one turn: one redraw comes after them all.

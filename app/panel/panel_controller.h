@@ -24,6 +24,9 @@ class PanelController {
   void open();
   void close();
 
+  // Opens the first card that has evidence, else the first one, and asks for its guess.
+  void openFirstCard();
+
   // Does what a control or menu item stands for.
   void perform(const PanelAction& action);
 

@@ -1,0 +1,27 @@
+// The user's defaults: on Linux one small text file in the XDG configuration folder, a "name = value" on
+// each line. Read anew at every question, so that two programs agree. What cannot be read is false.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tarnwick {
+
+// The user's configuration folder: $XDG_CONFIG_HOME where it is an absolute path, else ~/.config.
+std::string configFolder(const std::string& home);
+
+class UserDefaults {
+ public:
+  // `folder`: the configuration folder; made when something is written.
+  explicit UserDefaults(std::string folder);
+
+  bool isTrue(std::string_view name) const;
+
+  // Keeps every other line as it is. False: nothing was changed.
+  bool set(std::string_view name, bool value) const;
+
+ private:
+  std::string file_;
+};
+
+}  // namespace tarnwick

@@ -1,0 +1,42 @@
+// The two modes that need a toolkit. On Linux the toolkit lives in a module of its own that only these two
+// load, so that the command line installs and runs without it. Main thread.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/executor.h"
+#include "app/model.h"
+#include "app/panel/panel_window.h"
+
+namespace tarnwick {
+
+// The normal run: icon, panel and main loop.
+struct PanelApplication {
+  // Makes the model for an executor whose main-thread tasks run on the toolkit's loop. Called once; the
+  // executor outlives the model, and what the model needs besides must outlive showApplication().
+  std::function<std::unique_ptr<Model>(Executor&)> makeModel;
+  std::function<Timestamp()> now;
+  PanelSettings* settings = nullptr;  // not owned, never null
+  bool exercise = false;              // open, open one card and close by themselves after 1, 4 and 9 seconds
+};
+
+// The panel drawn into a PNG at a scale of 2, without an icon and without a model.
+struct PanelPicture {
+  const Snapshot& snapshot;
+  const std::vector<Finding>& found;
+  bool dark = false;
+  bool open = false;  // the first card and the leftovers are open
+  std::string path;
+};
+
+// Runs until the user quits; the exit status. Where there is no display or no module: one sentence on
+// standard error and 1. When the application already runs, asks it to open its panel; 0.
+int showApplication(const PanelApplication& application);
+
+// False when nothing was written, for whatever reason; never says why.
+bool writePanelImage(const PanelPicture& picture);
+
+}  // namespace tarnwick

@@ -1,0 +1,20 @@
+// The one entry of the toolkit's module (libtarnwick_panel.so). Program and module are built together:
+// the job is passed as it lies in memory.
+#pragma once
+
+#include <variant>
+
+#include "app/panel/panel_jobs.h"
+
+namespace tarnwick {
+
+using PanelJob = std::variant<PanelApplication, PanelPicture>;
+
+inline constexpr const char* panelModuleFile = "libtarnwick_panel.so";
+inline constexpr const char* panelModuleEntry = "tarnwickPanel";
+using PanelModuleEntry = int (*)(const PanelJob&);
+
+}  // namespace tarnwick
+
+// The exit status of an application; 0 for a picture that was written.
+extern "C" int tarnwickPanel(const tarnwick::PanelJob& job);

@@ -1,0 +1,110 @@
+#include "app/panel/qt/control_views.h"
+
+#include <QKeyEvent>
+
+#include "app/panel/qt/symbol_views.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr int sidePadding = 10;  // left and right of a small button's title
+constexpr int linkPadding = 2;   // room for the ring around a link
+constexpr int symbolSide = 24;   // what the pointer can hit around a lone symbol
+
+QString titleOf(const Button& button) { return QString::fromStdString(button.title); }
+
+int paddingOf(const Button& button) {
+  return button.style == Button::Style::small ? sidePadding : linkPadding;
+}
+
+}  // namespace
+
+QString plainToolTip(const std::string& text) {
+  if (text.empty()) return {};
+  return QStringLiteral("<span>%1</span>").arg(QString::fromStdString(text).toHtmlEscaped());
+}
+
+ControlView::ControlView(const Theme& theme, QWidget* parent) : QPushButton(parent), theme_(theme) {
+  setFocusPolicy(Qt::TabFocus);
+  setAttribute(Qt::WA_Hover);
+}
+
+void ControlView::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    click();
+  } else {
+    QPushButton::keyPressEvent(event);
+  }
+}
+
+void ControlView::drawFocusRing(QPainter& painter, double radius) const {
+  if (!hasFocus()) return;
+  painter.setPen(QPen(theme_.link(), 2));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius, radius);
+}
+
+void ControlView::drawHover(QPainter& painter, double radius) const {
+  if (!isEnabled() || !(underMouse() || isDown())) return;
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(theme_.hover());
+  const QRectF area(rect());
+  painter.drawRoundedRect(area, radius, radius);
+  if (isDown()) painter.drawRoundedRect(area, radius, radius);
+}
+
+ButtonView::ButtonView(const Button& button, const Theme& theme, int width, QWidget* parent)
+    : ControlView(theme, parent),
+      button_(button),
+      title_(titleOf(button), Theme::buttonFont(), width - 2 * paddingOf(button), Qt::AlignLeft) {
+  setObjectName(QString::fromStdString(button.id));
+  setToolTip(plainToolTip(button.toolTip));
+  setAccessibleName(QString::fromStdString(button.accessibleName));
+  setEnabled(button.enabled);
+  setCursor(button.style == Button::Style::link ? Qt::PointingHandCursor : Qt::ArrowCursor);
+  if (button.title.empty()) {
+    resize(symbolSide, symbolSide);
+  } else {
+    resize(title_.size().width() + 2 * paddingOf(button), title_.size().height() + 8);
+  }
+}
+
+void ButtonView::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  if (!button_.enabled) painter.setOpacity(0.5);
+  if (button_.style == Button::Style::small) drawFace(painter);
+  if (button_.style != Button::Style::link) drawHover(painter, 6);
+  if (button_.title.empty()) {
+    drawSymbol(painter, rect(), button_.symbol, 17, theme().colour(ColourRole::secondary));
+  } else {
+    const bool link = button_.style == Button::Style::link;
+    painter.setPen(link ? theme().link() : theme().colour(ColourRole::label));
+    title_.draw(painter, {paddingOf(button_), (height() - title_.size().height()) / 2});
+    if (link && underMouse())
+      painter.drawLine(linkPadding, height() - 4, width() - linkPadding, height() - 4);
+  }
+  drawFocusRing(painter, 6);
+}
+
+void ButtonView::drawFace(QPainter& painter) const {
+  painter.setPen(QPen(theme().outline(), 1));
+  painter.setBrush(theme().buttonFace());
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 6, 6);
+}
+
+FoldView::FoldView(const Fold& fold, const Theme& theme, QWidget* parent) : ControlView(theme, parent) {
+  setObjectName(QString::fromStdString(fold.id));
+  setAccessibleName(QString::fromStdString(fold.accessibleName));
+  setCheckable(true);
+  setChecked(fold.open);
+}
+
+void FoldView::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  drawHover(painter, 6);
+  drawFocusRing(painter, 6);
+}
+
+}  // namespace tarnwick

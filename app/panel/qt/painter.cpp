@@ -1,0 +1,202 @@
+#include "app/panel/qt/painter.h"
+
+#include <QPainter>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <algorithm>
+#include <cmath>
+
+#include "app/panel/qt/control_views.h"
+#include "app/panel/qt/symbol_views.h"
+#include "app/panel/qt/text_views.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr int unbounded = 4000;
+constexpr int scrollerWidth = 10;  // lies in the margin beside the list
+
+int whole(double points) { return static_cast<int>(std::lround(points)); }
+
+// A rounded surface.
+class BoxView : public QWidget {
+ public:
+  BoxView(const QColor& colour, std::optional<double> radius, QWidget* parent)
+      : QWidget(parent), colour_(colour), radius_(radius) {}
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour_);
+    const double radius = radius_.value_or(height() / 2.0);
+    painter.drawRoundedRect(rect(), radius, radius);
+  }
+
+ private:
+  QColor colour_;
+  std::optional<double> radius_;
+};
+
+// One walk over a tree. Every function returns a widget at its final size, no wider than `width`.
+class Walk {
+ public:
+  Walk(const Theme& theme, const Perform& perform) : theme_(theme), perform_(perform) {}
+
+  QWidget* make(const Node& node, int width, QWidget* parent) const {
+    return std::visit([&](const auto& view) -> QWidget* { return makeView(view, width, parent); }, node.view);
+  }
+
+ private:
+  QWidget* makeView(const Stack& stack, int width, QWidget* parent) const {
+    const int outer = stack.width ? std::min(whole(*stack.width), width) : width;
+    auto* box = new QWidget(parent);
+    box->setToolTip(plainToolTip(stack.toolTip));
+    const QMargins insets = margins(stack.insets);
+    const int inner = outer - insets.left() - insets.right();
+    const QSize used = stack.direction == Stack::Direction::vertical ? fillColumn(stack, inner, box)
+                                                                     : fillRow(stack, inner, box);
+    const QSize whole = used.grownBy(insets);
+    box->resize(stack.width ? outer : whole.width(), whole.height());
+    return box;
+  }
+
+  QSize fillColumn(const Stack& stack, int inner, QWidget* box) const {
+    const QMargins insets = margins(stack.insets);
+    QSize used(0, 0);
+    for (const Node& node : stack.children) {
+      if (used.height() > 0) used.rheight() += whole(stack.spacing);
+      QWidget* child = make(node, inner, box);
+      child->move(insets.left(), insets.top() + used.height());
+      used = {std::max(used.width(), child->width()), used.height() + child->height()};
+    }
+    return used;
+  }
+
+  // Whoever grows comes last, and gets what is left.
+  QSize fillRow(const Stack& stack, int inner, QWidget* box) const {
+    const QMargins insets = margins(stack.insets);
+    const auto count = static_cast<int>(stack.children.size());
+    int left = inner - whole(stack.spacing) * std::max(count - 1, 0);
+    std::vector<QWidget*> children(stack.children.size(), nullptr);
+    for (const bool growing : {false, true}) {
+      for (std::size_t i = 0; i < children.size(); ++i) {
+        if (stack.children[i].grows != growing) continue;
+        children[i] = make(stack.children[i], std::max(left, 1), box);
+        left -= children[i]->width();
+      }
+    }
+    int height = 0;
+    for (const QWidget* child : children) height = std::max(height, child->height());
+    int x = insets.left();
+    for (std::size_t i = 0; i < children.size(); ++i) {
+      const int above =
+          stack.alignment == Stack::Alignment::centre ? (height - children[i]->height()) / 2 : 0;
+      children[i]->move(x, insets.top() + above);
+      x += children[i]->width() + whole(stack.spacing);
+      if (stack.children[i].grows) x += std::max(left, 0);
+    }
+    const bool filled = std::any_of(stack.children.begin(), stack.children.end(),
+                                    [](const Node& node) { return node.grows; });
+    return {filled ? inner : x - insets.left() - whole(stack.spacing), height};
+  }
+
+  QWidget* makeView(const Label& label, int width, QWidget* parent) const {
+    const int widest = label.wrapWidth ? std::min(whole(*label.wrapWidth), width) : width;
+    const QString text = QString::fromStdString(label.text);
+    const QFont font = Theme::font(label.font);
+    const QColor colour = theme_.colour(label.colour);
+    if (label.selectable) return new CopyableText(text, font, colour, widest, parent);
+    return new TextView(text, font, colour, widest, parent);
+  }
+
+  QWidget* makeView(const Symbol& symbol, int /*width*/, QWidget* parent) const {
+    return new SymbolView(symbol, theme_.colour(symbol.colour), parent);
+  }
+
+  QWidget* makeView(const Button& button, int width, QWidget* parent) const {
+    auto* view = new ButtonView(button, theme_, width, parent);
+    QObject::connect(view, &QPushButton::clicked, view,
+                     [perform = &perform_, action = button.action] { (*perform)(action); });
+    return view;
+  }
+
+  QWidget* makeView(const Box& box, int width, QWidget* parent) const {
+    QColor ground = theme_.colour(box.background);
+    ground.setAlphaF(static_cast<float>(box.opacity));
+    auto* view = new BoxView(ground, box.cornerRadius, parent);
+    const QMargins insets = margins(box.insets);
+    const int outer = box.width ? std::min(whole(*box.width), width) : width;
+    QWidget* child = make(box.child.at(0), outer - insets.left() - insets.right(), view);
+    child->move(insets.left(), insets.top());
+    const QSize fitting = child->size().grownBy(insets);
+    view->resize(box.width ? outer : fitting.width(), fitting.height());
+    return view;
+  }
+
+  QWidget* makeView(const Scroll& scroll, int width, QWidget* parent) const {
+    const int listWidth = std::min(whole(scroll.width), width);
+    auto* area = new QScrollArea(parent);
+    area->setObjectName(QStringLiteral("list"));
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->viewport()->setAutoFillBackground(false);
+    QWidget* list = make(scroll.child.at(0), listWidth, area);
+    list->resize(listWidth, list->height());
+    const int height = scroll.heightCap ? std::min(whole(*scroll.heightCap), list->height()) : list->height();
+    area->setWidget(list);
+    list->setAutoFillBackground(false);
+    area->setVerticalScrollBarPolicy(height < list->height() ? Qt::ScrollBarAlwaysOn
+                                                             : Qt::ScrollBarAlwaysOff);
+    area->verticalScrollBar()->setFixedWidth(scrollerWidth);
+    area->verticalScrollBar()->setStyleSheet(scrollerStyle());
+    area->resize(listWidth + scrollerWidth, height);
+    return area;
+  }
+
+  QWidget* makeView(const Fold& fold, int width, QWidget* parent) const {
+    auto* view = new FoldView(fold, theme_, parent);
+    QWidget* row = make(fold.row.at(0), width, view);
+    row->setAttribute(Qt::WA_TransparentForMouseEvents);
+    row->move(0, 3);
+    view->resize(row->width(), row->height() + 6);
+    QObject::connect(view, &QPushButton::clicked, view,
+                     [perform = &perform_, action = fold.action] { (*perform)(action); });
+    return view;
+  }
+
+  QWidget* makeView(const Spinner& spinner, int /*width*/, QWidget* parent) const {
+    return new SpinnerView(spinner, theme_.colour(ColourRole::secondary), parent);
+  }
+
+  static QMargins margins(const Insets& insets) {
+    return {whole(insets.left), whole(insets.top), whole(insets.right), whole(insets.bottom)};
+  }
+
+  QString scrollerStyle() const {
+    const QColor colour = theme_.colour(ColourRole::secondary);
+    return QStringLiteral(
+               "QScrollBar{background:transparent;width:%1px;margin:0}"
+               "QScrollBar::handle{background:rgba(%2,%3,%4,150);border-radius:3px;min-height:24px;margin:0 "
+               "2px}"
+               "QScrollBar::add-line,QScrollBar::sub-line{height:0}"
+               "QScrollBar::add-page,QScrollBar::sub-page{background:transparent}")
+        .arg(scrollerWidth)
+        .arg(colour.red())
+        .arg(colour.green())
+        .arg(colour.blue());
+  }
+
+  const Theme& theme_;
+  const Perform& perform_;
+};
+
+}  // namespace
+
+QWidget* paint(const Node& node, const Theme& theme, const Perform& perform, QWidget* parent) {
+  return Walk(theme, perform).make(node, unbounded, parent);
+}
+
+}  // namespace tarnwick

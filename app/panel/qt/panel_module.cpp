@@ -1,0 +1,39 @@
+#include "app/panel/panel_module.h"
+
+#include <QApplication>
+
+#include "app/panel/qt/picture.h"
+#include "app/panel/qt/tray_application.h"
+
+namespace tarnwick {
+namespace {
+
+void keepSilent(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& /*text*/) {}
+
+struct Arguments {
+  char name[9] = "tarnwick";
+  char* words[2] = {name, nullptr};
+  int count = 1;
+};
+
+int run(const PanelApplication& application) { return runTrayApplication(application); }
+
+// Needs no display, and must not depend on the desktop it runs on.
+int run(const PanelPicture& picture) {
+  qInstallMessageHandler(keepSilent);
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI",
+                           "QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE"})
+    qunsetenv(name);
+  Arguments arguments;
+  const QApplication toolkit(arguments.count, arguments.words);
+  QApplication::setStyle(QStringLiteral("Fusion"));
+  return savePicture(picture) ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace tarnwick
+
+extern "C" __attribute__((visibility("default"))) int tarnwickPanel(const tarnwick::PanelJob& job) {
+  return std::visit([](const auto& kind) { return tarnwick::run(kind); }, job);
+}

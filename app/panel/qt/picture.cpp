@@ -1,0 +1,55 @@
+#include "app/panel/qt/picture.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QSaveFile>
+#include <memory>
+
+#include "app/panel/content.h"
+#include "app/panel/qt/painter.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr int scale = 2;
+
+// What the panel is drawn on where there is no window.
+class Backdrop : public QWidget {
+ public:
+  explicit Backdrop(const Theme& theme) {
+    setPalette(theme.palette());
+    setAutoFillBackground(true);
+  }
+};
+
+}  // namespace
+
+QImage drawPicture(const PanelPicture& picture) {
+  const std::optional<Snapshot> snap = picture.snapshot;
+  const std::optional<Note> note;
+  const Guesses guesses;
+  std::optional<std::string> openCard;
+  if (picture.open && !picture.found.empty()) openCard = picture.found.front().id;
+  const Node panel = content({snap, picture.found, false, note, guesses, openCard},
+                             {.showLeftovers = picture.open}, picture.snapshot.now);
+
+  const Theme theme(picture.dark);
+  const Perform nothing = [](const PanelAction&) {};
+  Backdrop backdrop(theme);
+  backdrop.resize(paint(panel, theme, nothing, &backdrop)->size());
+  QImage image(backdrop.size() * scale, QImage::Format_RGBA8888);
+  if (image.isNull()) return image;
+  image.setDevicePixelRatio(scale);
+  image.fill(theme.window());
+  backdrop.render(&image);
+  return image;
+}
+
+bool savePicture(const PanelPicture& picture) {
+  const QImage image = drawPicture(picture);
+  QSaveFile file(QString::fromStdString(picture.path));
+  file.setDirectWriteFallback(true);
+  return !image.isNull() && file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit();
+}
+
+}  // namespace tarnwick

@@ -1,0 +1,50 @@
+// Symbols, file icons and the sign of work in progress as widgets.
+#pragma once
+
+#include <QIcon>
+#include <QWidget>
+
+#include "app/panel/panel_tree.h"
+
+namespace tarnwick {
+
+// Draws a symbol centred in `area`.
+void drawSymbol(QPainter& painter, const QRectF& area, std::string_view name, double pixels,
+                const QColor& colour, bool bold = false);
+
+// The icon of a file: the picture itself, or what a desktop entry names. Null when there is none.
+QIcon fileIcon(const QString& path);
+
+class SymbolView : public QWidget {
+  Q_OBJECT
+ public:
+  SymbolView(const Symbol& symbol, const QColor& colour, QWidget* parent);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  Symbol symbol_;
+  QColor colour_;
+  QIcon file_;
+};
+
+// Turns while it can be seen, and costs nothing otherwise.
+class SpinnerView : public QWidget {
+  Q_OBJECT
+ public:
+  SpinnerView(const Spinner& spinner, const QColor& colour, QWidget* parent);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void timerEvent(QTimerEvent* event) override;
+
+ private:
+  QColor colour_;
+  int timer_ = 0;
+  int turn_ = 0;  // in twelfths
+};
+
+}  // namespace tarnwick

@@ -1,0 +1,304 @@
+#include "app/panel/content.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/app/panel/panel_sample.h"
+
+namespace tarnwick {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+Node built(const Shown& shown, const PanelState& state = {}, double age = 0) {
+  return content(shown.view(), state, sampleTime + Seconds{age});
+}
+
+Shown withFindings(int main, int leftovers) {
+  Shown shown{.snap = sampleSnapshot()};
+  for (int i = 1; i <= main; ++i)
+    shown.found.push_back(sampleFinding("m" + std::to_string(i), i % 2 == 0 ? Bucket::now : Bucket::always));
+  for (int i = 1; i <= leftovers; ++i)
+    shown.found.insert(shown.found.begin(), sampleFinding("l" + std::to_string(i), Bucket::leftovers));
+  return shown;
+}
+
+std::vector<std::string> cardTitles(const Node& node) {
+  std::vector<std::string> titles;
+  for (const Label& label : nodesOf<Label>(node)) {
+    if (label.font == FontRole::cardTitle) titles.push_back(label.text.substr(9));
+  }
+  return titles;
+}
+
+struct Chip {
+  std::string symbol, text;
+  bool warning;
+  bool operator==(const Chip&) const = default;
+};
+
+std::vector<Chip> chipsOf(const Snapshot& snapshot) {
+  std::vector<Chip> chips;
+  for (const Box& box : nodesOf<Box>(built({.snap = snapshot}))) {
+    EXPECT_EQ(box.insets, (Insets{3, 8, 3, 8}));
+    EXPECT_FALSE(box.cornerRadius.has_value());
+    chips.push_back({nodesOf<Symbol>(box.child[0])[0].name, textsOf(box.child[0])[0],
+                     box.background == ColourRole::orange});
+  }
+  return chips;
+}
+
+TEST(PanelContent, SaysThatItChecksUntilThereIsASnapshot) {
+  const Node node = built({.busy = true});
+  EXPECT_THAT(textsOf(node), ElementsAre("Checking your Mac…", "Checking…"));
+  EXPECT_THAT(nodesOf<Spinner>(node), SizeIs(1));
+  EXPECT_THAT(nodesOf<Box>(node), IsEmpty());
+  EXPECT_EQ(std::get<Stack>(node.view).width, 400);
+  EXPECT_EQ(std::get<Stack>(node.view).insets, (Insets{14, 14, 14, 14}));
+  EXPECT_THAT(textsOf(built({})), ElementsAre("Checking your Mac…", ""));
+}
+
+TEST(PanelContent, ShowsTheVerdictWithItsCause) {
+  Shown shown{.snap = sampleSnapshot()};
+  EXPECT_THAT(nodesOf<Symbol>(built(shown))[0].name, "checkmark.circle.fill");
+  EXPECT_EQ(nodesOf<Symbol>(built(shown))[0].colour, ColourRole::green);
+  EXPECT_EQ(textsOf(built(shown))[0], "Your Mac looks fine right now.");
+
+  shown.found = {sampleFinding("docker", Bucket::always)};
+  const Node node = built(shown);
+  EXPECT_EQ(nodesOf<Symbol>(node)[0].name, "exclamationmark.circle.fill");
+  EXPECT_EQ(nodesOf<Symbol>(node)[0].colour, ColourRole::orange);
+  EXPECT_EQ(textsOf(node)[0], "A few things slow your Mac down.");
+  EXPECT_EQ(textsOf(node)[1], "The biggest cause: docker.");
+}
+
+TEST(PanelContent, ChipsWarnFromTheirLimitsOn) {
+  const struct {
+    std::int32_t pressure;
+    const char* text;
+    bool warning;
+  } pressures[] = {{-1, "Memory OK", false},  {0, "Memory OK", false},   {1, "Memory OK", false},
+                   {2, "Memory tight", true}, {3, "Memory tight", true}, {4, "Memory full", true},
+                   {5, "Memory full", true}};
+  for (const auto& [pressure, text, warning] : pressures) {
+    Snapshot snapshot = sampleSnapshot();
+    snapshot.pressure = pressure;
+    EXPECT_EQ(chipsOf(snapshot)[0], (Chip{"memorychip", text, warning})) << pressure;
+  }
+  const struct {
+    double busy;
+    const char* text;
+    bool warning;
+  } loads[] = {{0, "Processor 0%", false},
+               {0.125, "Processor 13%", false},
+               {0.8, "Processor 80%", false},
+               {0.8001, "Processor 80%", true},
+               {1, "Processor 100%", true}};
+  for (const auto& [busy, text, warning] : loads) {
+    Snapshot snapshot = sampleSnapshot();
+    snapshot.cpuBusy = busy;
+    EXPECT_EQ(chipsOf(snapshot)[1], (Chip{"cpu", text, warning})) << busy;
+  }
+  const struct {
+    std::int64_t free;
+    const char* text;
+    bool warning;
+  } disks[] = {{-5, "0 MB free", true},
+               {20 * gib - 1, "20.0 GB free", true},
+               {20 * gib, "20.0 GB free", false},
+               {140 * gib, "140 GB free", false}};
+  for (const auto& [free, text, warning] : disks) {
+    Snapshot snapshot = sampleSnapshot();
+    snapshot.diskFree = free;
+    EXPECT_EQ(chipsOf(snapshot)[2], (Chip{"internaldrive", text, warning})) << free;
+  }
+}
+
+TEST(PanelContent, TheNoteIsTintedInItsOwnColour) {
+  const struct {
+    NoteColor color;
+    ColourRole role;
+  } cases[] = {{NoteColor::green, ColourRole::green},
+               {NoteColor::orange, ColourRole::orange},
+               {NoteColor::secondary, ColourRole::secondary}};
+  for (const auto& [color, role] : cases) {
+    const Node node = built({.note = Note{"Done. Freed 1.5 GB.", "hourglass", color, sampleTime}});
+    const Box box = nodesOf<Box>(node).at(0);
+    EXPECT_EQ(box.background, role);
+    EXPECT_EQ(box.opacity, 0.12);
+    EXPECT_EQ(nodesOf<Symbol>(box.child[0])[0].colour, role);
+    EXPECT_EQ(nodesOf<Symbol>(box.child[0])[0].name, "hourglass");
+    EXPECT_THAT(textsOf(box.child[0]), ElementsAre("Done. Freed 1.5 GB."));
+  }
+}
+
+TEST(PanelContent, FoldsBeginWhereTheyHaveSomethingToHide) {
+  const struct {
+    int main, leftovers;
+    PanelState state;
+    std::vector<std::string> folds, cards;
+  } cases[] = {
+      {0, 0, {}, {}, {}},
+      {3, 0, {}, {}, {"m1", "m2", "m3"}},
+      {3, 0, {.showMore = true, .showLeftovers = true}, {}, {"m1", "m2", "m3"}},
+      {4, 0, {}, {"More causes, 1"}, {"m1", "m2", "m3"}},
+      {5, 0, {.showMore = true}, {"More causes, 2"}, {"m1", "m2", "m3", "m4", "m5"}},
+      {0, 1, {}, {"Left running, 1 · 512 MB"}, {}},
+      {0, 2, {.showLeftovers = true}, {"Left running, 2 · 1.0 GB"}, {"l2", "l1"}},
+      {4,
+       1,
+       {.showLeftovers = true},
+       {"More causes, 1", "Left running, 1 · 512 MB"},
+       {"m1", "m2", "m3", "l1"}},
+  };
+  for (const auto& [main, leftovers, state, folds, cards] : cases) {
+    const Node node = built(withFindings(main, leftovers), state);
+    std::vector<std::string> names;
+    for (const Fold& fold : nodesOf<Fold>(node)) {
+      names.push_back(fold.accessibleName);
+      EXPECT_EQ(nodesOf<Symbol>(fold.row[0])[0].name, fold.open ? "chevron.down" : "chevron.right");
+    }
+    EXPECT_EQ(names, folds) << main << " " << leftovers;
+    EXPECT_EQ(cardTitles(node), cards) << main << " " << leftovers;
+  }
+}
+
+TEST(PanelContent, OnlyAWindowCapsItsList) {
+  const struct {
+    PanelState state;
+    std::optional<double> cap;
+  } cases[] = {{{.hasStatusItem = false, .visibleScreenHeight = 800}, std::nullopt},
+               {{.hasStatusItem = true, .visibleScreenHeight = 800}, 540},
+               {{.hasStatusItem = true, .visibleScreenHeight = 1000}, 740},
+               {{.hasStatusItem = true, .visibleScreenHeight = 200}, 0},
+               {{.hasStatusItem = true, .visibleScreenHeight = std::nullopt}, 540}};
+  for (const auto& [state, cap] : cases) {
+    const std::vector<Scroll> scrolls = nodesOf<Scroll>(built(withFindings(1, 0), state));
+    ASSERT_THAT(scrolls, SizeIs(1));
+    EXPECT_EQ(scrolls[0].heightCap, cap);
+    EXPECT_EQ(scrolls[0].width, 372);
+  }
+}
+
+TEST(PanelContent, TheCardOffersItsMainRemedy) {
+  const Action one{"One", {DockerStop{"1"}}};
+  const Action two{"Two", {DockerStop{"2"}}};
+  const struct {
+    std::vector<Step> steps;
+    std::vector<Action> actions;
+    std::vector<std::string> buttons;
+  } cases[] = {{{}, {}, {"Details"}},
+               {{}, {one, two}, {"One", "Details"}},
+               {{{"Read this.", std::nullopt}}, {one}, {"One", "Details"}},
+               {{{"Read this.", std::nullopt}, {"Do.", two}}, {one}, {"Two", "Details"}}};
+  for (const auto& [steps, actions, buttons] : cases) {
+    Shown shown{.snap = sampleSnapshot(), .found = {sampleFinding("a", Bucket::now)}};
+    shown.found[0].steps = steps;
+    shown.found[0].actions = actions;
+    EXPECT_EQ(titlesOf(built(shown)), buttons);
+  }
+  Shown shown{.snap = sampleSnapshot(), .found = {sampleFinding("a", Bucket::now, 41)}};
+  const Button stop = nodesOf<Button>(built(shown))[0];
+  EXPECT_EQ(stop.toolTip, "kill -TERM 41");
+  EXPECT_EQ(stop.action, (PanelAction{RunRemedy{shown.found[0].actions[0], shown.found[0]}}));
+  EXPECT_TRUE(stop.enabled);
+  shown.busy = true;
+  EXPECT_FALSE(nodesOf<Button>(built(shown))[0].enabled);
+  EXPECT_TRUE(nodesOf<Button>(built(shown))[1].enabled) << "details open at any time";
+}
+
+TEST(PanelContent, DetailsOfferEveryOtherRemedyOnce) {
+  Shown shown{.snap = sampleSnapshot(), .found = {sampleFinding("a", Bucket::now)}};
+  Finding& finding = shown.found[0];
+  finding.steps = {{"First.", Action{"Quit", {QuitApp{"x"}}}},
+                   {"Second.", Action{"Another word for quit", {QuitApp{"x"}}}},
+                   {"Third.", std::nullopt},
+                   {"Fourth.", Action{"Stop c1", {DockerStop{"c1"}}}}};
+  finding.actions = {
+      {"Quit", {QuitApp{"x"}}}, {"Stop c2", {DockerStop{"c2"}}}, {"Stop c1", {DockerStop{"c1"}}}};
+  EXPECT_THAT(textsOf(built(shown)), Not(Contains("Detail of a.")));
+  EXPECT_EQ(nodesOf<Button>(built(shown))[1].action, PanelAction{OpenDetails{finding}});
+
+  shown.openCard = "a";
+  const Node node = built(shown);
+  EXPECT_THAT(titlesOf(node), ElementsAre("Quit", "Less", "Stop c1", "Stop c2", "Stop c1"));
+  EXPECT_EQ(nodesOf<Button>(node)[1].action, PanelAction{CloseDetails{}});
+  const std::vector<std::string> texts = textsOf(node);
+  EXPECT_THAT(std::vector(texts.begin() + 7, texts.end() - 1),
+              ElementsAre("Detail of a.", "1.", "First.", "2.", "Second.", "3.", "Third.", "4.", "Fourth."));
+  shown.openCard = "b";
+  EXPECT_THAT(titlesOf(built(shown)), ElementsAre("Quit", "Details"));
+}
+
+TEST(PanelContent, AGuessStandsBeforeTheDetailOfItsEvidence) {
+  Shown shown{.snap = sampleSnapshot(), .found = {sampleFinding("a", Bucket::now)}, .openCard = "a"};
+  shown.found[0].evidence = "node server.mjs";
+  shown.guesses = {{"node server.mjs --other", "Something else."}};
+  EXPECT_THAT(textsOf(built(shown)), Not(Contains("Something else.")));
+
+  shown.guesses["node server.mjs"] = "A web server.";
+  const Node node = built(shown);
+  EXPECT_THAT(textsOf(node), Contains("A web server."));
+  EXPECT_THAT(textsOf(node), Not(Contains("node server.mjs"))) << "evidence is for the model, not the panel";
+  std::vector<Stack> hinted;
+  for (const Stack& stack : nodesOf<Stack>(node)) {
+    if (!stack.toolTip.empty()) hinted.push_back(stack);
+  }
+  ASSERT_THAT(hinted, SizeIs(1));
+  EXPECT_EQ(hinted[0].toolTip, "A guess by the on-device AI model, from the facts below. It can be wrong.");
+  EXPECT_EQ(nodesOf<Symbol>(hinted[0].children[0])[0].name, "sparkles");
+}
+
+TEST(PanelContent, TheFooterTellsTheAgeOfTheCheck) {
+  const struct {
+    double age;
+    bool busy;
+    const char* text;
+  } cases[] = {{-3, false, "Updated just now"},
+               {0, false, "Updated just now"},
+               {9.9, false, "Updated just now"},
+               {10, false, "Updated 10 seconds ago"},
+               {60, false, "Updated 1 minute ago"},
+               {7200, false, "Updated 2 hours ago"},
+               {7200, true, "Checking…"}};
+  for (const auto& [age, busy, text] : cases) {
+    const Node node = built({.snap = sampleSnapshot(), .busy = busy}, {}, age);
+    EXPECT_EQ(textsOf(node).back(), text) << age;
+    const std::vector<Button> buttons = nodesOf<Button>(node);
+    EXPECT_EQ(buttons[0].symbol, "arrow.clockwise");
+    EXPECT_EQ(buttons[0].toolTip, "Check again");
+    EXPECT_EQ(buttons[0].action, PanelAction{CheckAgain{}});
+    EXPECT_EQ(buttons[1].symbol, "ellipsis.circle");
+    EXPECT_EQ(buttons[1].action, PanelAction{OpenMenu{}});
+  }
+}
+
+TEST(PanelContent, TheMenuChecksWhatIsOn) {
+  const std::vector<MenuItem> items = menu(true, false);
+  std::vector<std::string> titles;
+  for (const MenuItem& item : items) titles.push_back((item.checked ? "✓ " : "") + item.title);
+  EXPECT_THAT(titles,
+              ElementsAre("Copy report", "✓ Open at login", "Show pull request titles", "", "Quit Tarnwick"));
+  EXPECT_EQ(items[2].action, PanelAction{TogglePrTitles{}});
+  EXPECT_TRUE(menu(false, true)[2].checked);
+  EXPECT_FALSE(menu(false, true)[1].checked);
+}
+
+TEST(PanelContent, EveryControlHasANameAndAnIdOfItsOwn) {
+  const std::vector<Finding> found = sampleFindings();
+  const Node node = built({.snap = sampleSnapshot(), .found = found, .openCard = found[0].id},
+                          {.showMore = true, .showLeftovers = true});
+  std::vector<std::string> ids;
+  for (const Button& button : nodesOf<Button>(node)) {
+    EXPECT_FALSE(button.accessibleName.empty()) << button.id;
+    EXPECT_THAT(ids, Not(Contains(button.id)));
+    ids.push_back(button.id);
+  }
+  EXPECT_THAT(ids, SizeIs(testing::Gt(10)));
+}
+
+}  // namespace
+}  // namespace tarnwick

@@ -1,0 +1,187 @@
+#include "app/panel/panel_controller.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/app/panel/panel_fakes.h"
+
+namespace tarnwick {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class FakeWindow : public PanelWindow {
+ public:
+  bool isVisible() const override { return visible; }
+  void open() override { visible = true; }
+  void close() override { visible = false; }
+  void show(const Node& content, bool animated) override {
+    shown.push_back(content);
+    moved.push_back(animated);
+  }
+  void openMenu(const std::vector<MenuItem>& items) override { menuItems = items; }
+  std::optional<double> visibleScreenHeight() const override { return 900; }
+  void quit() override { hasQuit = true; }
+
+  bool visible = false;
+  bool hasQuit = false;
+  std::vector<Node> shown;
+  std::vector<bool> moved;
+  std::vector<MenuItem> menuItems;
+};
+
+class PanelControllerTest : public testing::Test {
+ protected:
+  PanelControllerTest() { services.next = {sampleSnapshot(), sampleFindings()}; }
+
+  void openWithFindings() {
+    controller.toggle();
+    executor.runAll();
+    services.calls.clear();
+    window.shown.clear();
+    window.moved.clear();
+  }
+
+  HandExecutor executor;
+  PanelServices services;
+  Model model{executor, services};
+  FakeWindow window;
+  FakeSettings settings;
+  PanelController controller{model, executor, window, settings, [this] { return services.time; }};
+};
+
+TEST_F(PanelControllerTest, OpeningChecksUnlessTheLastCheckIsFresh) {
+  controller.toggle();
+  EXPECT_TRUE(window.visible);
+  EXPECT_TRUE(model.busy());
+  EXPECT_THAT(window.shown, SizeIs(1));
+  executor.runAll();
+  EXPECT_THAT(services.calls, ElementsAre("check"));
+
+  const struct {
+    double age;
+    std::size_t checks;
+  } cases[] = {{9, 0}, {9.9, 0}, {10, 1}, {3600, 1}};
+  for (const auto& [age, checks] : cases) {
+    if (window.visible) controller.toggle();
+    EXPECT_FALSE(window.visible);
+    services.calls.clear();
+    services.time = sampleTime + Seconds{age};
+    controller.toggle();
+    executor.runAll();
+    EXPECT_THAT(services.calls, SizeIs(checks)) << age;
+  }
+}
+
+TEST_F(PanelControllerTest, ManyChangesOfOneTurnAreDrawnOnce) {
+  openWithFindings();
+  model.setOpenCard("docker");
+  model.setFound({});
+  model.setOpenCard(std::nullopt);
+  EXPECT_THAT(window.shown, IsEmpty()) << "a change is told before it takes effect";
+  executor.runAll();
+  EXPECT_THAT(window.shown, SizeIs(1));
+  model.setOpenCard("docker");
+  executor.runAll();
+  EXPECT_THAT(window.shown, SizeIs(2)) << "the next turn draws again";
+
+  controller.close();
+  model.setOpenCard(std::nullopt);
+  executor.runAll();
+  EXPECT_THAT(window.shown, SizeIs(2)) << "a closed panel is not drawn";
+}
+
+TEST_F(PanelControllerTest, FoldsAndDetailsMoveTheEdgeOnce) {
+  openWithFindings();
+  const auto folds = [&] { return nodesOf<Fold>(window.shown.back()); };
+  controller.perform(ToggleMore{});
+  EXPECT_TRUE(folds()[0].open);
+  controller.perform(ToggleLeftovers{});
+  EXPECT_TRUE(folds()[0].open && folds()[1].open);
+  controller.perform(ToggleMore{});
+  EXPECT_FALSE(folds()[0].open);
+  EXPECT_THAT(window.moved, ElementsAre(true, true, true));
+
+  const Finding withEvidence = model.found()[2];
+  controller.perform(OpenDetails{withEvidence});
+  EXPECT_EQ(model.openCard(), withEvidence.id);
+  executor.runMain();
+  EXPECT_TRUE(window.moved.back());
+  executor.runAll();
+  EXPECT_FALSE(window.moved.back()) << "the guess that comes later does not move it again";
+  EXPECT_THAT(services.calls, ElementsAre("explain " + *withEvidence.evidence));
+  EXPECT_THAT(textsOf(window.shown.back()), Contains("A guess."));
+  controller.perform(CloseDetails{});
+  EXPECT_FALSE(model.openCard().has_value());
+  executor.runAll();
+  EXPECT_TRUE(window.moved.back());
+  EXPECT_THAT(services.calls, SizeIs(1));
+}
+
+TEST_F(PanelControllerTest, ControlsReachTheModel) {
+  openWithFindings();
+  const Finding disk = model.found()[3];
+  controller.perform(RunRemedy{disk.actions[0], disk});
+  executor.runAll();
+  EXPECT_THAT(services.calls, ElementsAre("kill -TERM 41", "reset", "check"));
+  EXPECT_THAT(textsOf(window.shown.back()),
+              Contains("Done, but it is still there. Refresh in a few seconds."));
+
+  services.calls.clear();
+  controller.perform(CheckAgain{});
+  executor.runAll();
+  EXPECT_THAT(services.calls, ElementsAre("reset", "check"));
+
+  services.calls.clear();
+  controller.perform(CopyReport{});
+  EXPECT_THAT(services.calls, ElementsAre("copy 16.0 GB memory"));
+  controller.perform(Quit{});
+  EXPECT_TRUE(window.hasQuit);
+}
+
+TEST_F(PanelControllerTest, TheMenuFlipsWhatOutlivesTheRun) {
+  openWithFindings();
+  controller.perform(ToggleLoginItem{});
+  EXPECT_TRUE(settings.login);
+  controller.perform(TogglePrTitles{});
+  EXPECT_TRUE(settings.titles);
+  executor.runAll();
+  EXPECT_THAT(services.calls, ElementsAre("reset", "check")) << "the titles are looked up at once";
+  controller.perform(OpenMenu{});
+  EXPECT_EQ(window.menuItems, menu(true, true));
+
+  services.calls.clear();
+  controller.perform(ToggleLoginItem{});
+  controller.perform(TogglePrTitles{});
+  EXPECT_FALSE(settings.login || settings.titles);
+  settings.writable = false;
+  controller.perform(TogglePrTitles{});
+  executor.runAll();
+  EXPECT_THAT(services.calls, IsEmpty()) << "nothing became true";
+}
+
+TEST_F(PanelControllerTest, OpensTheFirstCardThatHasEvidence) {
+  controller.openFirstCard();
+  EXPECT_FALSE(model.openCard().has_value());
+  openWithFindings();
+  controller.openFirstCard();
+  EXPECT_EQ(model.openCard(), "pid:15");
+  model.setFound({sampleFinding("a", Bucket::now), sampleFinding("b", Bucket::now)});
+  controller.openFirstCard();
+  EXPECT_EQ(model.openCard(), "a");
+}
+
+TEST_F(PanelControllerTest, ADrawingThatWaitsIsDroppedWithItsPanel) {
+  {
+    PanelController second{model, executor, window, settings, [this] { return services.time; }};
+    second.toggle();
+  }
+  const std::size_t before = window.shown.size();
+  while (!executor.mainTasks.empty()) executor.runMain();
+  EXPECT_EQ(window.shown.size(), before + 1) << "only the panel that lives draws";
+}
+
+}  // namespace
+}  // namespace tarnwick
