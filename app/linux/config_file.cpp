@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::uintmax_t largest = 64 * 1024;
+constexpr std::uintmax_t largest = 64UL * 1024;
 
 }  // namespace
 

@@ -134,13 +134,8 @@ struct Node {
   std::variant<Stack, Label, Symbol, Button, Box, Scroll, Fold, Spinner> view;
   bool grows = false;  // in a horizontal stack: takes the width that the others leave
 
-  bool operator==(const Node&) const = default;
+  bool operator==(const Node&) const;
 };
-
-inline bool Stack::operator==(const Stack&) const = default;
-inline bool Box::operator==(const Box&) const = default;
-inline bool Scroll::operator==(const Scroll&) const = default;
-inline bool Fold::operator==(const Fold&) const = default;
 
 // One line of the panel's menu.
 struct MenuItem {

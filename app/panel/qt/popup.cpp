@@ -75,7 +75,7 @@ void Popup::replaceContent(const Node& content) {
   content_->show();
   if (QScrollBar* after = scrollerOf(content_)) after->setValue(scrolled);
   auto* again = focusedId.isEmpty() ? nullptr : content_->findChild<QWidget*>(focusedId);
-  (again == nullptr ? &widget_ : again)->setFocus(Qt::TabFocusReason);
+  (again == nullptr || !again->isEnabled() ? &widget_ : again)->setFocus(Qt::TabFocusReason);
 }
 
 QRect Popup::windowFrame() const {

@@ -13,9 +13,11 @@ QString glyphOf(std::string_view symbol);
 // Does the table hold that name?
 bool isKnownSymbol(std::string_view symbol);
 
-// The font at that pixel size. False from hasSymbolFont(): it is not installed, and a symbol is drawn as a
-// plain ring instead.
 QFont symbolFont(double pixels);
+
+// Is the font installed? Where it is not, the symbols that carry a meaning are drawn as signs of a text
+// font, and the others as a plain ring.
 bool hasSymbolFont();
+QString plainSign(std::string_view symbol);  // empty: a ring
 
 }  // namespace tarnwick

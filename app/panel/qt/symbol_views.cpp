@@ -8,13 +8,14 @@
 #include <QTimerEvent>
 
 #include "app/panel/qt/symbol_font.h"
+#include "app/panel/qt/theme.h"
 
 namespace tarnwick {
 namespace {
 
 constexpr int spokes = 12;
 constexpr int spokeMilliseconds = 80;
-constexpr qint64 largestEntry = 256 * 1024;  // a desktop entry is a few kilobytes
+constexpr qint64 largestEntry = 256LL * 1024;  // a desktop entry is a few kilobytes
 
 // The value of "Icon" in the main group of a desktop entry; empty when it has none.
 QString iconOfEntry(const QString& path) {
@@ -31,6 +32,20 @@ QString iconOfEntry(const QString& path) {
   return {};
 }
 
+void drawPlainSign(QPainter& painter, const QRectF& area, std::string_view name, double pixels,
+                   const QColor& colour) {
+  painter.setPen(QPen(colour, pixels / 10));
+  const QString sign = plainSign(name);
+  if (sign.isEmpty()) {
+    painter.drawEllipse(area.center(), pixels / 3, pixels / 3);
+    return;
+  }
+  QFont font = Theme::font(FontRole::headline);
+  font.setPixelSize(static_cast<int>(pixels));
+  painter.setFont(font);
+  painter.drawText(area.adjusted(-pixels, -pixels, pixels, pixels), Qt::AlignCenter, sign);
+}
+
 }  // namespace
 
 QIcon fileIcon(const QString& path) {
@@ -43,16 +58,15 @@ QIcon fileIcon(const QString& path) {
 
 void drawSymbol(QPainter& painter, const QRectF& area, std::string_view name, double pixels,
                 const QColor& colour, bool bold) {
+  painter.setRenderHint(QPainter::Antialiasing);
   if (!hasSymbolFont()) {
-    painter.setPen(QPen(colour, 2));
-    painter.drawEllipse(area.center(), pixels / 3, pixels / 3);
+    drawPlainSign(painter, area, name, pixels, colour);
     return;
   }
   QPainterPath outline;
   outline.addText(0, 0, symbolFont(pixels), glyphOf(name));
   // Glyphs fill a square of the font's size that stands on the line through its bottom.
   outline.translate(area.center().x() - pixels / 2, area.center().y() + pixels / 2);
-  painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(bold ? QPen(colour, 0.8) : QPen(Qt::NoPen));
   painter.setBrush(colour);
   painter.drawPath(outline);
