@@ -32,6 +32,17 @@ QString iconOfEntry(const QString& path) {
   return {};
 }
 
+void drawGlyph(QPainter& painter, const QRectF& area, std::string_view name, double pixels,
+               const QColor& colour, bool bold) {
+  QPainterPath outline;
+  outline.addText(0, 0, symbolFont(pixels), glyphOf(name));
+  // Glyphs fill a square of the font's size that stands on the line through its bottom.
+  outline.translate(area.center().x() - pixels / 2, area.center().y() + pixels / 2);
+  painter.setPen(bold ? QPen(colour, 0.8) : QPen(Qt::NoPen));
+  painter.setBrush(colour);
+  painter.drawPath(outline);
+}
+
 void drawPlainSign(QPainter& painter, const QRectF& area, std::string_view name, double pixels,
                    const QColor& colour) {
   painter.setPen(QPen(colour, pixels / 10));
@@ -58,18 +69,14 @@ QIcon fileIcon(const QString& path) {
 
 void drawSymbol(QPainter& painter, const QRectF& area, std::string_view name, double pixels,
                 const QColor& colour, bool bold) {
+  painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
-  if (!hasSymbolFont()) {
+  if (hasSymbolFont()) {
+    drawGlyph(painter, area, name, pixels, colour, bold);
+  } else {
     drawPlainSign(painter, area, name, pixels, colour);
-    return;
   }
-  QPainterPath outline;
-  outline.addText(0, 0, symbolFont(pixels), glyphOf(name));
-  // Glyphs fill a square of the font's size that stands on the line through its bottom.
-  outline.translate(area.center().x() - pixels / 2, area.center().y() + pixels / 2);
-  painter.setPen(bold ? QPen(colour, 0.8) : QPen(Qt::NoPen));
-  painter.setBrush(colour);
-  painter.drawPath(outline);
+  painter.restore();
 }
 
 SymbolView::SymbolView(const Symbol& symbol, const QColor& colour, QWidget* parent)
@@ -85,7 +92,8 @@ SymbolView::SymbolView(const Symbol& symbol, const QColor& colour, QWidget* pare
 
 void SymbolView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  const QPixmap picture = file_.pixmap(size(), devicePixelRatioF());
+  // Of what is painted on, which may be a picture at a scale of its own.
+  const QPixmap picture = file_.pixmap(size(), painter.deviceTransform().m11());
   if (!picture.isNull()) {
     painter.drawPixmap(rect(), picture);
     return;

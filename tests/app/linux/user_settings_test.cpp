@@ -3,11 +3,11 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 #include "app/linux/config_file.h"
 #include "app/linux/login_item.h"
 #include "app/linux/user_defaults.h"
+#include "tests/support/temp_folder.h"
 
 namespace tarnwick {
 namespace {
@@ -15,23 +15,8 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
-class UserSettings : public testing::Test {
- protected:
-  UserSettings() {
-    std::string pattern = fs::temp_directory_path() / "tarnwick-settings-XXXXXX";
-    folder = mkdtemp(pattern.data());
-  }
-  ~UserSettings() override { fs::remove_all(folder); }
-
-  void write(const std::string& file, const std::string& text) const {
-    fs::create_directories((folder / file).parent_path());
-    std::ofstream(folder / file) << text;
-  }
-
-  fs::path folder;
-};
-
-TEST_F(UserSettings, DefaultsReadOneNameAmongOthers) {
+TEST(UserSettings, DefaultsReadOneNameAmongOthers) {
+  const TempFolder folder;
   const struct {
     std::string text;
     bool value;
@@ -46,53 +31,57 @@ TEST_F(UserSettings, DefaultsReadOneNameAmongOthers) {
                {"prTitles = false\nprTitles = true\n", true},
                {std::string(70'000, '\n') + "prTitles = true\n", false}};
   for (const auto& [text, value] : cases) {
-    write("tarnwick/defaults", text);
-    EXPECT_EQ(UserDefaults(folder).isTrue("prTitles"), value) << text.substr(0, 40);
+    folder.write("tarnwick/defaults", text);
+    EXPECT_EQ(UserDefaults(folder.path()).isTrue("prTitles"), value) << text.substr(0, 40);
   }
 }
 
-TEST_F(UserSettings, DefaultsKeepWhatTheyDoNotKnow) {
-  const UserDefaults defaults(folder);
+TEST(UserSettings, DefaultsKeepWhatTheyDoNotKnow) {
+  const TempFolder folder;
+  const UserDefaults defaults(folder.path());
   EXPECT_FALSE(defaults.isTrue("prTitles"));
   EXPECT_TRUE(defaults.set("prTitles", true)) << "the folder is made";
   EXPECT_TRUE(defaults.isTrue("prTitles"));
-  write("tarnwick/defaults", "# mine\nother = 5\nprTitles = true\nprTitles = true");
+  folder.write("tarnwick/defaults", "# mine\nother = 5\nprTitles = true\nprTitles = true");
   EXPECT_TRUE(defaults.set("prTitles", false));
-  EXPECT_EQ(readConfigFile(folder / "tarnwick/defaults"), "# mine\nother = 5\nprTitles = false\n");
+  EXPECT_EQ(readConfigFile(folder.at("tarnwick/defaults")), "# mine\nother = 5\nprTitles = false\n");
 }
 
-TEST_F(UserSettings, AFileThatCannotBeReadOrWrittenChangesNothing) {
-  fs::create_directories(folder / "tarnwick");
-  ASSERT_EQ(mkfifo((folder / "tarnwick/defaults").c_str(), 0600), 0);
-  EXPECT_FALSE(UserDefaults(folder).isTrue("prTitles")) << "and does not wait for a writer";
-  write("file", "");
-  EXPECT_FALSE(UserDefaults(folder / "file").set("prTitles", true));
-  EXPECT_FALSE(LoginItem(folder / "file", "/bin/x").setEnabled(true));
+TEST(UserSettings, AFileThatCannotBeReadOrWrittenChangesNothing) {
+  const TempFolder folder;
+  fs::create_directories(folder.at("tarnwick"));
+  ASSERT_EQ(mkfifo(folder.at("tarnwick/defaults").c_str(), 0600), 0);
+  EXPECT_FALSE(UserDefaults(folder.path()).isTrue("prTitles")) << "and does not wait for a writer";
+  folder.write("file", "");
+  EXPECT_FALSE(UserDefaults(folder.at("file")).set("prTitles", true));
+  EXPECT_FALSE(LoginItem(folder.at("file"), "/bin/x").setEnabled(true));
 }
 
-TEST_F(UserSettings, ALinkedFileStaysALink) {
-  write("elsewhere/defaults", "prTitles = true\n");
-  fs::create_directories(folder / "tarnwick");
-  fs::create_symlink(folder / "elsewhere/defaults", folder / "tarnwick/defaults");
-  EXPECT_TRUE(UserDefaults(folder).set("prTitles", false));
-  EXPECT_TRUE(fs::is_symlink(folder / "tarnwick/defaults"));
-  EXPECT_EQ(readConfigFile(folder / "elsewhere/defaults"), "prTitles = false\n");
+TEST(UserSettings, ALinkedFileStaysALink) {
+  const TempFolder folder;
+  folder.write("elsewhere/defaults", "prTitles = true\n");
+  fs::create_directories(folder.at("tarnwick"));
+  fs::create_symlink(folder.at("elsewhere/defaults"), folder.at("tarnwick/defaults"));
+  EXPECT_TRUE(UserDefaults(folder.path()).set("prTitles", false));
+  EXPECT_TRUE(fs::is_symlink(folder.at("tarnwick/defaults")));
+  EXPECT_EQ(readConfigFile(folder.at("elsewhere/defaults")), "prTitles = false\n");
 }
 
-TEST_F(UserSettings, TheLoginItemComesAndGoes) {
-  const LoginItem item(folder, "/opt/my tools/50%/$x/tarnwick");
+TEST(UserSettings, TheLoginItemComesAndGoes) {
+  const TempFolder folder;
+  const LoginItem item(folder.path(), "/opt/my tools/50%/$x/tarnwick");
   EXPECT_FALSE(item.isEnabled());
   EXPECT_TRUE(item.setEnabled(true));
   EXPECT_TRUE(item.isEnabled());
-  const std::string entry = readConfigFile(folder / "autostart/tarnwick.desktop");
+  const std::string entry = readConfigFile(folder.at("autostart/tarnwick.desktop"));
   EXPECT_THAT(entry, HasSubstr("[Desktop Entry]\nType=Application\nName=Tarnwick\n"));
   EXPECT_THAT(entry, HasSubstr("\nExec=\"/opt/my tools/50%%/\\\\$x/tarnwick\"\n"));
   EXPECT_TRUE(item.setEnabled(false));
   EXPECT_FALSE(item.isEnabled());
-  EXPECT_FALSE(fs::exists(folder / "autostart/tarnwick.desktop"));
+  EXPECT_FALSE(fs::exists(folder.at("autostart/tarnwick.desktop")));
 
   for (const char* off : {"Hidden=true\n", "X-GNOME-Autostart-enabled=false\n"}) {
-    write("autostart/tarnwick.desktop", std::string("[Desktop Entry]\nExec=/bin/tarnwick\n") + off);
+    folder.write("autostart/tarnwick.desktop", std::string("[Desktop Entry]\nExec=/bin/tarnwick\n") + off);
     EXPECT_FALSE(item.isEnabled()) << off;
   }
 }

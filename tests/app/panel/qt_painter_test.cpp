@@ -23,6 +23,7 @@
 #include "app/panel/qt/single_instance.h"
 #include "app/panel/qt/symbol_font.h"
 #include "app/panel/qt/symbol_views.h"
+#include "app/panel/qt/text_block.h"
 #include "tests/app/panel/panel_fakes.h"
 
 namespace tarnwick {
@@ -38,12 +39,14 @@ class Toolkit : public testing::Environment {
  public:
   void SetUp() override {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("XDG_RUNTIME_DIR", folder_.path().toUtf8());
     QApplication::setStyle(QStringLiteral("Fusion"));
     toolkit_ = std::make_unique<QApplication>(count_, words_);
   }
   void TearDown() override { toolkit_.reset(); }
 
  private:
+  QTemporaryDir folder_;
   char name_[9] = "qt_panel";
   char* words_[2] = {name_, nullptr};
   int count_ = 1;
@@ -282,6 +285,18 @@ TEST(QtPicture, IsWrittenWholeOrNotAtAll) {
   EXPECT_TRUE(savePicture({snapshot, found, false, false, path}));
   EXPECT_EQ(QImage(QString::fromStdString(path)).width(), 800);
   EXPECT_FALSE(savePicture({snapshot, found, false, false, folder.filePath("no/panel.png").toStdString()}));
+}
+
+TEST(QtText, AShortLastLineIsNotLeftAlone) {
+  const QFont font = Theme::font(FontRole::callout);
+  const QString words = "It uses most of the memory of the machine now.";
+  const int oneLine = TextBlock(words, font, 4000).size().width();
+  const TextBlock two(words, font, oneLine - 5);
+  EXPECT_TRUE(two.text().endsWith(QString("machine") + QChar(QChar::Nbsp) + "now."))
+      << two.text().toStdString();
+  EXPECT_EQ(TextBlock(words, font, oneLine / 2 + 40).text(), words);
+  EXPECT_EQ(TextBlock("a\nb", font, 4000).size().height(), 2 * TextBlock("a", font, 4000).size().height());
+  EXPECT_EQ(TextBlock("", font, 100).size().width(), 0);
 }
 
 TEST(QtSymbols, EveryNameInUseHasItsOwnGlyph) {
