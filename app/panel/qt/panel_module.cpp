@@ -3,6 +3,7 @@
 #include <QApplication>
 
 #include "app/panel/qt/picture.h"
+#include "app/panel/qt/theme.h"
 #include "app/panel/qt/tray_application.h"
 
 namespace tarnwick {
@@ -27,7 +28,7 @@ int run(const PanelPicture& picture) {
     qunsetenv(name);
   Arguments arguments;
   const QApplication toolkit(arguments.count, arguments.words);
-  QApplication::setStyle(QStringLiteral("Fusion"));
+  Theme::install();
   return savePicture(picture) ? 0 : 1;
 }
 

@@ -1,5 +1,8 @@
 #include "app/panel/qt/theme.h"
 
+#include <QApplication>
+#include <QIcon>
+#include <QStandardPaths>
 #include <QStringList>
 
 namespace tarnwick {
@@ -52,6 +55,17 @@ QPalette Theme::palette() const {
   palette.setColor(QPalette::Highlight, link());
   palette.setColor(QPalette::HighlightedText, dark_ ? QColor(Qt::black) : QColor(Qt::white));
   return palette;
+}
+
+void Theme::install() {
+  QApplication::setStyle(QStringLiteral("Fusion"));
+  QIcon::setThemeSearchPaths(QIcon::themeSearchPaths() +
+                             QStandardPaths::locateAll(QStandardPaths::GenericDataLocation,
+                                                       QStringLiteral("icons"),
+                                                       QStandardPaths::LocateDirectory));
+  if (QIcon::themeName().isEmpty()) QIcon::setThemeName(QStringLiteral("hicolor"));
+  QIcon::setFallbackThemeName(QStringLiteral("hicolor"));
+  QIcon::setFallbackSearchPaths({QStringLiteral("/usr/share/pixmaps")});
 }
 
 QFont Theme::font(FontRole role) {

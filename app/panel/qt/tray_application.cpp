@@ -130,9 +130,7 @@ int runTrayApplication(const PanelApplication& application) {
   QApplication::setApplicationName(QStringLiteral("tarnwick"));
   QApplication::setApplicationDisplayName(QStringLiteral("Tarnwick"));
   QApplication::setQuitOnLastWindowClosed(false);
-  QApplication::setStyle(QStringLiteral("Fusion"));
-  QIcon::setFallbackThemeName(QStringLiteral("hicolor"));
-  QIcon::setFallbackSearchPaths({QStringLiteral("/usr/share/pixmaps")});
+  Theme::install();
   const TrayApplication running(application, instance);
   return QApplication::exec();
 }

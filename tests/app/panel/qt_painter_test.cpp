@@ -40,8 +40,8 @@ class Toolkit : public testing::Environment {
   void SetUp() override {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("XDG_RUNTIME_DIR", folder_.path().toUtf8());
-    QApplication::setStyle(QStringLiteral("Fusion"));
     toolkit_ = std::make_unique<QApplication>(count_, words_);
+    Theme::install();
   }
   void TearDown() override { toolkit_.reset(); }
 
