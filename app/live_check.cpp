@@ -17,12 +17,12 @@ std::vector<std::string> enginePlaces(const Self& self) {
 
 }  // namespace
 
-LiveCheck::LiveCheck(const Self& self, bool prTitles)
+LiveCheck::LiveCheck(const Self& self, std::function<bool()> prTitles)
     : marks_(processorMilliseconds),
       places_(self.home),
       docker_(transport_, enginePlaces(self)),
       browsers_(liveBrowsers(tools_)),
-      git_(tools_, places_, clock_, self.home, prTitles),
+      git_(tools_, places_, clock_, self.home, std::move(prTitles)),
       claude_(self.home),
       surroundings_(self, git_, claude_, places_),
       machine_(liveMachine(self)),

@@ -2,6 +2,7 @@
 // check, and the answers to what the rules ask. One thread at a time.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
@@ -32,8 +33,8 @@ class LiveCheck {
   // Between the two looks of a check that is shown to somebody, in seconds.
   static constexpr double checkSeconds = 1.0;
 
-  // `prTitles`: pull-request titles may be looked up over the network.
-  LiveCheck(const Self& self, bool prTitles);
+  // `prTitles`: may pull-request titles be looked up over the network? Asked whenever one is wanted.
+  LiveCheck(const Self& self, std::function<bool()> prTitles);
 
   // Samples the machine; blocks for about `interval` seconds.
   Snapshot scan(double interval);

@@ -17,4 +17,7 @@ std::unique_ptr<Browsers> liveBrowsers(ToolRunner& tools);
 std::unique_ptr<FixTargets> liveFixTargets(const LiveFixTargets::Parts& parts, LiveMachine& machine,
                                            const Self& self);
 
+// Did the user choose for good that pull-request titles are looked up? Any thread.
+bool prTitlesChosen(const Self& self);
+
 }  // namespace tarnwick

@@ -6,8 +6,10 @@
 #include "app/explain.h"
 #include "app/help.h"
 #include "app/live_check.h"
+#include "app/live_parts.h"
 #include "app/live_services.h"
 #include "app/output.h"
+#include "app/panel/panel_jobs.h"
 #include "app/self_test.h"
 #include "diagnosis/findings.h"
 #include "diagnosis/report.h"
@@ -17,9 +19,17 @@
 namespace tarnwick {
 namespace {
 
+// Demos and measurements never look anything up over the network.
+bool never() { return false; }
+
+// May pull-request titles be looked up? The user says so for this run or for good.
+std::function<bool()> prTitles(const CommandLine& commandLine, const Self& self) {
+  return [asked = commandLine.prTitles, self] { return asked || prTitlesChosen(self); };
+}
+
 // Absent when there is no scenario of that name.
 std::optional<Check> checkDemo(const std::optional<std::string>& scenario, const Self& self) {
-  LiveCheck live(self, false);
+  LiveCheck live(self, never);
   auto demo = demoSnapshot(SystemClock().now(), scenario, self);
   if (!demo) return std::nullopt;
   DemoSurroundings surroundings(*demo, live.surroundings());
@@ -29,7 +39,7 @@ std::optional<Check> checkDemo(const std::optional<std::string>& scenario, const
 
 Check checkLive(const CommandLine& commandLine, const Self& self) {
   const WaitingLine waiting("Checking your Mac…");
-  LiveCheck live(self, commandLine.prTitles);
+  LiveCheck live(self, prTitles(commandLine, self));
   return LiveServices(live, {}).check({});
 }
 
@@ -61,8 +71,34 @@ int runExplain(const CommandLine& commandLine) {
   return printText(explain(commandLine.evidence, systemLanguageModel().get()).value_or(""));
 }
 
+int runSnapshot(const CommandLine& commandLine, const Self& self) {
+  const auto check =
+      commandLine.live ? std::optional(checkLive(commandLine, self)) : checkDemo(commandLine.scenario, self);
+  if (!check) return complainUnknownScenario(commandLine);
+  writePanelImage({.snapshot = check->snapshot,
+                   .found = check->found,
+                   .dark = commandLine.dark,
+                   .open = commandLine.open,
+                   .path = commandLine.imagePath});
+  return 0;  // a picture that could not be drawn or written is not said
+}
+
+int runApplication(const CommandLine& commandLine, const Self& self) {
+  LiveCheck live(self, prTitles(commandLine, self));
+  const std::unique_ptr<PanelSettings> settings = userPanelSettings(self);
+  std::optional<LiveServices> services;
+  return showApplication({.makeModel =
+                              [&](Executor& executor, PanelApplication::CopyText copyText) {
+                                services.emplace(live, std::move(copyText));
+                                return std::make_unique<Model>(executor, *services);
+                              },
+                          .now = [&] { return live.clock().now(); },
+                          .settings = settings.get(),
+                          .exercise = commandLine.exercise});
+}
+
 int runBenchmark(const Self& self) {
-  LiveCheck live(self, false);
+  LiveCheck live(self, never);
   int status = 0;
   runBench({.scan = [&](double interval) { return live.scan(interval); },
             .findings = [&](const Snapshot& snapshot) { return live.findings(snapshot, {}); }},
@@ -71,7 +107,7 @@ int runBenchmark(const Self& self) {
 }
 
 int runSelfTest(const Self& self) {
-  LiveCheck live(self, false);
+  LiveCheck live(self, never);
   const auto mismatch = firstMismatch(expectedDiagnoses(), SystemClock().now(), live.surroundings());
   if (mismatch) fault(*mismatch);
   return printText("selftest ok\n");
@@ -97,11 +133,11 @@ int run(const CommandLine& commandLine) {
     case Mode::version:
       return printText(versionText());
     case Mode::snapshot:
-      return complain("--snapshot is not part of this version yet.");
+      return runSnapshot(commandLine, self);
     case Mode::application:
-      break;
+      return runApplication(commandLine, self);
   }
-  return complain("the desktop application is not part of this version yet; try --print or --help.");
+  return 0;
 }
 
 }  // namespace tarnwick

@@ -113,7 +113,7 @@ void GitReader::readLastCommit(const std::string& dir, Git& git) {
 
 std::optional<std::string> GitReader::prTitle(const std::optional<std::string>& repo,
                                               const std::optional<std::string>& pr) {
-  if (!prTitlesWanted_ || !repo || !pr || !places_.ghBin()) return std::nullopt;
+  if (!repo || !pr || !prTitlesWanted_() || !places_.ghBin()) return std::nullopt;
   const std::string key = *repo + "#" + *pr;
   const auto known = prCache.find(key);
   if (known != prCache.end()) return known->second;

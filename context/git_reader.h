@@ -3,6 +3,7 @@
 // absent or empty. Used from the thread that runs the rules, one run at a time.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -20,13 +21,15 @@ class GitReader {
   // An answer about a repository is good for so long, in seconds.
   static constexpr double answerSeconds = 300;
 
-  // What is handed in must outlive the reader. `prTitlesWanted`: the user let gh ask over the network.
-  GitReader(ToolRunner& runner, ToolPlaces& places, Clock& clock, std::string home, bool prTitlesWanted)
+  // What is handed in must outlive the reader. `prTitlesWanted`: does the user let gh ask over the network at
+  // this moment?
+  GitReader(ToolRunner& runner, ToolPlaces& places, Clock& clock, std::string home,
+            std::function<bool()> prTitlesWanted)
       : runner_(runner),
         places_(places),
         clock_(clock),
         home_(std::move(home)),
-        prTitlesWanted_(prTitlesWanted) {}
+        prTitlesWanted_(std::move(prTitlesWanted)) {}
 
   // The repository whose top folder is `dir`, an absolute path, from `gitCache` where possible. Absent when
   // it is none, and always inside the home's Library.
@@ -39,15 +42,13 @@ class GitReader {
   std::optional<std::string> prTitle(const std::optional<std::string>& repo,
                                      const std::optional<std::string>& pr);
 
-  // Lays an answer about `dir` into `gitCache`, as if it had just been read.
-  void remember(const std::string& dir, const std::optional<Git>& answer);
-
  private:
   struct Answer {
     Timestamp at;
     std::optional<Git> git;
   };
 
+  void remember(const std::string& dir, const std::optional<Git>& answer);
   bool isFresh(const Answer& answer, Timestamp now) const;
   void readLastCommit(const std::string& dir, Git& git);
 
@@ -55,7 +56,7 @@ class GitReader {
   ToolPlaces& places_;
   Clock& clock_;
   const std::string home_;
-  const bool prTitlesWanted_;
+  const std::function<bool()> prTitlesWanted_;
   std::map<std::string, Answer> gitCache;                     // by directory, absent answers included
   std::map<std::string, std::optional<std::string>> prCache;  // by "owner/name#number", for the whole run
 };

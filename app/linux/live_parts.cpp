@@ -1,6 +1,7 @@
 #include "app/live_parts.h"
 
 #include "app/linux/linux_fix_targets.h"
+#include "app/linux/user_defaults.h"
 #include "context/linux/linux_browsers.h"
 #include "sampling/linux/linux_process_source.h"
 
@@ -15,5 +16,7 @@ std::unique_ptr<FixTargets> liveFixTargets(const LiveFixTargets::Parts& parts, L
   return std::make_unique<LinuxFixTargets>(parts, machine.workspace(),
                                            LinuxSignals(self.uid, processes.clock()));
 }
+
+bool prTitlesChosen(const Self& self) { return UserDefaults(configFolder(self.home)).isTrue("prTitles"); }
 
 }  // namespace tarnwick

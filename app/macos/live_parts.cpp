@@ -1,5 +1,6 @@
 #include "app/live_parts.h"
 
+#include "app/macos/applications.h"
 #include "app/macos/macos_fix_targets.h"
 #include "context/macos/macos_browsers.h"
 
@@ -11,5 +12,7 @@ std::unique_ptr<FixTargets> liveFixTargets(const LiveFixTargets::Parts& parts, L
                                            const Self& self) {
   return std::make_unique<MacosFixTargets>(parts, self.uid);
 }
+
+bool prTitlesChosen(const Self& /*self*/) { return isDefaultTrue("prTitles"); }
 
 }  // namespace tarnwick

@@ -15,9 +15,12 @@ namespace tarnwick {
 
 // The normal run: icon, panel and main loop.
 struct PanelApplication {
-  // Makes the model for an executor whose main-thread tasks run on the toolkit's loop. Called once; the
-  // executor outlives the model, and what the model needs besides must outlive showApplication().
-  std::function<std::unique_ptr<Model>(Executor&)> makeModel;
+  using CopyText = std::function<void(const std::string&)>;
+
+  // Makes the model for an executor whose main-thread tasks run on the toolkit's loop, and with the
+  // toolkit's pasteboard. Called once; both outlive the model, and what it needs besides must outlive
+  // showApplication().
+  std::function<std::unique_ptr<Model>(Executor&, CopyText)> makeModel;
   std::function<Timestamp()> now;
   PanelSettings* settings = nullptr;  // not owned, never null
   bool exercise = false;              // open, open one card and close by themselves after 1, 4 and 9 seconds

@@ -2,6 +2,7 @@
 // Main thread.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -44,5 +45,8 @@ class PanelSettings {
   virtual bool prTitles() = 0;
   virtual void setPrTitles(bool on) = 0;
 };
+
+// The user's choices on this system.
+std::unique_ptr<PanelSettings> userPanelSettings(const Self& self);
 
 }  // namespace tarnwick

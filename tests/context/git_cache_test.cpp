@@ -30,8 +30,8 @@ class GitCacheTest : public testing::Test {
   RecordingToolRunner runner_;
   ToolPlaces places_{tools()};
   FakeClock clock_;
-  GitReader reader_{runner_, places_, clock_, home_, false};
-  GitReader askingReader_{runner_, places_, clock_, home_, true};
+  GitReader reader_{runner_, places_, clock_, home_, [] { return false; }};
+  GitReader askingReader_{runner_, places_, clock_, home_, [] { return true; }};
 };
 
 TEST_F(GitCacheTest, AnAnswerIsGoodForLessThanFiveMinutes) {
@@ -62,14 +62,6 @@ TEST_F(GitCacheTest, AnAbsentAnswerIsKeptJustAsLong) {
   EXPECT_EQ(reader_.git(project_), std::nullopt);
   clock_.turn(1);
   EXPECT_TRUE(reader_.git(project_));
-}
-
-TEST_F(GitCacheTest, APreparedAnswerIsGivenLikeOneThatWasRead) {
-  const Git prepared{"shop", "main", "Subject", "2 days ago", true, "acme/shop"};
-  reader_.remember("/nowhere/shop", prepared);
-  EXPECT_EQ(reader_.git("/nowhere/shop"), prepared);
-  clock_.turn(300);
-  EXPECT_EQ(reader_.git("/nowhere/shop"), std::nullopt);
 }
 
 TEST_F(GitCacheTest, TheLibraryOfTheHomeIsNeverRead) {
@@ -109,8 +101,11 @@ TEST_F(GitCacheTest, TitlesAreNeverAskedForUnlessTheUserWantsThem) {
   EXPECT_EQ(reader_.prTitle("acme/shop", "42"), std::nullopt);
   EXPECT_EQ(askingReader_.prTitle(std::nullopt, "42"), std::nullopt);
   EXPECT_EQ(askingReader_.prTitle("acme/shop", std::nullopt), std::nullopt);
+  EXPECT_EQ(askingReader_.prTitle("acme/shop", "--web"), std::nullopt) << "an option, not a branch";
+  EXPECT_EQ(askingReader_.prTitle("-x/shop", "42"), std::nullopt);
   ToolPlaces none{ToolCandidates{}};
-  EXPECT_EQ(GitReader(runner_, none, clock_, home_, true).prTitle("acme/shop", "42"), std::nullopt);
+  EXPECT_EQ(GitReader(runner_, none, clock_, home_, [] { return true; }).prTitle("acme/shop", "42"),
+            std::nullopt);
   EXPECT_TRUE(runner_.calls.empty());
 }
 

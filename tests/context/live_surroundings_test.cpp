@@ -20,7 +20,7 @@ class LiveSurroundingsTest : public testing::Test {
   FakeClock clock_;
   ToolPlaces none_{ToolCandidates{}};
   ToolPlaces simctl_{ToolCandidates{"", {}, {home_.script("simctl", "exit 0")}, {}}};
-  GitReader gitReader_{runner_, none_, clock_, home_.path(), false};
+  GitReader gitReader_{runner_, none_, clock_, home_.path(), [] { return false; }};
   ClaudeReader claudeReader_{home_.path()};
   LiveSurroundings live_{Self{7, 501, home_.path()}, gitReader_, claudeReader_, none_};
 };

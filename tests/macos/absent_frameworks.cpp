@@ -26,5 +26,7 @@ std::optional<std::string> propertyListText(const std::string& /*list*/, const s
 void askApplicationsToQuit(const std::string& /*bundleID*/) {}
 std::optional<bool> openAddress(const std::string& /*address*/) { return false; }
 void copyToPasteboard(const std::string& /*text*/) {}
+bool isDefaultTrue(const std::string& /*name*/) { return false; }
+void setDefault(const std::string& /*name*/, bool /*value*/) {}
 
 }  // namespace tarnwick

@@ -17,4 +17,8 @@ std::string executablePath() {
 UserPanelSettings::UserPanelSettings(const std::string& home)
     : loginItem_(configFolder(home), executablePath()), defaults_(configFolder(home)) {}
 
+std::unique_ptr<PanelSettings> userPanelSettings(const Self& self) {
+  return std::make_unique<UserPanelSettings>(self.home);
+}
+
 }  // namespace tarnwick

@@ -1,6 +1,7 @@
 #include "app/panel/qt/tray_application.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QCursor>
 #include <QElapsedTimer>
 #include <QPainter>
@@ -17,6 +18,10 @@
 
 namespace tarnwick {
 namespace {
+
+void copyToClipboard(const std::string& text) {
+  QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+}
 
 constexpr int patienceWithTray = 2000;  // milliseconds; at login the tray may start after the program
 constexpr qint64 sameClick = 300;       // milliseconds between losing the focus and the click that took it
@@ -44,7 +49,7 @@ class TrayApplication : public QObject {
         }),
         appearance_(this),
         tray_(this),
-        model_(application.makeModel(executor_)),
+        model_(application.makeModel(executor_, copyToClipboard)),
         popup_(
             appearance_, [this] { return anchor(); },
             [this](const PanelAction& action) { controller_.perform(action); }),

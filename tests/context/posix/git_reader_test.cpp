@@ -34,7 +34,7 @@ class GitReaderTest : public testing::Test {
 
   GitWorld world_;
   FakeClock clock_;
-  GitReader reader_{world_.runner, world_.places, clock_, world_.folder.at("home"), false};
+  GitReader reader_{world_.runner, world_.places, clock_, world_.folder.at("home"), [] { return false; }};
 };
 
 TEST_F(GitReaderTest, AMainCheckoutOnABranchAndDetached) {
