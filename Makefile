@@ -3,12 +3,19 @@
 
 ARGS ?= --print
 
-.PHONY: all run test bench check check-macos format tidy install clean deps-run deps-test deps-bench deps-check deps-macos
+.PHONY: all run tray test bench check check-macos format install clean deps-run deps-tray deps-test deps-bench deps-check deps-macos
 
 all: release
 
 run: release
 	@build/release/tarnwick $(ARGS)
+
+# The application in the tray. Needs Qt, which the command line does without.
+tray: deps-tray
+	@mkdir -p build
+	@{ cmake --preset release -DTARNWICK_PANEL=ON && cmake --build --preset release; } >build/release.log 2>&1 \
+	  || { cat build/release.log >&2; exit 1; }
+	build/release/tarnwick
 
 # Quiet unless something fails: what `make run` prints is the report.
 release: deps-run
@@ -43,5 +50,5 @@ install: release
 clean:
 	rm -rf build
 
-deps-run deps-test deps-bench deps-check deps-macos:
+deps-run deps-tray deps-test deps-bench deps-check deps-macos:
 	@tools/install-deps $(@:deps-%=%)

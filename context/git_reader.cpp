@@ -114,6 +114,8 @@ void GitReader::readLastCommit(const std::string& dir, Git& git) {
 std::optional<std::string> GitReader::prTitle(const std::optional<std::string>& repo,
                                               const std::optional<std::string>& pr) {
   if (!repo || !pr || !prTitlesWanted_() || !places_.ghBin()) return std::nullopt;
+  // `pr` may be a branch's name, which a file in somebody's folder says: gh must not take it for an option.
+  if (pr->starts_with('-') || repo->starts_with('-')) return std::nullopt;
   const std::string key = *repo + "#" + *pr;
   const auto known = prCache.find(key);
   if (known != prCache.end()) return known->second;

@@ -90,7 +90,7 @@ TEST_F(GitReaderTest, FilesThatAreNoFilesAreUnreadable) {
   ASSERT_EQ(::mkfifo((dir + "/.git/config").c_str(), 0600), 0);
   fs::resize_file(dir + "/.git/HEAD", 2'147'483'648U);
   ToolPlaces none{ToolCandidates{}};
-  GitReader withoutGit(world_.runner, none, clock_, "/home", false);
+  GitReader withoutGit(world_.runner, none, clock_, "/home", [] { return false; });
   EXPECT_EQ(withoutGit.readGit(dir), (Git{"shop", "", "", "", false, std::nullopt}));
 
   const std::string pipe = world_.folder.at("pipe");
