@@ -57,8 +57,8 @@ class Walk {
     const int inner = outer - insets.left() - insets.right();
     const QSize used = stack.direction == Stack::Direction::vertical ? fillColumn(stack, inner, box)
                                                                      : fillRow(stack, inner, box);
-    const QSize whole = used.grownBy(insets);
-    box->resize(stack.width ? outer : whole.width(), whole.height());
+    const QSize fitting = used.grownBy(insets);
+    box->resize(stack.width ? outer : fitting.width(), fitting.height());
     return box;
   }
 

@@ -13,7 +13,7 @@ Finding docker() {
       .detail =
           "Docker runs your containers inside a virtual machine, and that machine keeps the memory it "
           "once asked for. 2 containers are running: storefront-db (780 MB) and storefront-redis (120 MB).",
-      .bytes = 8 * 1024 * mib,
+      .bytes = 8192 * mib,
       .actions = {{"Quit Docker", {QuitApp{"com.docker.docker"}}}},
       .steps = {{"Quit Docker when you do not need it.",
                  Action{"Quit Docker", {QuitApp{"com.docker.docker"}}}},
@@ -63,7 +63,7 @@ Finding testRun() {
 Snapshot sampleSnapshot() {
   return {.diskFree = 140 * gib,
           .diskTotal = 256 * gib,
-          .ram = 16 * 1024 * mib,
+          .ram = 16384 * mib,
           .cpuBusy = 0.12,
           .cores = 10,
           .now = sampleTime};

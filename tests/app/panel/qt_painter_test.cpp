@@ -30,7 +30,6 @@ namespace tarnwick {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 
@@ -68,7 +67,7 @@ class QtPanel : public testing::Test {
     executor.runAll();
     services.calls.clear();
   }
-  ~QtPanel() override { controller.close(); }
+  void TearDown() override { controller.close(); }
 
   QAbstractButton* button(const QString& id) {
     auto* found = popup.widget().findChild<QAbstractButton*>(id);
@@ -227,7 +226,7 @@ double luminance(const QColor& colour) {
 }
 
 double contrast(const QColor& one, const QColor& other) {
-  const auto [low, high] = std::minmax(luminance(one), luminance(other));
+  const auto [low, high] = std::minmax({luminance(one), luminance(other)});
   return (high + 0.05) / (low + 0.05);
 }
 
