@@ -8,7 +8,7 @@ void ProcessTable::firstPass() {
   source_.beginPass();
   firstWall_ = source_.wallTime();
   firstTimes_.clear();
-  const std::vector<Pid> pids = source_.myPids();
+  const std::vector<Pid> pids = source_.pidsToTime();
   firstTimes_.reserve(pids.size());
   for (const Pid pid : pids) {
     if (const auto time = source_.processorTime(pid)) firstTimes_.insert_or_assign(pid, *time);

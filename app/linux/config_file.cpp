@@ -2,28 +2,22 @@
 
 #include <unistd.h>
 
+#include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <system_error>
+
+#include "sampling/tools/small_file.h"
 
 namespace tarnwick {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::uintmax_t largest = 64UL * 1024;
+constexpr std::size_t largest = 64UL * 1024;  // bytes
 
 }  // namespace
 
-std::string readConfigFile(const std::string& path) {
-  std::error_code failure;
-  if (!fs::is_regular_file(path, failure)) return {};  // a pipe would block
-  const std::uintmax_t size = fs::file_size(path, failure);
-  if (failure || size > largest) return {};
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
+std::string readConfigFile(const std::string& path) { return readSmallFile(path, largest).value_or(""); }
 
 bool replaceConfigFile(const std::string& path, const std::string& text) {
   std::error_code failure;
@@ -33,10 +27,10 @@ bool replaceConfigFile(const std::string& path, const std::string& text) {
   if (failure && target.empty()) return false;
   fs::create_directories(target.parent_path(), failure);
   const fs::path fresh = target.string() + "." + std::to_string(getpid());
-  std::ofstream file(fresh, std::ios::binary | std::ios::trunc);
-  file << text;
-  file.close();
-  if (file.good()) {
+  std::FILE* file = std::fopen(fresh.c_str(), "wb");
+  if (file == nullptr) return false;
+  const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
+  if (std::fclose(file) == 0 && written) {
     fs::rename(fresh, target, failure);
     if (!failure) return true;
   }

@@ -77,6 +77,9 @@ std::vector<Pid> LinuxProcessSource::myPids() {
   return pids;
 }
 
+// A live clock is cheap; in a recorded tree a time costs a file.
+std::vector<Pid> LinuxProcessSource::pidsToTime() { return live_ ? reader_.pids() : myPids(); }
+
 std::uint64_t LinuxProcessSource::wallTime() { return nanoseconds(CLOCK_MONOTONIC).value_or(0); }
 
 std::optional<std::uint64_t> LinuxProcessSource::processorTime(Pid pid) {
@@ -96,6 +99,7 @@ std::optional<ProcessFacts> LinuxProcessSource::facts(Pid pid) {
     timeAtFacts_ = nanoseconds(processorClock(pid));
     if (timeAtFacts_) stat_ = *kept;
   } else {
+    reader_.hold(pid);  // everything about it will be read
     stat_ = readStat(pid);
     if (stat_) stats_.keep(pid, *stat_);
   }

@@ -38,6 +38,7 @@ class LinuxProcessSource : public ProcessSource {
 
   void beginPass() override;
   std::vector<Pid> myPids() override;
+  std::vector<Pid> pidsToTime() override;
   std::uint64_t wallTime() override;
   std::optional<std::uint64_t> processorTime(Pid pid) override;
   // An orphan that the user's service manager adopted has parent 1, as if there were no such manager.

@@ -36,31 +36,6 @@ class ProcessPath {
   std::array<char, 64> text_{};
 };
 
-// Closes what it holds.
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  bool open() const { return number_ >= 0; }
-
-  // The number of bytes read; 0 at the end, below 0 on failure.
-  ssize_t read(std::span<char> buffer) const {
-    ssize_t count = -1;
-    do {
-      count = ::read(number_, buffer.data(), buffer.size());
-    } while (count < 0 && errno == EINTR);
-    return count;
-  }
-
- private:
-  int number_;
-};
-
 std::optional<Pid> pidOfName(std::string_view name) {
   Pid pid = 0;
   const char* end = name.data() + name.size();
@@ -91,13 +66,30 @@ std::optional<struct stat> folderInfo(int root, Pid pid) {
 
 }  // namespace
 
+Descriptor::~Descriptor() {
+  if (number_ >= 0) ::close(number_);
+}
+
+Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
+  std::swap(number_, other.number_);
+  return *this;
+}
+
+ssize_t Descriptor::read(std::span<char> buffer) const {
+  ssize_t count = -1;
+  do {
+    count = ::read(number_, buffer.data(), buffer.size());
+  } while (count < 0 && errno == EINTR);
+  return count;
+}
+
 void FolderCloser::operator()(DIR* folder) const { ::closedir(folder); }
 
 ProcReader::ProcReader(const std::string& root) : root_(folderAt(AT_FDCWD, root.c_str())) {}
 
 int ProcReader::at() const { return root_ ? ::dirfd(root_.get()) : -1; }
 
-std::vector<OwnedProcess> ProcReader::processesOf(std::uint32_t uid, std::size_t limit) const {
+std::vector<Pid> ProcReader::pids() const {
   if (!root_) return {};
   std::vector<Pid> all;
   ::rewinddir(root_.get());
@@ -105,13 +97,22 @@ std::vector<OwnedProcess> ProcReader::processesOf(std::uint32_t uid, std::size_t
     if (const auto pid = pidOfName(entry->d_name)) all.push_back(*pid);
   }
   std::sort(all.begin(), all.end());
+  return all;
+}
+
+std::vector<OwnedProcess> ProcReader::processesOf(std::uint32_t uid, std::size_t limit) const {
   std::vector<OwnedProcess> mine;
-  for (const Pid pid : all) {
+  for (const Pid pid : pids()) {
     if (mine.size() == limit) break;
     const auto info = folderInfo(at(), pid);
     if (info && info->st_uid == uid) mine.push_back({pid, info->st_ino});
   }
   return mine;
+}
+
+void ProcReader::hold(Pid pid) {
+  held_ = Descriptor(::openat(at(), ProcessPath(pid, "").text(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  heldPid_ = held_.open() ? pid : 0;
 }
 
 bool ProcReader::belongsTo(Pid pid, std::uint32_t uid) const {
@@ -124,17 +125,17 @@ std::optional<std::uint64_t> ProcReader::inode(Pid pid) const {
   return info ? std::optional<std::uint64_t>(info->st_ino) : std::nullopt;
 }
 
-std::optional<std::string_view> ProcReader::read(Pid pid, std::string_view file,
-                                                 std::span<char> buffer) const {
-  const Descriptor descriptor(::openat(at(), ProcessPath(pid, file).text(), openFlags));
+std::optional<std::string_view> ProcReader::read(Pid pid, const char* file, std::span<char> buffer) const {
+  const Descriptor descriptor(pid == heldPid_ ? ::openat(held_.number(), file, openFlags)
+                                              : ::openat(at(), ProcessPath(pid, file).text(), openFlags));
   if (!descriptor.open()) return std::nullopt;
   const ssize_t count = descriptor.read(buffer);
   if (count < 0) return std::nullopt;
   return std::string_view(buffer.data(), static_cast<std::size_t>(count));
 }
 
-std::string ProcReader::link(Pid pid, std::string_view file) const {
-  return linkAt(at(), ProcessPath(pid, file).text());
+std::string ProcReader::link(Pid pid, const char* file) const {
+  return pid == heldPid_ ? linkAt(held_.number(), file) : linkAt(at(), ProcessPath(pid, file).text());
 }
 
 std::vector<std::string> ProcReader::descriptors(Pid pid) const {
