@@ -8,7 +8,7 @@ namespace tarnwick {
 namespace {
 
 constexpr int sidePadding = 10;  // left and right of a small button's title
-constexpr int linkPadding = 2;   // room for the ring around a link
+constexpr int linkPadding = 0;   // a link stands where a text would
 constexpr int symbolSide = 24;   // what the pointer can hit around a lone symbol
 
 QString titleOf(const Button& button) { return QString::fromStdString(button.title); }
@@ -81,10 +81,16 @@ void ButtonView::paintEvent(QPaintEvent* /*event*/) {
     const bool link = button_.style == Button::Style::link;
     painter.setPen(link ? theme().link() : theme().colour(ColourRole::label));
     title_.draw(painter, {paddingOf(button_), (height() - title_.size().height()) / 2});
-    if (link && underMouse())
-      painter.drawLine(linkPadding, height() - 4, width() - linkPadding, height() - 4);
+    if (link) drawUnderline(painter);
   }
-  drawFocusRing(painter, 6);
+  if (button_.style != Button::Style::link) drawFocusRing(painter, 6);
+}
+
+// What the ring is to the other styles: thin under the pointer, thick with the keyboard.
+void ButtonView::drawUnderline(QPainter& painter) const {
+  if (!underMouse() && !hasFocus()) return;
+  const int thickness = hasFocus() ? 2 : 1;
+  painter.fillRect(0, height() - 3 - thickness, width(), thickness, theme().link());
 }
 
 void ButtonView::drawFace(QPainter& painter) const {

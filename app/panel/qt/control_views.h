@@ -9,7 +9,8 @@
 
 namespace tarnwick {
 
-// What both kinds share: Return works like the space bar, and a ring shows who has the keyboard.
+// What both kinds share: Return works like the space bar, and a ring or a thick line shows who has the
+// keyboard.
 class ControlView : public QPushButton {
   Q_OBJECT
  public:
@@ -36,6 +37,7 @@ class ButtonView : public ControlView {
 
  private:
   void drawFace(QPainter& painter) const;
+  void drawUnderline(QPainter& painter) const;
 
   Button button_;
   TextBlock title_;

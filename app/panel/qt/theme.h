@@ -18,7 +18,7 @@ class Theme {
   QColor colour(ColourRole role) const;
   QColor window() const;      // ground of the whole panel
   QColor outline() const;     // hairline around the panel and its buttons
-  QColor link() const;        // also the ring around the control that has the keyboard
+  QColor link() const;        // also what marks the control that has the keyboard
   QColor buttonFace() const;  // ground of a small button
   QColor hover() const;       // laid over what the pointer is on
   QPalette palette() const;   // for the toolkit's own parts: menus, selection, tool tips
