@@ -36,7 +36,7 @@ using Rule = std::vector<Finding> (*)(const Snapshot&, Surroundings&);
 void measure(benchmark::State& state, Rule rule) {
   Nowhere nowhere;
   const Snapshot machine = generatedMachine(static_cast<int>(state.range(0)), nowhere.self());
-  for (auto _ : state) benchmark::DoNotOptimize(rule(machine, nowhere));
+  for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(rule(machine, nowhere));
   state.counters["per process"] =
       benchmark::Counter(static_cast<double>(state.range(0)),
                          benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
