@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "records/basics.h"
+#include "records/pid_map.h"
 
 namespace tarnwick {
 
@@ -101,7 +102,7 @@ struct ClaudeWork {
 };
 
 struct Snapshot {
-  std::map<Pid, Proc> procs;          // visited in ascending pid
+  PidMap<Proc> procs;                 // visited in ascending pid
   std::vector<Container> containers;  // running containers in the engine's order
   std::vector<RunningApp> apps;       // in the order the workspace lists them
   std::int64_t diskFree = 0;          // bytes free on "/"
@@ -113,11 +114,11 @@ struct Snapshot {
   double uptime = 0;                  // seconds since the machine started
   Timestamp now;                      // when the sample was complete
   ThermalState thermal = ThermalState::nominal;
-  std::int32_t pressure = 1;                 // memory pressure: 1 normal, 2 warning, 4 critical
-  std::optional<int> memorySaver;            // Chrome's Memory Saver state; absent when unknown
-  std::map<std::string, Access> access;      // per running scriptable browser, by bundle identifier
-  std::map<std::string, Tabs> tabs;          // per browser whose tabs could be read, by bundle identifier
-  std::map<Pid, std::vector<Pid>> children;  // derived by index(): parent to children, ascending
+  std::int32_t pressure = 1;             // memory pressure: 1 normal, 2 warning, 4 critical
+  std::optional<int> memorySaver;        // Chrome's Memory Saver state; absent when unknown
+  std::map<std::string, Access> access;  // per running scriptable browser, by bundle identifier
+  std::map<std::string, Tabs> tabs;      // per browser whose tabs could be read, by bundle identifier
+  PidMap<std::vector<Pid>> children;     // derived by index(): parent to children, ascending
 
   // Derives `children` from `procs`, from scratch. A parent that is not in `procs` gets an entry too.
   void index();

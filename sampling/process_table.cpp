@@ -15,11 +15,11 @@ void ProcessTable::firstPass() {
   }
 }
 
-std::map<Pid, Proc> ProcessTable::secondPass(Timestamp now) {
+PidMap<Proc> ProcessTable::secondPass(Timestamp now) {
   source_.beginPass();
   const std::uint64_t wallNow = source_.wallTime();
   const std::uint64_t wall = wallNow > firstWall_ ? wallNow - firstWall_ : 0;
-  std::map<Pid, Proc> procs;
+  PidMap<Proc> procs;
   KnownByPid fresh;
   for (const Pid pid : source_.myPids()) {
     const auto facts = source_.facts(pid);
@@ -35,7 +35,7 @@ std::map<Pid, Proc> ProcessTable::secondPass(Timestamp now) {
     proc.app = entry.app;
     measure(proc, wall);
     if (!proc.app) readSurroundings(proc, now);
-    procs.insert_or_assign(procs.end(), pid, std::move(proc));
+    procs[pid] = std::move(proc);
   }
   known = std::move(fresh);
   return procs;

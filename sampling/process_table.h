@@ -28,7 +28,7 @@ class ProcessTable {
   void firstPass();
 
   // Ends that interval and reads every process. `now` is the time of day, for the age of processes.
-  std::map<Pid, Proc> secondPass(Timestamp now);
+  PidMap<Proc> secondPass(Timestamp now);
 
  private:
   // What stays true while a pid keeps its start time.

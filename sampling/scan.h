@@ -61,7 +61,7 @@ class Scan {
 
   // The processes at the end of an interval, and the share of processor time that was busy in it.
   struct Interval {
-    std::map<Pid, Proc> procs;
+    PidMap<Proc> procs;
     double cpuBusy = 0;
   };
 

@@ -85,7 +85,7 @@ TEST_F(LinuxProcessSourceTest, ABusyChildIsBusyAndAnIdleOneIsNot) {
   });
   const Child idle([] {});
   ProcessTable table(source);
-  std::map<Pid, Proc> procs;
+  PidMap<Proc> procs;
   ASSERT_TRUE(waitFor([&] {
     table.firstPass();
     std::this_thread::sleep_for(std::chrono::milliseconds(50));

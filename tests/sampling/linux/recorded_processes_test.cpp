@@ -24,7 +24,7 @@ std::uint64_t pageSize() { return static_cast<std::uint64_t>(::sysconf(_SC_PAGES
 
 class RecordedProcessesTest : public testing::Test {
  protected:
-  std::map<Pid, Proc> sample(double now = boot + 100) {
+  PidMap<Proc> sample(double now = boot + 100) {
     LinuxProcessSource source(tree.options());
     ProcessTable table(source);
     table.firstPass();
