@@ -4,6 +4,7 @@
 // source may answer the others from what it read then. Used by one thread at a time.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -34,12 +35,15 @@ class ProcessSource {
   // Called once before the questions of a pass; what is cached for one pass is dropped here.
   virtual void beginPass() = 0;
 
-  // The user's processes, in the kernel's order, at most 8,192 of them; empty on failure.
+  // Intended: a user with more processes sees the first ones.
+  static constexpr std::size_t mostProcesses = 8'192;
+
+  // The user's processes, in the kernel's order, at most `mostProcesses`; empty on failure.
   virtual std::vector<Pid> myPids() = 0;
 
-  // The processes whose processor time the first pass notes: at least the user's. A system where asking
-  // whose a process is costs more than asking for its time names others too.
-  virtual std::vector<Pid> pidsToTime() { return myPids(); }
+  // The processes that a pass asks about: at least those of myPids(), in that order. A system that tells
+  // whose a process is along with the other facts names others' too; those have no facts.
+  virtual std::vector<Pid> candidates() { return myPids(); }
 
   // A clock that ticks in the same unit as processor times, so that their quotient is in cores.
   virtual std::uint64_t wallTime() = 0;
@@ -47,7 +51,7 @@ class ProcessSource {
   // User + system processor time so far; absent when the process is gone or cannot be read.
   virtual std::optional<std::uint64_t> processorTime(Pid pid) = 0;
 
-  // Absent when the process is gone or cannot be read.
+  // Absent when the process is gone, cannot be read or is not the user's.
   virtual std::optional<ProcessFacts> facts(Pid pid) = 0;
 
   // The executable's path; empty when it cannot be read.

@@ -8,7 +8,7 @@ void ProcessTable::firstPass() {
   source_.beginPass();
   firstWall_ = source_.wallTime();
   firstTimes_.clear();
-  const std::vector<Pid> pids = source_.pidsToTime();
+  const std::vector<Pid> pids = source_.candidates();
   firstTimes_.reserve(pids.size());
   for (const Pid pid : pids) {
     if (const auto time = source_.processorTime(pid)) firstTimes_.insert_or_assign(pid, *time);
@@ -21,7 +21,8 @@ PidMap<Proc> ProcessTable::secondPass(Timestamp now) {
   const std::uint64_t wall = wallNow > firstWall_ ? wallNow - firstWall_ : 0;
   PidMap<Proc> procs;
   KnownByPid fresh;
-  for (const Pid pid : source_.myPids()) {
+  for (const Pid pid : source_.candidates()) {
+    if (procs.size() == ProcessSource::mostProcesses) break;
     const auto facts = source_.facts(pid);
     if (!facts) continue;
     const Known& entry = knowledge(pid, facts->started, fresh);

@@ -52,6 +52,9 @@ std::optional<std::uint64_t> kilobyteField(std::string_view text, std::string_vi
 // When the machine started, seconds since 1970: the line "btime" of the file /proc/stat.
 std::optional<std::int64_t> bootTime(std::string_view text);
 
+// The pid that the kernel gave out last, from the file /proc/loadavg; absent too for 0, nobody's.
+std::optional<Pid> newestPid(std::string_view text);
+
 // The arguments in PID/cmdline. Each ends with a zero byte, which the last may lack; empty ones stay.
 std::vector<std::string> procArguments(std::string_view bytes);
 

@@ -63,22 +63,27 @@ LinuxProcessSource::LinuxProcessSource(LinuxProcessOptions options)
 void LinuxProcessSource::beginPass() {
   memory_.beginPass();
   ports_.beginPass();
+  stats_.beginPass();
   statPid_ = 0;
   if (argumentBuffer_.size() != firstArgumentBytes) argumentBuffer_ = std::vector<char>(firstArgumentBytes);
   userManagers_.clear();
   applicationsHaveUnits_.reset();
 }
 
-std::vector<Pid> LinuxProcessSource::myPids() {
-  std::vector<OwnedProcess> mine = reader_.processesOf(options_.uid, mostProcesses);
-  std::vector<Pid> pids(mine.size());
-  std::ranges::transform(mine, pids.begin(), &OwnedProcess::pid);
-  stats_.beginPass(std::move(mine));
-  return pids;
-}
+std::vector<Pid> LinuxProcessSource::myPids() { return reader_.pidsOf(options_.uid, mostProcesses); }
 
-// A live clock is cheap; in a recorded tree a time costs a file.
-std::vector<Pid> LinuxProcessSource::pidsToTime() { return live_ ? reader_.pids() : myPids(); }
+// To ask whose a process is costs more than its clock, but in a recorded tree a time costs a file. The list
+// is a tenth of a check: it is made anew only when the kernel has given out a pid since. Asked before the
+// list is made, so that a process which misses the list shows in the next answer.
+std::vector<Pid> LinuxProcessSource::candidates() {
+  if (!live_) return myPids();
+  const auto newest = reader_.newest();
+  if (!newest || newest != listedAt_) {
+    listed_ = reader_.pids();
+    listedAt_ = newest;
+  }
+  return listed_;
+}
 
 std::uint64_t LinuxProcessSource::wallTime() { return nanoseconds(CLOCK_MONOTONIC).value_or(0); }
 
@@ -94,14 +99,15 @@ std::optional<ProcessFacts> LinuxProcessSource::facts(Pid pid) {
   statPid_ = pid;
   stat_.reset();
   timeAtFacts_.reset();
-  if (const ProcStat* kept = stats_.find(pid)) {
+  const auto folder = reader_.hold(pid);
+  if (!folder || folder->uid != options_.uid) return std::nullopt;
+  if (const ProcStat* kept = stats_.find(pid, folder->inode)) {
     // Asked here rather than with the usage, because it also tells that the process has not ended since.
     timeAtFacts_ = nanoseconds(processorClock(pid));
     if (timeAtFacts_) stat_ = *kept;
   } else {
-    reader_.hold(pid);  // everything about it will be read
     stat_ = readStat(pid);
-    if (stat_) stats_.keep(pid, *stat_);
+    if (stat_) stats_.keep(pid, folder->inode, *stat_);
   }
   if (!stat_) return std::nullopt;
   userManagers_[pid] = looksLikeUserManager(*stat_);
@@ -112,13 +118,12 @@ std::optional<ProcessFacts> LinuxProcessSource::facts(Pid pid) {
 }
 
 std::string LinuxProcessSource::path(Pid pid) {
-  return hasProgram(pid) ? procLinkPath(reader_.link(pid, "exe")) : std::string();
+  return hasProgram(pid) ? procLinkPath(reader_.link(pid, "exe", textBuffer_)) : std::string();
 }
 
 std::optional<std::string> LinuxProcessSource::app(Pid pid, const std::string& /*path*/) {
   if (!applicationsHaveUnits() || !hasProgram(pid) || statOf(pid)->terminal != 0) return std::nullopt;
-  std::array<char, 4096> buffer{};
-  const auto text = reader_.read(pid, "cgroup", buffer);
+  const auto text = reader_.read(pid, "cgroup", textBuffer_);
   const auto unit = text ? appUnitOfCgroup(*text) : std::nullopt;
   auto id = unit ? applicationID(*unit) : std::nullopt;
   if (!id || !options_.appDisplayName) return id;
@@ -150,16 +155,15 @@ std::optional<ProcessUsage> LinuxProcessSource::usage(Pid pid) {
 }
 
 std::string LinuxProcessSource::cwd(Pid pid) {
-  return hasProgram(pid) ? procLinkPath(reader_.link(pid, "cwd")) : std::string();
+  return hasProgram(pid) ? procLinkPath(reader_.link(pid, "cwd", textBuffer_)) : std::string();
 }
 
 std::vector<std::uint16_t> LinuxProcessSource::listenPorts(Pid pid) {
   return hasProgram(pid) ? ports_.of(pid) : std::vector<std::uint16_t>();
 }
 
-std::optional<ProcStat> LinuxProcessSource::readStat(Pid pid) const {
-  std::array<char, 2048> buffer{};
-  const auto text = reader_.read(pid, "stat", buffer);
+std::optional<ProcStat> LinuxProcessSource::readStat(Pid pid) {
+  const auto text = reader_.read(pid, "stat", textBuffer_);
   return text ? procStat(*text) : std::nullopt;
 }
 

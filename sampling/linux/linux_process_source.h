@@ -2,6 +2,7 @@
 // nanoseconds. Nothing here fails, see process_source.h. Used by one thread at a time.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -30,7 +31,6 @@ struct LinuxProcessOptions {
 
 class LinuxProcessSource : public ProcessSource {
  public:
-  static constexpr std::size_t mostProcesses = 8'192;  // intended: a user with more sees the first ones
   static constexpr std::size_t firstArgumentBytes = 65'536;
   static constexpr std::size_t mostArgumentBytes = 1'048'576;  // what lies beyond is cut
 
@@ -38,7 +38,7 @@ class LinuxProcessSource : public ProcessSource {
 
   void beginPass() override;
   std::vector<Pid> myPids() override;
-  std::vector<Pid> pidsToTime() override;
+  std::vector<Pid> candidates() override;
   std::uint64_t wallTime() override;
   std::optional<std::uint64_t> processorTime(Pid pid) override;
   // An orphan that the user's service manager adopted has parent 1, as if there were no such manager.
@@ -56,7 +56,7 @@ class LinuxProcessSource : public ProcessSource {
   const ProcClock& clock() const { return clock_; }
 
  private:
-  std::optional<ProcStat> readStat(Pid pid) const;
+  std::optional<ProcStat> readStat(Pid pid);
   // The stat that facts() read, while the questions are about the same process; else a fresh one.
   const std::optional<ProcStat>& statOf(Pid pid);
   // Kernel threads and ended processes have no memory, executable, arguments or folder.
@@ -74,13 +74,16 @@ class LinuxProcessSource : public ProcessSource {
   StatCache stats_;
   const ProcClock clock_;  // read once: the kernel derives the boot time from the clock, and that may be set
 
-  Pid statPid_ = 0;  // whose `stat_` is; 0 for nobody's
+  std::vector<Pid> listed_;  // all processes when `listedAt_` was the newest pid, and some that ended since
+  std::optional<Pid> listedAt_;  // absent: the list is to be made anew
+  Pid statPid_ = 0;              // whose `stat_` is; 0 for nobody's
   std::optional<ProcStat> stat_;
   std::optional<std::uint64_t>
-      timeAtFacts_;                   // the processor time of `statPid_`, where facts() has asked for it
-  std::vector<char> argumentBuffer_;  // grows at most once in a pass
-  std::unordered_map<Pid, bool> userManagers_;  // what this pass knows of each pid
-  std::optional<bool> applicationsHaveUnits_;   // absent until asked for in a pass
+      timeAtFacts_;  // the processor time of `statPid_`, where facts() has asked for it
+  std::array<char, ProcReader::longestLink> textBuffer_{};  // of the file or link that is being read
+  std::vector<char> argumentBuffer_;                        // grows at most once in a pass
+  std::unordered_map<Pid, bool> userManagers_;              // what this pass knows of each pid
+  std::optional<bool> applicationsHaveUnits_;               // absent until asked for in a pass
 };
 
 }  // namespace tarnwick

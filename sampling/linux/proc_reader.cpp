@@ -1,7 +1,9 @@
 #include "sampling/linux/proc_reader.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,12 +11,13 @@
 #include <cerrno>
 #include <charconv>
 
+#include "sampling/decode/proc_text.h"
+
 namespace tarnwick {
 namespace {
 
 // A recorded tree may hold anything, so opening must neither wait for a writer nor gain a terminal.
 constexpr int openFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-constexpr std::size_t longestLink = 4096;
 
 // "PID/file", or "PID" for an empty file, as a C string without an allocation.
 class ProcessPath {
@@ -44,10 +47,9 @@ std::optional<Pid> pidOfName(std::string_view name) {
   return pid;
 }
 
-std::string linkAt(int folder, const char* name) {
-  std::array<char, longestLink> target{};
-  const ssize_t length = ::readlinkat(folder, name, target.data(), target.size());
-  return length > 0 ? std::string(target.data(), static_cast<std::size_t>(length)) : std::string();
+std::string_view linkAt(int folder, const char* name, std::span<char> buffer) {
+  const ssize_t length = ::readlinkat(folder, name, buffer.data(), buffer.size());
+  return length > 0 ? std::string_view(buffer.data(), static_cast<std::size_t>(length)) : std::string_view();
 }
 
 Folder folderAt(int parent, const char* name) {
@@ -56,12 +58,6 @@ Folder folderAt(int parent, const char* name) {
   DIR* folder = ::fdopendir(number);
   if (folder == nullptr) ::close(number);
   return Folder(folder);
-}
-
-std::optional<struct stat> folderInfo(int root, Pid pid) {
-  struct stat info {};
-  if (::fstatat(root, ProcessPath(pid, "").text(), &info, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
-  return info;
 }
 
 }  // namespace
@@ -100,29 +96,44 @@ std::vector<Pid> ProcReader::pids() const {
   return all;
 }
 
-std::vector<OwnedProcess> ProcReader::processesOf(std::uint32_t uid, std::size_t limit) const {
-  std::vector<OwnedProcess> mine;
-  for (const Pid pid : pids()) {
-    if (mine.size() == limit) break;
-    const auto info = folderInfo(at(), pid);
-    if (info && info->st_uid == uid) mine.push_back({pid, info->st_ino});
+std::optional<Pid> ProcReader::newest() const {
+  const Descriptor descriptor(::openat(at(), "loadavg", openFlags));
+  // A container's own file laid over the kernel's may be seconds old.
+  struct statfs info {};
+  if (!descriptor.open() || ::fstatfs(descriptor.number(), &info) != 0 || info.f_type != PROC_SUPER_MAGIC) {
+    return std::nullopt;
   }
-  return mine;
+  std::array<char, 128> buffer{};
+  const ssize_t count = descriptor.read(buffer);
+  return count > 0 ? newestPid({buffer.data(), static_cast<std::size_t>(count)}) : std::nullopt;
 }
 
-void ProcReader::hold(Pid pid) {
-  held_ = Descriptor(::openat(at(), ProcessPath(pid, "").text(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-  heldPid_ = held_.open() ? pid : 0;
+std::optional<ProcessFolder> ProcReader::folder(Pid pid) const {
+  struct stat info {};
+  if (::fstatat(at(), ProcessPath(pid, "").text(), &info, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
+  return ProcessFolder{info.st_uid, info.st_ino};
 }
 
 bool ProcReader::belongsTo(Pid pid, std::uint32_t uid) const {
-  const auto info = folderInfo(at(), pid);
-  return info && info->st_uid == uid;
+  const auto its = folder(pid);
+  return its && its->uid == uid;
 }
 
-std::optional<std::uint64_t> ProcReader::inode(Pid pid) const {
-  const auto info = folderInfo(at(), pid);
-  return info ? std::optional<std::uint64_t>(info->st_ino) : std::nullopt;
+std::optional<ProcessFolder> ProcReader::hold(Pid pid) {
+  held_ = Descriptor(::openat(at(), ProcessPath(pid, "").text(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  heldPid_ = held_.open() ? pid : 0;
+  struct stat info {};
+  if (!held_.open() || ::fstat(held_.number(), &info) != 0) return std::nullopt;
+  return ProcessFolder{info.st_uid, info.st_ino};
+}
+
+std::vector<Pid> ProcReader::pidsOf(std::uint32_t uid, std::size_t limit) const {
+  std::vector<Pid> mine;
+  for (const Pid pid : pids()) {
+    if (mine.size() == limit) break;
+    if (belongsTo(pid, uid)) mine.push_back(pid);
+  }
+  return mine;
 }
 
 std::optional<std::string_view> ProcReader::read(Pid pid, const char* file, std::span<char> buffer) const {
@@ -134,17 +145,19 @@ std::optional<std::string_view> ProcReader::read(Pid pid, const char* file, std:
   return std::string_view(buffer.data(), static_cast<std::size_t>(count));
 }
 
-std::string ProcReader::link(Pid pid, const char* file) const {
-  return pid == heldPid_ ? linkAt(held_.number(), file) : linkAt(at(), ProcessPath(pid, file).text());
+std::string_view ProcReader::link(Pid pid, const char* file, std::span<char> buffer) const {
+  return pid == heldPid_ ? linkAt(held_.number(), file, buffer)
+                         : linkAt(at(), ProcessPath(pid, file).text(), buffer);
 }
 
 std::vector<std::string> ProcReader::descriptors(Pid pid) const {
   const Folder folder = folderAt(at(), ProcessPath(pid, "fd").text());
   if (!folder) return {};
   std::vector<std::string> targets;
+  std::array<char, longestLink> buffer{};
   while (const dirent* entry = ::readdir(folder.get())) {
-    auto target = linkAt(::dirfd(folder.get()), entry->d_name);
-    if (!target.empty()) targets.push_back(std::move(target));
+    const auto target = linkAt(::dirfd(folder.get()), entry->d_name, buffer);
+    if (!target.empty()) targets.emplace_back(target);
   }
   return targets;
 }

@@ -44,12 +44,11 @@ class Descriptor {
   int number_;
 };
 
-// A process and the inode of its folder, which tells it from any other process of the same pid.
-struct OwnedProcess {
-  Pid pid = 0;
+// The folder of a process. The kernel gives it to the effective user even where the files in it belong to
+// root because the process is protected. The inode tells the process from any other one of the same pid.
+struct ProcessFolder {
+  std::uint32_t uid = 0;
   std::uint64_t inode = 0;
-
-  bool operator==(const OwnedProcess&) const = default;
 };
 
 class ProcReader {
@@ -60,26 +59,32 @@ class ProcReader {
   // All processes, ascending.
   std::vector<Pid> pids() const;
 
-  // Keeps the folder of this process open, until the next call, so that its files are found without looking
-  // the process up each time. Worth it from three files on. Files of a process that ended read as absent.
-  void hold(Pid pid);
+  // The pid that the kernel gave out last, to a process or a thread; absent when the kernel itself does not
+  // say. While it stays the same, pids() gains nobody.
+  std::optional<Pid> newest() const;
 
-  // The first `limit` processes, ascending, whose folder belongs to `uid`. The kernel gives that folder to
-  // the effective user even where the files in it belong to root because the process is protected.
-  std::vector<OwnedProcess> processesOf(std::uint32_t uid, std::size_t limit) const;
+  // Absent when there is no such process.
+  std::optional<ProcessFolder> folder(Pid pid) const;
 
   // Does the process's folder belong to `uid`?
   bool belongsTo(Pid pid, std::uint32_t uid) const;
 
-  // The inode of the process's folder; absent when there is no such process.
-  std::optional<std::uint64_t> inode(Pid pid) const;
+  // As folder(), and keeps that folder open until the next call: the files of the process are then found
+  // without looking it up each time, and they are its own even when the pid goes to another one. Files of a
+  // process that ended read as absent.
+  std::optional<ProcessFolder> hold(Pid pid);
+
+  // The first `limit` processes, ascending, whose folder belongs to `uid`.
+  std::vector<Pid> pidsOf(std::uint32_t uid, std::size_t limit) const;
 
   // The part of a process's file that fits `buffer`, in one read: a second one could belong to a later
   // state of the process.
   std::optional<std::string_view> read(Pid pid, const char* file, std::span<char> buffer) const;
 
-  // What a process's link points to, as the kernel words it; empty when it cannot be read.
-  std::string link(Pid pid, const char* file) const;
+  // What a process's link points to, as the kernel words it, in `buffer` and cut to its size; empty when it
+  // cannot be read.
+  std::string_view link(Pid pid, const char* file, std::span<char> buffer) const;
+  static constexpr std::size_t longestLink = 4'096;
 
   // What the process's open descriptors point to, as the kernel words it.
   std::vector<std::string> descriptors(Pid pid) const;

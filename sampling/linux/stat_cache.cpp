@@ -1,38 +1,35 @@
 #include "sampling/linux/stat_cache.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace tarnwick {
 
-void StatCache::beginPass(std::vector<OwnedProcess> present) {
-  present_ = std::move(present);
+void StatCache::beginPass() {
+  if (!fresh_.empty()) known_ = std::exchange(fresh_, {});
   othersInodes_.clear();
-  std::erase_if(entries_, [this](const auto& entry) {
-    return !std::ranges::binary_search(present_, entry.first, {}, &OwnedProcess::pid);
-  });
 }
 
-const ProcStat* StatCache::find(Pid pid) {
-  const auto entry = entries_.find(pid);
-  if (entry == entries_.end()) return nullptr;
-  const auto& [inode, parentInode, stat] = entry->second;
-  return inodeOf(pid) == inode && inodeOf(stat.ppid) == parentInode ? &stat : nullptr;
+const ProcStat* StatCache::find(Pid pid, std::uint64_t inode) {
+  auto entry = known_.extract(pid);
+  if (entry.empty() || entry.mapped().inode != inode) return nullptr;
+  if (inodeOf(entry.mapped().stat.ppid) != entry.mapped().parentInode) return nullptr;
+  return &fresh_.insert(std::move(entry)).position->second.stat;
 }
 
-void StatCache::keep(Pid pid, const ProcStat& stat) {
+void StatCache::keep(Pid pid, std::uint64_t inode, const ProcStat& stat) {
   if (!usable_) return;
-  const auto inode = inodeOf(pid);
-  const auto parentInode = inodeOf(stat.ppid);
-  if (inode && parentInode) entries_[pid] = {*inode, *parentInode, stat};
+  if (const auto parentInode = inodeOf(stat.ppid)) {
+    fresh_.insert_or_assign(pid, Entry{inode, *parentInode, stat});
+  }
 }
 
 std::optional<std::uint64_t> StatCache::inodeOf(Pid pid) {
   if (pid <= 1) return 0;  // the first process never ends, and 0 is nobody's
-  const auto mine = std::ranges::lower_bound(present_, pid, {}, &OwnedProcess::pid);
-  if (mine != present_.end() && mine->pid == pid) return mine->inode;
+  if (const auto mine = fresh_.find(pid); mine != fresh_.end()) return mine->second.inode;
   const auto [other, isNew] = othersInodes_.try_emplace(pid);
-  if (isNew) other->second = reader_.inode(pid);
+  if (isNew) {
+    if (const auto folder = reader_.folder(pid)) other->second = folder->inode;
+  }
   return other->second;
 }
 

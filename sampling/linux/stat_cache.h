@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <optional>
 #include <unordered_map>
-#include <vector>
 
 #include "sampling/decode/proc_text.h"
 #include "sampling/linux/proc_reader.h"
@@ -20,14 +19,15 @@ class StatCache {
   // `reader` outlives the cache. `usable`: false for a recorded tree, whose inodes mean nothing.
   StatCache(const ProcReader& reader, bool usable) : reader_(reader), usable_(usable) {}
 
-  // Takes the processes that a pass found and forgets all others.
-  void beginPass(std::vector<OwnedProcess> present);
+  // Forgets the processes that the last pass neither found nor kept, unless it asked for none at all.
+  void beginPass();
 
-  // What was kept for this very process under its present parent; null otherwise.
-  const ProcStat* find(Pid pid);
+  // What was kept for the process of this folder inode under its present parent; null otherwise. Valid until
+  // the next call.
+  const ProcStat* find(Pid pid, std::uint64_t inode);
 
-  // Keeps what was just read of a process of this pass.
-  void keep(Pid pid, const ProcStat& stat);
+  // Keeps what was just read.
+  void keep(Pid pid, std::uint64_t inode, const ProcStat& stat);
 
  private:
   struct Entry {
@@ -36,14 +36,15 @@ class StatCache {
     ProcStat stat;
   };
 
-  // Of a process of this pass, or of another user's; absent when there is none.
+  // Of the folder of any process; absent when there is none.
   std::optional<std::uint64_t> inodeOf(Pid pid);
 
   const ProcReader& reader_;
   const bool usable_;
-  std::vector<OwnedProcess> present_;                                   // ascending by pid
-  std::unordered_map<Pid, std::optional<std::uint64_t>> othersInodes_;  // of this pass
-  std::unordered_map<Pid, Entry> entries_;
+  std::unordered_map<Pid, Entry> known_;  // of the last pass
+  std::unordered_map<Pid, Entry> fresh_;  // of this pass
+  std::unordered_map<Pid, std::optional<std::uint64_t>>
+      othersInodes_;  // of this pass, who is not in `fresh_`
 };
 
 }  // namespace tarnwick

@@ -15,7 +15,6 @@ namespace tarnwick {
 
 class MacosProcessSource : public ProcessSource {
  public:
-  static constexpr std::size_t mostProcesses = 8'192;  // intended: a user with more sees the first ones
   static constexpr std::size_t pathBytes = 4'096;
 
   explicit MacosProcessSource(Self self);

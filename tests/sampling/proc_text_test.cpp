@@ -95,6 +95,9 @@ TEST(BootTimeTest, FoundAmongTheCounters) {
   EXPECT_EQ(bootTime("cpu  1 2 3\nintr 5 btime 9\nbtime 1700000000\nprocesses 4\n"), 1'700'000'000);
   EXPECT_EQ(bootTime("cpu 1\nbtime soon\n"), std::nullopt);
   EXPECT_EQ(bootTime(""), std::nullopt);
+  EXPECT_EQ(newestPid("0.53 1.10 1.02 1/1098 4711\n"), 4711);
+  for (const auto text : {"", "0.53 1.10 1.02 1/1098", "0 0 0 0/0 0\n", "0 0 0 0/0 -7\n", "0 0 0 0/0 7x\n"})
+    EXPECT_EQ(newestPid(text), std::nullopt) << text;
 }
 
 TEST(ProcArgumentsTest, SplitAtZeroBytes) {

@@ -39,6 +39,14 @@ class ProcessTableTest : public testing::Test {
   ProcessTable table{source};
 };
 
+TEST_F(ProcessTableTest, AUserWithVeryManyProcessesSeesTheFirst) {
+  for (Pid pid = 1; pid <= 8'194; ++pid) source.processes[pid] = server();
+  source.processes[1].facts.reset();
+  const auto procs = table.secondPass(timestamp(0));
+  EXPECT_EQ(procs.size(), 8'192U);
+  EXPECT_TRUE(procs.contains(8'193));
+}
+
 TEST_F(ProcessTableTest, AsksInOrderAndFillsEveryField) {
   source.processes[7] = server();
   source.wall = 1'000;

@@ -66,7 +66,7 @@ TEST_P(LinuxSignalsTest, RefusesWhatHasEnded) {
 TEST_P(LinuxSignalsTest, RefusesAnotherUsersProcess) {
   if (::getuid() != 0) GTEST_SKIP() << "starting a process of another user takes root";
   ChildProcess child(nobody);
-  EXPECT_EQ(signals_.send(found_.signalTo(child.pid())).kind, Kind::refused);
+  EXPECT_EQ(signals_.send(FoundProcesses(nobody).signalTo(child.pid())).kind, Kind::refused);
   EXPECT_EQ(child.killed(), SIGKILL);
 }
 

@@ -136,7 +136,6 @@ TEST_F(LinuxProcessSourceTest, WhatIsRememberedEndsWithTheProcessAndItsParent) {
   ASSERT_EQ(::read(channel[0], &grandchild, sizeof grandchild), static_cast<ssize_t>(sizeof grandchild));
   const auto parentOf = [&](Pid pid) {
     source.beginPass();
-    source.myPids();
     const auto facts = source.facts(pid);
     return facts ? facts->ppid : -1;
   };
@@ -148,6 +147,20 @@ TEST_F(LinuxProcessSourceTest, WhatIsRememberedEndsWithTheProcessAndItsParent) {
   EXPECT_EQ(parentOf(before), -1) << "gone and waited for";
   ::kill(grandchild, SIGKILL);
   for (const int end : channel) ::close(end);
+}
+
+TEST_F(LinuxProcessSourceTest, EveryNewProcessIsAskedAboutButAnotherUsersHasNoFacts) {
+  for (int round = 0; round < 3; ++round) {
+    source.candidates();
+    const Child child([] {});
+    EXPECT_THAT(source.candidates(), testing::Contains(child.pid));
+    EXPECT_TRUE(source.facts(child.pid));
+  }
+  if (::getuid() != 0) GTEST_SKIP() << "starting a process of another user takes root";
+  const Child other([] {
+    if (::setuid(65'534) != 0) ::_exit(1);
+  });
+  EXPECT_TRUE(waitFor([&] { return !source.facts(other.pid); }));
 }
 
 TEST_F(LinuxProcessSourceTest, AnEndedChildHasOnlyItsName) {
@@ -166,7 +179,6 @@ TEST_F(LinuxProcessSourceTest, AnEndedChildHasOnlyItsName) {
   ::waitpid(child.pid, nullptr, 0);
   EXPECT_FALSE(source.facts(child.pid)) << "ended since the pass began";
   source.beginPass();
-  source.myPids();
   EXPECT_FALSE(source.facts(child.pid));
   EXPECT_FALSE(source.usage(child.pid));
   EXPECT_FALSE(source.processorTime(child.pid));

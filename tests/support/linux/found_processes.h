@@ -14,6 +14,8 @@ namespace tarnwick {
 
 class FoundProcesses {
  public:
+  explicit FoundProcesses(std::uint32_t uid = ::getuid()) : source_(LinuxProcessOptions{.uid = uid}) {}
+
   // The remedy against that process as it is now.
   Signal signalTo(Pid pid, int number = SIGTERM) {
     const auto facts = source_.facts(pid);
@@ -24,13 +26,7 @@ class FoundProcesses {
   const ProcClock& clock() const { return source_.clock(); }
 
  private:
-  static LinuxProcessOptions options() {
-    LinuxProcessOptions mine;
-    mine.uid = ::getuid();
-    return mine;
-  }
-
-  LinuxProcessSource source_{options()};
+  LinuxProcessSource source_;
 };
 
 }  // namespace tarnwick
