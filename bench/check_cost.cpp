@@ -25,10 +25,7 @@ double milliseconds(const timeval& t) {
   return static_cast<double>(t.tv_sec) * 1e3 + static_cast<double>(t.tv_usec) / 1e3;
 }
 
-// Each command starts after the same rest: the program rests for a second in its middle, and what runs right
-// after something busy finds warm caches.
 Cost costOf(std::vector<std::string> words) {
-  sleep(1);
   const pid_t child = fork();
   if (child == 0) {
     std::vector<char*> argv;
