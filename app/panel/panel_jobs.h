@@ -35,6 +35,9 @@ struct PanelPicture {
   std::string path;
 };
 
+// What such a picture shows.
+Node pictureContent(const PanelPicture& picture);
+
 // Runs until the user quits; the exit status. Where there is no display or no module: one sentence on
 // standard error and 1. When the application already runs, asks it to open its panel; 0.
 int showApplication(const PanelApplication& application);

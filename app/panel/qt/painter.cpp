@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "app/panel/arrangement.h"
 #include "app/panel/qt/control_views.h"
 #include "app/panel/qt/symbol_views.h"
 #include "app/panel/qt/text_views.h"
@@ -50,56 +51,17 @@ class Walk {
 
  private:
   QWidget* makeView(const Stack& stack, int width, QWidget* parent) const {
-    const int outer = stack.width ? std::min(whole(*stack.width), width) : width;
     auto* box = new QWidget(parent);
     box->setToolTip(plainToolTip(stack.toolTip));
-    const QMargins insets = margins(stack.insets);
-    const int inner = outer - insets.left() - insets.right();
-    const QSize used = stack.direction == Stack::Direction::vertical ? fillColumn(stack, inner, box)
-                                                                     : fillRow(stack, inner, box);
-    const QSize fitting = used.grownBy(insets);
-    box->resize(stack.width ? outer : fitting.width(), fitting.height());
-    return box;
-  }
-
-  QSize fillColumn(const Stack& stack, int inner, QWidget* box) const {
-    const QMargins insets = margins(stack.insets);
-    QSize used(0, 0);
-    for (const Node& node : stack.children) {
-      if (used.height() > 0) used.rheight() += whole(stack.spacing);
-      QWidget* child = make(node, inner, box);
-      child->move(insets.left(), insets.top() + used.height());
-      used = {std::max(used.width(), child->width()), used.height() + child->height()};
-    }
-    return used;
-  }
-
-  // Whoever grows comes last, and gets what is left.
-  QSize fillRow(const Stack& stack, int inner, QWidget* box) const {
-    const QMargins insets = margins(stack.insets);
-    const auto count = static_cast<int>(stack.children.size());
-    int left = inner - whole(stack.spacing) * std::max(count - 1, 0);
     std::vector<QWidget*> children(stack.children.size(), nullptr);
-    for (const bool growing : {false, true}) {
-      for (std::size_t i = 0; i < children.size(); ++i) {
-        if (stack.children[i].grows != growing) continue;
-        children[i] = make(stack.children[i], std::max(left, 1), box);
-        left -= children[i]->width();
-      }
-    }
-    int height = 0;
-    for (const QWidget* child : children) height = std::max(height, child->height());
-    int x = insets.left();
-    for (std::size_t i = 0; i < children.size(); ++i) {
-      const int above =
-          stack.alignment == Stack::Alignment::centre ? (height - children[i]->height()) / 2 : 0;
-      children[i]->move(x, insets.top() + above);
-      x += children[i]->width() + whole(stack.spacing);
-      if (stack.children[i].grows) x += std::max(left, 0);
-    }
-    const bool filled = std::any_of(stack.children.begin(), stack.children.end(),
-                                    [](const Node& node) { return node.grows; });
-    return {filled ? inner : x - insets.left() - whole(stack.spacing), height};
+    const Arrangement arrangement = arrange(stack, width, [&](std::size_t i, double childWidth) -> Extent {
+      children[i] = make(stack.children[i], whole(childWidth), box);
+      return {static_cast<double>(children[i]->width()), static_cast<double>(children[i]->height())};
+    });
+    for (std::size_t i = 0; i < children.size(); ++i)
+      children[i]->move(whole(arrangement.spots[i].x), whole(arrangement.spots[i].y));
+    box->resize(whole(arrangement.size.width), whole(arrangement.size.height));
+    return box;
   }
 
   QWidget* makeView(const Label& label, int width, QWidget* parent) const {

@@ -5,7 +5,6 @@
 #include <QSaveFile>
 #include <memory>
 
-#include "app/panel/content.h"
 #include "app/panel/qt/painter.h"
 
 namespace tarnwick {
@@ -25,14 +24,7 @@ class Backdrop : public QWidget {
 }  // namespace
 
 QImage drawPicture(const PanelPicture& picture) {
-  const std::optional<Snapshot> snap = picture.snapshot;
-  const std::optional<Note> note;
-  const Guesses guesses;
-  std::optional<std::string> openCard;
-  if (picture.open && !picture.found.empty()) openCard = picture.found.front().id;
-  const Node panel = content({snap, picture.found, false, note, guesses, openCard},
-                             {.showLeftovers = picture.open}, picture.snapshot.now);
-
+  const Node panel = pictureContent(picture);
   const Theme theme(picture.dark);
   const Perform nothing = [](const PanelAction&) {};
   Backdrop backdrop(theme);

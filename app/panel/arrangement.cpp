@@ -1,0 +1,61 @@
+#include "app/panel/arrangement.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnwick {
+namespace {
+
+Extent fillColumn(const Stack& stack, double inner, const MakeChild& makeChild, std::vector<Spot>& spots) {
+  Extent used;
+  for (std::size_t i = 0; i < stack.children.size(); ++i) {
+    if (used.height > 0) used.height += stack.spacing;
+    const Extent child = makeChild(i, inner);
+    spots[i] = {stack.insets.left, stack.insets.top + used.height};
+    used = {std::max(used.width, child.width), used.height + child.height};
+  }
+  return used;
+}
+
+// Whoever grows comes last, and gets what is left.
+Extent fillRow(const Stack& stack, double inner, const MakeChild& makeChild, std::vector<Spot>& spots) {
+  const std::size_t count = stack.children.size();
+  if (count == 0) return {};
+  double left = inner - stack.spacing * static_cast<double>(count - 1);
+  std::vector<Extent> children(count);
+  for (const bool growing : {false, true}) {
+    for (std::size_t i = 0; i < count; ++i) {
+      if (stack.children[i].grows != growing) continue;
+      children[i] = makeChild(i, std::max(left, 1.0));
+      left -= children[i].width;
+    }
+  }
+  double height = 0;
+  for (const Extent& child : children) height = std::max(height, child.height);
+  double x = stack.insets.left;
+  bool filled = false;
+  for (std::size_t i = 0; i < count; ++i) {
+    // Whole points: a text between two pixels is blurred.
+    const bool centred = stack.alignment == Stack::Alignment::centre;
+    spots[i] = {x, stack.insets.top + (centred ? std::floor((height - children[i].height) / 2) : 0)};
+    x += children[i].width + stack.spacing;
+    if (stack.children[i].grows) x += std::max(left, 0.0);
+    filled = filled || stack.children[i].grows;
+  }
+  return {filled ? inner : x - stack.insets.left - stack.spacing, height};
+}
+
+}  // namespace
+
+Arrangement arrange(const Stack& stack, double width, const MakeChild& makeChild) {
+  const double outer = stack.width ? std::min(*stack.width, width) : width;
+  const double sides = stack.insets.left + stack.insets.right;
+  Arrangement result{{}, std::vector<Spot>(stack.children.size())};
+  const bool vertical = stack.direction == Stack::Direction::vertical;
+  const Extent used = (vertical ? fillColumn : fillRow)(stack, outer - sides, makeChild, result.spots);
+  result.size = {stack.width ? outer : used.width + sides,
+                 used.height + stack.insets.top + stack.insets.bottom};
+  return result;
+}
+
+}  // namespace tarnwick
