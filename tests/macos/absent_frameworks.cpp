@@ -3,6 +3,8 @@
 #include <string>
 
 #include "app/macos/applications.h"
+#include "app/panel/macos/login_item.h"
+#include "app/panel/panel_jobs.h"
 #include "context/local_date.h"
 #include "context/macos/apple_events.h"
 #include "context/property_list.h"
@@ -28,5 +30,10 @@ std::optional<bool> openAddress(const std::string& /*address*/) { return false; 
 void copyToPasteboard(const std::string& /*text*/) {}
 bool isDefaultTrue(const std::string& /*name*/) { return false; }
 void setDefault(const std::string& /*name*/, bool /*value*/) {}
+
+bool isLoginItem() { return false; }
+void setLoginItem(bool /*on*/) {}
+int showApplication(const PanelApplication& /*application*/) { return 1; }
+bool writePanelImage(const PanelPicture& /*picture*/) { return false; }
 
 }  // namespace tarnwick

@@ -1,0 +1,52 @@
+// The panel's window on the screen: drops down under the status item. Main thread.
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include <functional>
+#include <optional>
+
+#include "app/panel/macos/painter.h"
+#import "app/panel/macos/panel.h"
+#include "app/panel/panel_window.h"
+
+namespace tarnwick {
+
+class AppKitPanel final : public PanelWindow {
+ public:
+  struct Handlers {
+    Perform perform;                  // gets the clicks
+    std::function<void()> focusLeft;  // another window took the keyboard from the open panel
+    std::function<void()> dismissed;  // the user wants the open panel gone
+  };
+
+  // `button` is the status item's, asked for whenever the panel is placed; nil: there is none.
+  AppKitPanel(std::function<NSView*()> button, Handlers handlers);
+  ~AppKitPanel() override;
+  AppKitPanel(const AppKitPanel&) = delete;
+  AppKitPanel& operator=(const AppKitPanel&) = delete;
+
+  bool isVisible() const override { return visible_; }
+  void open() override;
+  void close() override;
+  void show(const Node& content, bool animated) override;
+  void openMenu(const std::vector<MenuItem>& items) override;
+  std::optional<double> visibleScreenHeight() const override;
+  void quit() override;
+
+ private:
+  void replaceContent(const Node& content);
+  NSRect frameFor(NSSize size) const;
+  void moveTo(NSRect frame, bool animated);
+  void bringToFront();
+
+  std::function<NSView*()> button_;
+  Handlers handlers_;
+  Panel* panel_;
+  Painting content_;
+  NSMenu* menu_ = nil;      // the last one: it may tell its choice after it has gone
+  bool visible_ = false;    // open; the window follows with its first content
+  bool focusLost_ = false;  // while the panel closes because another window took the keyboard
+};
+
+}  // namespace tarnwick

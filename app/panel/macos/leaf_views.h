@@ -1,0 +1,19 @@
+// Texts, symbols and the sign of work in progress as views. Main thread.
+#pragma once
+
+#import "app/panel/macos/made_view.h"
+
+#include "app/panel/panel_tree.h"
+
+namespace tarnwick {
+
+// Wrapped, no wider than `width`.
+MadeView makeLabel(const Label& label, double width);
+
+MadeView makeSymbol(const Symbol& symbol);
+MadeView makeSpinner(const Spinner& spinner);
+
+// Null where this release of the system does not have the symbol.
+NSImage* symbolImage(const std::string& name, double pointSize, Symbol::Weight weight);
+
+}  // namespace tarnwick

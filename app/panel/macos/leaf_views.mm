@@ -1,0 +1,81 @@
+#import "app/panel/macos/leaf_views.h"
+
+#include <algorithm>
+#include <cmath>
+
+#import "app/panel/macos/roles.h"
+#import "app/panel/macos/surfaces.h"
+#include "sampling/tools/macos/foundation_text.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr CGFloat unbounded = 100'000;  // higher than any text
+
+// A reader of the screen skips what has no name.
+void nameForReaders(NSView* view, const std::string& name) {
+  view.accessibilityElement = !name.empty();
+  if (!name.empty()) view.accessibilityLabel = foundationText(name);
+}
+
+NSImage* fileIcon(const std::string& path, double side) {
+  // A copy: the workspace may hand out the same image again.
+  NSImage* icon = [[NSWorkspace.sharedWorkspace iconForFile:foundationText(path)] copy];
+  icon.size = NSMakeSize(side, side);
+  return icon;
+}
+
+}  // namespace
+
+NSImage* symbolImage(const std::string& name, double pointSize, Symbol::Weight weight) {
+  NSImage* image = [NSImage imageWithSystemSymbolName:foundationText(name) accessibilityDescription:nil];
+  const NSFontWeight fontWeight = weight == Symbol::Weight::bold ? NSFontWeightBold : NSFontWeightRegular;
+  return
+      [image imageWithSymbolConfiguration:[NSImageSymbolConfiguration configurationWithPointSize:pointSize
+                                                                                          weight:fontWeight]];
+}
+
+MadeView makeLabel(const Label& label, double width) {
+  NSTextField* field = [NSTextField wrappingLabelWithString:foundationText(label.text)];
+  field.selectable = label.selectable;
+  field.font = fontOf(label.font);
+  field.textColor = colourOf(label.colour);
+  const double widest = std::min(width, label.wrapWidth.value_or(width));
+  const NSSize room = [field frameForAlignmentRect:NSMakeRect(0, 0, widest, unbounded)].size;
+  const NSSize needed = [field.cell cellSizeForBounds:NSMakeRect(0, 0, room.width, room.height)];
+  field.frame = NSMakeRect(0, 0, std::min(std::ceil(needed.width), room.width), std::ceil(needed.height));
+  return asFramed(field);
+}
+
+// The image lies in a plain view: its own alignment would move it out of the middle.
+MadeView makeSymbol(const Symbol& symbol) {
+  const bool isFile = symbol.name.starts_with('/');
+  NSImage* image = isFile ? fileIcon(symbol.name, symbol.frame > 0 ? symbol.frame : symbol.size)
+                          : symbolImage(symbol.name, symbol.size, symbol.weight);
+  NSSize size = NSMakeSize(symbol.frame, symbol.frame);
+  if (symbol.frame <= 0 && image != nil)
+    size = NSMakeSize(std::ceil(image.size.width), std::ceil(image.size.height));
+  NSView* square = [[FlippedView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)];
+  if (image == nil) return asFramed(square);
+
+  NSImageView* view = [NSImageView imageViewWithImage:image];
+  view.frame = square.bounds;
+  view.imageScaling = NSImageScaleNone;
+  if (!isFile) view.contentTintColor = colourOf(symbol.colour);
+  nameForReaders(view, symbol.accessibleName);
+  [square addSubview:view];
+  return asFramed(square);
+}
+
+MadeView makeSpinner(const Spinner& spinner) {
+  NSProgressIndicator* view =
+      [[NSProgressIndicator alloc] initWithFrame:NSMakeRect(0, 0, spinner.size, spinner.size)];
+  view.style = NSProgressIndicatorStyleSpinning;
+  view.controlSize = NSControlSizeSmall;
+  view.indeterminate = YES;
+  nameForReaders(view, spinner.accessibleName);
+  [view startAnimation:nil];
+  return {view, {spinner.size, spinner.size}};
+}
+
+}  // namespace tarnwick

@@ -1,0 +1,123 @@
+// The running application: status item, panel, model and main loop.
+#import <AppKit/AppKit.h>
+
+#include <memory>
+#include <optional>
+
+#include "app/macos/applications.h"
+#include "app/output.h"
+#import "app/panel/macos/appkit_panel.h"
+#import "app/panel/macos/application_delegate.h"
+#import "app/panel/macos/second_start.h"
+#import "app/panel/macos/status_item.h"
+#include "app/panel/panel_controller.h"
+#include "app/panel/panel_jobs.h"
+#include "app/thread_executor.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr NSTimeInterval sameClick = 0.3;  // seconds between losing the keyboard and the click that took it
+
+void after(int64_t delay, dispatch_block_t step) {
+  dispatch_after(dispatch_time(DISPATCH_TIME_NOW, delay * static_cast<int64_t>(NSEC_PER_SEC)),
+                 dispatch_get_main_queue(), step);
+}
+
+class StatusItemApplication {
+ public:
+  explicit StatusItemApplication(const PanelApplication& application)
+      : executor_([this] { drainSoon(); }),
+        model_(application.makeModel(executor_, copyToPasteboard)),
+        panel_([this] { return item_.has_value() ? item_->button() : nil; },
+               {.perform = [this](const PanelAction& action) { controller_.perform(action); },
+                .focusLeft = [this] { focusLeft(); },
+                .dismissed = [this] { controller_.close(); }}),
+        controller_(*model_, executor_, panel_, *application.settings, application.now),
+        exercise_(application.exercise) {}
+
+  ~StatusItemApplication() { [secondStarts_ stop]; }
+  StatusItemApplication(const StatusItemApplication&) = delete;
+  StatusItemApplication& operator=(const StatusItemApplication&) = delete;
+
+  void launch() {
+    item_.emplace([this] { clickItem(); });
+    secondStarts_ = listenForSecondStarts([this] { controller_.open(); });
+    if (exercise_) exercise();
+  }
+
+  void open() { controller_.open(); }
+
+ private:
+  // Any thread.
+  void drainSoon() {
+    const std::weak_ptr<const bool> alive = alive_;
+    dispatch_async(dispatch_get_main_queue(), ^{
+      if (!alive.expired()) executor_.drainMain();
+    });
+  }
+
+  void focusLeft() {
+    focusLeftAt_ = NSProcessInfo.processInfo.systemUptime;
+    controller_.close();
+  }
+
+  // Where a click on the item takes the keyboard from the open panel, which closes it, the same click must
+  // not open it again.
+  void clickItem() {
+    if (NSProcessInfo.processInfo.systemUptime - focusLeftAt_ >= sameClick) controller_.toggle();
+  }
+
+  // The application outlives its main queue's blocks: it goes when the process ends.
+  void exercise() {
+    after(1, ^{
+      controller_.toggle();
+    });
+    after(4, ^{
+      controller_.openFirstCard();
+    });
+    after(9, ^{
+      controller_.close();
+    });
+  }
+
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);  // gone with the application
+  ThreadExecutor executor_;
+  std::unique_ptr<Model> model_;
+  AppKitPanel panel_;
+  PanelController controller_;
+  std::optional<StatusItem> item_;  // absent: not launched yet
+  Listener* secondStarts_ = nil;
+  NSTimeInterval focusLeftAt_ = -sameClick;  // since the machine started; before it: never
+  bool exercise_;
+};
+
+}  // namespace
+
+int showApplication(const PanelApplication& application) {
+  @autoreleasepool {
+    if (!hasDisplay()) return complain("There is no display to show the panel on. Try --print.");
+    if (askFirstInstance()) return 0;
+
+    [NSApplication.sharedApplication setActivationPolicy:NSApplicationActivationPolicyAccessory];
+    auto running = std::make_unique<StatusItemApplication>(application);
+    auto* place = &running;
+    // The application holds its delegate weakly.
+    NS_VALID_UNTIL_END_OF_SCOPE ApplicationDelegate* delegate = [[ApplicationDelegate alloc] init];
+    delegate.launched = ^{
+      (*place)->launch();
+    };
+    delegate.reopened = ^{
+      (*place)->open();
+    };
+    // The process ends without coming back here: threads that still work must be waited for now.
+    delegate.ending = ^{
+      place->reset();
+    };
+    NSApp.delegate = delegate;
+    [NSApp run];
+  }
+  return 0;
+}
+
+}  // namespace tarnwick

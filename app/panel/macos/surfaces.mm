@@ -1,0 +1,48 @@
+#import "app/panel/macos/surfaces.h"
+
+#import "app/panel/macos/roles.h"
+
+@implementation FlippedView
+
+- (BOOL)isFlipped {
+  return YES;
+}
+
+@end
+
+@implementation Backdrop
+
+- (BOOL)isOpaque {
+  return YES;
+}
+
+- (void)drawRect:(NSRect)__unused dirtyRect {
+  [NSColor.windowBackgroundColor setFill];
+  NSRectFill(self.bounds);
+}
+
+@end
+
+@implementation BoxView {
+  tarnwick::ColourRole _colour;
+  CGFloat _opacity;
+  std::optional<double> _cornerRadius;
+}
+
+- (instancetype)initWithBox:(const tarnwick::Box&)box {
+  self = [super initWithFrame:NSZeroRect];
+  if (self != nil) {
+    _colour = box.background;
+    _opacity = box.opacity;
+    _cornerRadius = box.cornerRadius;
+  }
+  return self;
+}
+
+- (void)drawRect:(NSRect)__unused dirtyRect {
+  const CGFloat radius = _cornerRadius.value_or(NSHeight(self.bounds) / 2);
+  [[tarnwick::colourOf(_colour) colorWithAlphaComponent:_opacity] setFill];
+  [[NSBezierPath bezierPathWithRoundedRect:self.bounds xRadius:radius yRadius:radius] fill];
+}
+
+@end
