@@ -10,14 +10,16 @@ namespace {
 
 Area areaOf(NSRect rect) { return {NSMinX(rect), NSMinY(rect), NSWidth(rect), NSHeight(rect)}; }
 
-// What is replaced may be the button whose click is being handled: it goes when the click is over.
-void keepUntilNextTurn(const Painting& painting) {
+// What is replaced may be the button that the user holds down right now, or whose click led here. The loop
+// runs in its default mode only when no click, menu or scroll is under way.
+void keepUntilIdle(const Painting& painting) {
   NSView* view = painting.view;
   NSArray<Target*>* targets = painting.targets;
-  dispatch_async(dispatch_get_main_queue(), ^{
-    (void)view;
-    (void)targets;
-  });
+  [NSRunLoop.mainRunLoop performInModes:@[ NSDefaultRunLoopMode ]
+                                  block:^{
+                                    (void)view;
+                                    (void)targets;
+                                  }];
 }
 
 void pinToTopLeading(NSView* view, NSView* parent) {
@@ -71,7 +73,7 @@ void AppKitPanel::close() {
   if (!std::exchange(visible_, false)) return;
   [panel_ orderOut:nil];
   panel_.contentView.subviews = @[];
-  keepUntilNextTurn(std::exchange(content_, {}));
+  keepUntilIdle(std::exchange(content_, {}));
   // An application without a window would keep the keyboard from the one that the user was in.
   if (!focusLost_) [NSApp hide:nil];
 }
@@ -94,7 +96,7 @@ void AppKitPanel::replaceContent(const Node& content) {
   NSView* surface = panel_.contentView;
   surface.subviews = @[ content_.view ];
   pinToTopLeading(content_.view, surface);
-  keepUntilNextTurn(before);
+  keepUntilIdle(before);
 
   [surface layoutSubtreeIfNeeded];
   [content_.list.documentView scrollPoint:scrolled];
@@ -132,9 +134,7 @@ void AppKitPanel::bringToFront() {
 
 void AppKitPanel::openMenu(const std::vector<MenuItem>& items) {
   menu_ = makeMenu(items, handlers_.perform);
-  const Painting clicked = content_;  // a check that ends meanwhile replaces it
-  popUp(menu_, panel_.contentView, clicked.controls[@"menu"]);
-  keepUntilNextTurn(clicked);
+  popUp(menu_, panel_.contentView, content_.controls[@"menu"]);
 }
 
 std::optional<double> AppKitPanel::visibleScreenHeight() const {

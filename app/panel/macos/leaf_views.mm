@@ -60,7 +60,7 @@ MadeView makeSymbol(const Symbol& symbol) {
 
   NSImageView* view = [NSImageView imageViewWithImage:image];
   view.frame = square.bounds;
-  view.imageScaling = NSImageScaleNone;
+  view.imageScaling = NSImageScaleProportionallyDown;
   if (!isFile) view.contentTintColor = colourOf(symbol.colour);
   nameForReaders(view, symbol.accessibleName);
   [square addSubview:view];

@@ -4,6 +4,8 @@
 
 #import <AppKit/AppKit.h>
 
+#include <cmath>
+
 #include "app/panel/arrangement.h"
 
 namespace tarnwick {

@@ -60,14 +60,7 @@ class Walk {
     NSView* document = emptyView({listWidth, child.size.height});
     place(child, {}, document);
     const double height = std::min(scroll.heightCap.value_or(child.size.height), child.size.height);
-    list_ = [[NSScrollView alloc] initWithFrame:NSMakeRect(0, 0, listWidth, height)];
-    list_.drawsBackground = NO;
-    list_.borderType = NSNoBorder;
-    list_.automaticallyAdjustsContentInsets = NO;
-    list_.hasVerticalScroller = YES;
-    list_.autohidesScrollers = YES;
-    list_.scrollerStyle = NSScrollerStyleOverlay;
-    list_.horizontalScrollElasticity = NSScrollElasticityNone;
+    list_ = [[ListView alloc] initWithFrame:NSMakeRect(0, 0, listWidth, height)];
     list_.documentView = document;
     return {list_, {listWidth, height}};
   }

@@ -68,7 +68,7 @@ NSView* roundedSurface(NSRect frame) {
   const NSEventModifierFlags modifiers = NSEventModifierFlagCommand | NSEventModifierFlagOption |
                                          NSEventModifierFlagControl | NSEventModifierFlagShift;
   if ((event.modifierFlags & modifiers) == NSEventModifierFlagCommand &&
-      [self performCommand:event.characters])
+      [self performCommand:event.characters.lowercaseString])
     return YES;
   return [super performKeyEquivalent:event];
 }

@@ -25,3 +25,9 @@ __attribute__((objc_runtime_name("TarnwickBoxView")))
 - (instancetype)initWithBox:(const tarnwick::Box&)box;
 
 @end
+
+// Scrolls vertically. Its scroller lies over the list and hides itself, also where the user's scrollers
+// otherwise take their own room: the list would be wider than what is left.
+__attribute__((objc_runtime_name("TarnwickListView")))
+@interface ListView : NSScrollView
+@end

@@ -46,3 +46,26 @@
 }
 
 @end
+
+@implementation ListView
+
+- (instancetype)initWithFrame:(NSRect)frame {
+  self = [super initWithFrame:frame];
+  if (self != nil) {
+    self.drawsBackground = NO;
+    self.borderType = NSNoBorder;
+    self.automaticallyAdjustsContentInsets = NO;
+    self.hasVerticalScroller = YES;
+    self.autohidesScrollers = YES;
+    self.scrollerStyle = NSScrollerStyleOverlay;
+    self.horizontalScrollElasticity = NSScrollElasticityNone;
+  }
+  return self;
+}
+
+// The system sets it when the user's choice changes.
+- (void)setScrollerStyle:(NSScrollerStyle)__unused style {
+  [super setScrollerStyle:NSScrollerStyleOverlay];
+}
+
+@end
