@@ -3,7 +3,7 @@
 
 ARGS ?= --print
 
-.PHONY: all run tray test bench check check-macos format install clean deps-run deps-tray deps-test deps-bench deps-check deps-macos
+.PHONY: all run tray app test bench check check-macos format install clean deps-run deps-tray deps-test deps-bench deps-check deps-macos
 
 all: release
 
@@ -43,6 +43,10 @@ check: deps-check
 
 check-macos: deps-macos
 	tools/check-macos
+
+# The application of macOS, signed for this Mac; with IDENTITY="Developer ID Application: ..." for every other.
+app: release
+	@tools/make-app build/release/tarnwick
 
 install: release
 	cmake --install build/release

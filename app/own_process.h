@@ -11,6 +11,10 @@ namespace tarnwick {
 // A path that starts this program again; absent when it cannot be told. Any thread.
 std::optional<std::string> ownExecutable();
 
+// On macOS a program finds its application only from the file itself: started through a symbolic link, it
+// starts once more as that file. Elsewhere, and when that fails, does nothing. Call first of all.
+void leaveSymbolicLink(char** argv);
+
 // Hands memory that the program has freed back to the system. Any thread.
 void freeMemory();
 

@@ -13,6 +13,8 @@ std::optional<std::string> ownExecutable() {
   return self;
 }
 
+void leaveSymbolicLink(char** /*argv*/) {}
+
 void freeMemory() { ::malloc_trim(0); }
 
 }  // namespace tarnwick

@@ -40,10 +40,11 @@ class SwiftLanguageModel : public LanguageModel {
   AnswerFunction* answer_;
 };
 
-// Beside the program as it is built, and where it is installed. The library stays loaded.
+// Beside the program as it is built, in the application, and where it is installed. The library stays loaded.
 void* modelLibrary() {
-  constexpr std::array<const char*, 2> places{
+  constexpr std::array<const char*, 3> places{
       "@executable_path/libtarnwick_language_model.dylib",
+      "@executable_path/../Frameworks/libtarnwick_language_model.dylib",
       "@executable_path/../lib/tarnwick/libtarnwick_language_model.dylib"};
   for (const char* place : places) {
     if (void* library = ::dlopen(place, RTLD_NOW | RTLD_LOCAL)) return library;

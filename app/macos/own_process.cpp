@@ -2,7 +2,10 @@
 
 #include <mach-o/dyld.h>
 #include <malloc/malloc.h>
+#include <unistd.h>
 
+#include <cstdlib>
+#include <memory>
 #include <string>
 
 namespace tarnwick {
@@ -14,6 +17,13 @@ std::optional<std::string> ownExecutable() {
   if (size == 0 || ::_NSGetExecutablePath(path.data(), &size) != 0) return std::nullopt;
   path.resize(path.find('\0') == std::string::npos ? path.size() : path.find('\0'));
   return path;
+}
+
+void leaveSymbolicLink(char** argv) {
+  const auto started = ownExecutable();
+  if (!started) return;
+  const std::unique_ptr<char, decltype(&std::free)> file(::realpath(started->c_str(), nullptr), &std::free);
+  if (file && *started != file.get()) ::execv(file.get(), argv);
 }
 
 void freeMemory() { ::malloc_zone_pressure_relief(nullptr, 0); }
