@@ -1,8 +1,6 @@
 // The demo reports as whole files. The files were written from the rules' texts, line by line.
+#include <fmt/format.h>
 #include <gtest/gtest.h>
-
-#include <fstream>
-#include <sstream>
 
 #include "app/demo.h"
 #include "app/demo_surroundings.h"
@@ -10,6 +8,7 @@
 #include "diagnosis/findings.h"
 #include "diagnosis/report.h"
 #include "tests/support/fake_surroundings.h"
+#include "tests/support/text_of_file.h"
 
 namespace tarnwick {
 namespace {
@@ -17,20 +16,22 @@ namespace {
 const Timestamp now = timestamp(1'790'000'000);
 constexpr const char* dateThere = "second 1789992800";  // as the fake surroundings say it, two hours earlier
 
-std::string expectedReport(const std::string& name) {
-  std::stringstream file;
-  file << std::ifstream(TARNWICK_SOURCE_DIR "/tests/app/fixtures/demo/" + name + ".txt").rdbuf();
-  std::string report = file.str();
+std::string expected(const std::string& name) {
+  std::string text = textOfFile(TARNWICK_SOURCE_DIR "/tests/app/fixtures/demo/" + name + ".txt");
   const std::string date = "<DATE>";
-  const std::size_t at = report.find(date);
-  return at == std::string::npos ? report : report.replace(at, date.size(), dateThere);
+  const std::size_t at = text.find(date);
+  return at == std::string::npos ? text : text.replace(at, date.size(), dateThere);
+}
+
+std::vector<Finding> demoFindings(const Demo& demo, FakeSurroundings& live) {
+  DemoSurroundings surroundings(demo, live);
+  BenchMarks unarmed([] { return 0.0; });
+  return findings(demo.snapshot, {}, surroundings, unarmed);
 }
 
 std::string demoReport(const std::optional<std::string>& scenario, FakeSurroundings& live) {
   const Demo demo = demoSnapshot(now, scenario, live.who).value();
-  DemoSurroundings surroundings(demo, live);
-  BenchMarks unarmed([] { return 0.0; });
-  return text(demo.snapshot, findings(demo.snapshot, {}, surroundings, unarmed), {});
+  return text(demo.snapshot, demoFindings(demo, live), {});
 }
 
 TEST(DemoReports, ReadTheSameForEverybody) {
@@ -42,11 +43,30 @@ TEST(DemoReports, ReadTheSameForEverybody) {
     live.present = {"/tmp/wt/.git", "/tmp/.git", live.who.home + "/tarnwick-selftest/.git"};
     live.repositories["/tmp/wt"] = {.repo = "real", .branch = "main"};
     live.sessions[12] = {.title = "real"};
-    EXPECT_EQ(demoReport(std::nullopt, live), expectedReport("base")) << home;
+    EXPECT_EQ(demoReport(std::nullopt, live), expected("base")) << home;
     for (const char* scenario : {"memory", "calm", "developer"}) {
-      EXPECT_EQ(demoReport(scenario, live), expectedReport(scenario)) << home;
+      EXPECT_EQ(demoReport(scenario, live), expected(scenario)) << home;
     }
   }
+}
+
+// What the report leaves out and the panel and the model are shown.
+std::string demoCards(const std::optional<std::string>& scenario) {
+  FakeSurroundings live;
+  std::string cards;
+  for (const Finding& f : demoFindings(demoSnapshot(now, scenario, live.who).value(), live)) {
+    cards += fmt::format("{}\n  {} | {} | {} | impact {:.4f} | {} bytes\n  {}\n", f.id, f.subject,
+                         f.metric.value_or("-"), f.icon, f.impact, f.bytes, f.summary);
+    if (f.evidence) cards += "Evidence:\n" + *f.evidence + "\n";
+    cards += "\n";
+  }
+  return cards;
+}
+
+TEST(DemoCards, HaveAllTheirFields) {
+  EXPECT_EQ(demoCards(std::nullopt), expected("base-cards"));
+  EXPECT_EQ(demoCards("memory"), expected("memory-cards"));
+  EXPECT_EQ(demoCards("developer"), expected("developer-cards"));
 }
 
 TEST(SelfTest, AcceptsTheDemosAsTheyAre) {

@@ -26,7 +26,6 @@ TEST(StartedBy, SaysWhoAndForWhat) {
       {"", 13 * 3600.0, none, "It started 13 hours ago. The app or terminal that started it is closed."},
       {"you", 59.9, none, "You started it in a terminal 59 seconds ago."},
       {"Terminal", 7200, none, "Terminal started it 2 hours ago."},
-      {"Claude Code", 43, none, "Claude Code started it 43 seconds ago."},
       {"Claude Code", 43, ClaudeWork{.pr = 42}, "Claude Code started it 43 seconds ago (pull request #42)."},
       {"Claude Code", 43, ClaudeWork{.title = "Taxes", .pr = 8, .prRepo = "o/r"},
        "Claude Code started it 43 seconds ago, in a session about “Taxes” (pull request #8)."},
@@ -64,7 +63,6 @@ TEST(CommandLine, IsOneLineOfWords) {
       {{"sh", "-c", "\n a\t b\r\n\vc  ", "", "d"}, "sh -c a b c d"},
       {{"say", "a\u00A0b\u2003\u3000c\u2028d\u0085e"}, "say a b c d e"},
       {{"say", "🦊 ünï", "a\u200Bb"}, "say 🦊 ünï a\u200Bb"},  // a zero-width space is no white space
-      {{"", ""}, ""},
       {{"\t"}, ""},
   };
   for (const auto& [args, line] : cases) EXPECT_EQ(commandLine({.path = "/bin/x", .args = args}), line);
@@ -85,7 +83,6 @@ TEST(ProjectRoot, IsBelowTheHomeDirectory) {
                     "/Users/ünï/.git",
                     "/Users/ünï/code/shop/.git",
                     "/Users/ünï-outside/.git",
-                    "/srv/long-app/.git",
                     "/srv/shorty/.git",
                     "/srv/short/.git"};
   const struct {
@@ -93,15 +90,12 @@ TEST(ProjectRoot, IsBelowTheHomeDirectory) {
     const char* root;
   } cases[] = {
       {"/Users/ünï/code/shop/api/src", "/Users/ünï/code/shop"},
-      {"/Users/ünï/code/shop", "/Users/ünï/code/shop"},
       {"/Users/ünï/code/shopping", "/Users/ünï/code/shopping"},
       {"/Users/ünï/notes/a", "/Users/ünï/notes/a"},  // the home directory is no project
       {"/Users/ünï", "/Users/ünï"},
       {"/Users/ünï-outside/a", "/Users/ünï-outside"},
-      {"/srv/long-app/a", "/srv/long-app"},  // 13 characters
-      {"/srv/shorty/ab", "/srv/shorty"},     // 11 characters
-      {"/srv/short/ab", "/srv/short/ab"},    // 10 characters: as short as the home directory
-      {"/", "/"},
+      {"/srv/shorty/ab", "/srv/shorty"},   // 11 characters
+      {"/srv/short/ab", "/srv/short/ab"},  // 10 characters: as short as the home directory
       {"", ""},
       {"relative-directory", "relative-directory"},
   };
@@ -134,7 +128,6 @@ TEST(ScriptHead, ShowsTheScriptThatRuns) {
       {"/w", {"sh", "/opt/a.sh"}, "The file /opt/a.sh starts with:\n#!/bin/sh\n"},
       {"/w", {"deno", "run", "--x.py", "b.ts"}, "The file b.ts starts with:\n"},
       {"/w", {"train.py"}, ""},
-      {"/w", {"node", "--inspect", "train.pyc"}, ""},
       {"/w", {"python3", "gone.py", "train.py"}, ""},  // only the first one is tried
       {"/Users/x/Library/w", {"sh", "/opt/a.sh"}, ""},
       {"/w", {"sh", "/Users/x/Library/a.sh"}, ""},

@@ -23,12 +23,6 @@ Snapshot withDocker() {
   return m;
 }
 
-Finding card(const Snapshot& m) {
-  const std::vector<Finding> found = docker(m);
-  EXPECT_THAT(found, SizeIs(1));
-  return found.empty() ? Finding{} : found.front();
-}
-
 TEST(DockerVM, IsTheLargestMachineWhereDockerRuns) {
   Snapshot m = withDocker();
   EXPECT_EQ(dockerVM(m)->pid, 81);
@@ -57,50 +51,43 @@ TEST(Docker, LargeOrBusy) {
   }
 }
 
-TEST(Docker, TheWholeCard) {
-  Snapshot m = withDocker();
-  const std::string alone =
-      "Docker keeps this memory for its Linux system, even when your containers need less.";
-  Finding expected{.id = "docker",
-                   .bucket = Bucket::always,
-                   .title = "Docker uses 3.0 GB of memory",
-                   .detail = alone + " Quit Docker to free all of it.",
-                   .bytes = 3 * gigabyte,
-                   .actions = {{"Quit Docker", {QuitApp{"com.docker.docker"}}}},
-                   .subject = "Docker",
-                   .summary = "Docker keeps this memory for its Linux system.",
-                   .metric = "18% of memory",
-                   .icon = "shippingbox",
-                   .impact = 3.0 / 16};
-  EXPECT_EQ(card(m), expected);
+TEST(Docker, WithoutContainersItHoldsMemoryForItself) {
+  const Finding found = only(docker(withDocker()));
+  EXPECT_EQ(
+      found.detail,
+      "Docker keeps this memory for its Linux system, even when your containers need less. Quit Docker to "
+      "free all of it.");
+  EXPECT_EQ(found.summary, "Docker keeps this memory for its Linux system.");
+  EXPECT_EQ(found.metric, "18% of memory");
+  EXPECT_EQ(found.impact, 3.0 / 16);
+  EXPECT_EQ(found.icon, "shippingbox");
+}
 
-  m.apps = {{80, "Docker", "com.docker.docker", "/Applications/Docker.app", false}};
-  m.procs[81].resident = 3 * gigabyte / 2 - 1;
+TEST(Docker, ContainersThatCanBeStopped) {
+  Snapshot m = withDocker();
   m.procs[81].cpu = 5;
   m.containers = {{"c1", "a-db", "Up 3 hours (healthy)", "Postgres:17", 100 * megabyte},
                   {"c2", "b", "Up 2 days", "nginx", 50 * megabyte},
                   {"c3", "c", "", "redis", 100 * megabyte},
                   {"c4", "d", "Up Up (Paused) x", "mongo", 200 * megabyte}};
-  expected.detail =
-      "Your 4 containers need only 450 MB. Docker keeps the rest for itself. Most of that memory is "
-      "now compressed or moved to disk, and that makes the Mac slower. Docker also uses 50% CPU right "
-      "now, for containers that are working. Quit Docker to free all of it.";
-  expected.summary = "Your containers need only 450 MB. Docker keeps the rest. It also uses 50% CPU now.";
-  expected.actions.push_back({"Stop d (MongoDB, 200 MB)", {DockerStop{"c4"}}});
-  expected.actions.push_back({"Stop a-db (Postgres, 100 MB, on for 3 hours)", {DockerStop{"c1"}}});
-  expected.actions.push_back({"Stop c (Redis, 100 MB)", {DockerStop{"c3"}}});
-  expected.icon = "/Applications/Docker.app";
-  expected.impact = 0.5;
-  EXPECT_EQ(card(m), expected) << "a status without a time says nothing";
-
+  const Finding found = only(docker(m));
+  EXPECT_EQ(found.detail.find("Your 4 containers need only 450 MB. Docker keeps the rest for itself."), 0U);
+  EXPECT_EQ(found.impact, 0.5);
+  std::vector<std::string> labels;
+  for (const Action& action : found.actions) labels.push_back(action.label);
+  EXPECT_THAT(labels, ElementsAre("Quit Docker", "Stop d (MongoDB, 200 MB)",
+                                  "Stop a-db (Postgres, 100 MB, on for 3 hours)", "Stop c (Redis, 100 MB)"))
+      << "a status without a time says nothing";
   m.containers.resize(1);
-  EXPECT_EQ(card(m).detail.find("Your 1 container need only 100 MB."), 0U);
+  EXPECT_EQ(only(docker(m)).detail.find("Your 1 container need only 100 MB."), 0U);
 }
 
 TEST(Docker, SentencesAtTheirLimits) {
   Snapshot m = withDocker();
   Proc& vm = m.procs[81];
-  const auto says = [&](const char* words) { return card(m).detail.find(words) != std::string::npos; };
+  const auto says = [&](const char* words) {
+    return only(docker(m)).detail.find(words) != std::string::npos;
+  };
   vm.cpu = 0.49;
   vm.resident = vm.footprint / 2;
   EXPECT_FALSE(says("also uses"));
@@ -112,10 +99,10 @@ TEST(Docker, SentencesAtTheirLimits) {
   vm.footprint = vm.resident = ~0ULL;
   m.ram = 0;
   EXPECT_FALSE(says("compressed")) << "twice the resident size does not wrap";
-  EXPECT_EQ(card(m).metric, "18446744073709551615% of memory") << "nor does the percentage";
+  EXPECT_EQ(only(docker(m)).metric, "18446744073709551615% of memory") << "nor does the percentage";
 }
 
-TEST(Simulators, TheWholeCard) {
+TEST(Simulators, AreOneCardThatShutsThemDown) {
   FakeSurroundings around;
   const std::string folder = "/Users/x/Library/Developer/CoreSimulator/Devices/";
   const std::string one = "11111111-0000-0000-0000-000000000000";
@@ -128,20 +115,15 @@ TEST(Simulators, TheWholeCard) {
   launch(50, folder + one + "/data/launchd_bootstrap.plist", 7'199).footprint = 10 * megabyte;
   add(m, 51, 50, {"SpringBoard"}).footprint = 200 * megabyte;
   m.index();
-  const std::vector<Finding> single = simulators(m, around);
-  EXPECT_THAT(single, ElementsAre(Finding{
-                          .id = "simulators",
-                          .bucket = Bucket::always,
-                          .title = "1 Xcode simulator uses 210 MB",
-                          .detail = "iPhone 17 has been on for 1 hour. Shut it down if you are not testing "
-                                    "on it.",
-                          .bytes = 210 * megabyte,
-                          .actions = {{"Shut down iPhone 17", {SimShutdown{one}}}},
-                          .subject = "Xcode simulators",
-                          .summary = "iPhone 17 has been on for 1 hour.",
-                          .metric = "210 MB",
-                          .icon = "iphone",
-                          .impact = 210.0 / (16 * 1024)}));
+  const Finding single = only(simulators(m, around));
+  EXPECT_EQ(single.title, "1 Xcode simulator uses 210 MB");
+  EXPECT_EQ(single.detail, "iPhone 17 has been on for 1 hour. Shut it down if you are not testing on it.");
+  EXPECT_EQ(single.summary, "iPhone 17 has been on for 1 hour.");
+  EXPECT_THAT(single.actions, ElementsAre(Action{"Shut down iPhone 17", {SimShutdown{one}}}));
+  EXPECT_EQ(single.subject, "Xcode simulators");
+  EXPECT_EQ(single.metric, "210 MB");
+  EXPECT_EQ(single.icon, "iphone");
+  EXPECT_EQ(single.impact, 210.0 / (16 * 1024));
 
   launch(60, folder + two + "/data/launchd_bootstrap.plist", 86'400 * 5);
   launch(61, folder + "33333333/launchd_bootstrap.plist", 60);  // unknown device
@@ -151,13 +133,12 @@ TEST(Simulators, TheWholeCard) {
   add(m, 65, 1, {"launchd_sim"});
   m.index();
   around.simctl = false;
-  const std::vector<Finding> both = simulators(m, around);
-  ASSERT_THAT(both, SizeIs(1));
-  EXPECT_EQ(both.front().title, "2 Xcode simulators use 210 MB");
-  EXPECT_EQ(both.front().detail,
+  const Finding both = only(simulators(m, around));
+  EXPECT_EQ(both.title, "2 Xcode simulators use 210 MB");
+  EXPECT_EQ(both.detail,
             "iPad and iPhone 17 have been on for 5 days. Shut them down if you are not testing on them.");
-  EXPECT_EQ(both.front().summary, "iPad and iPhone 17 have been on for 5 days.");
-  EXPECT_THAT(both.front().actions, IsEmpty()) << "nothing that could shut them down";
+  EXPECT_EQ(both.summary, "iPad and iPhone 17 have been on for 5 days.");
+  EXPECT_THAT(both.actions, IsEmpty()) << "nothing that could shut them down";
   around.devices.clear();
   EXPECT_THAT(simulators(m, around), IsEmpty());
 }

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/support/fake_surroundings.h"
+#include "tests/support/machines.h"
 
 namespace tarnwick {
 namespace {
@@ -20,13 +21,6 @@ Snapshot troubled() {
     snapshot.procs[pid] = {.pid = pid, .uid = 501, .args = {name}, .cpu = 0.9};
   }
   return snapshot;
-}
-
-std::vector<std::string> ids(const std::vector<Finding>& found) {
-  std::vector<std::string> all;
-  all.reserve(found.size());
-  for (const Finding& finding : found) all.push_back(finding.id);
-  return all;
 }
 
 TEST(Findings, SortByImpactThenId) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace tarnwick {
 namespace {
 
@@ -25,32 +27,19 @@ const Finding worker = finding("Worker", Bucket::now, 0, 0.3);
 const Finding leftover = finding("Leftover", Bucket::leftovers, 900, 0.9);
 
 TEST(Verdict, TheFirstRowThatAppliesWins) {
-  const auto with = [](auto change) {
+  const auto with = [](std::int32_t pressure, double busy, std::int64_t diskFree = 300 * gibibyte,
+                       ThermalState thermal = ThermalState::nominal) {
     Snapshot snapshot = healthy();
-    change(snapshot);
+    snapshot.pressure = pressure;
+    snapshot.cpuBusy = busy;
+    snapshot.diskFree = diskFree;
+    snapshot.thermal = thermal;
     return snapshot;
   };
-  const auto hotAndFull = with([](Snapshot& s) {
-    s.thermal = ThermalState::critical;
-    s.diskFree = 0;
-    s.pressure = 4;
-    s.cpuBusy = 1;
-  });
-  const auto hot = with([](Snapshot& s) { s.thermal = ThermalState::serious; });
-  const auto warm = with([](Snapshot& s) { s.thermal = ThermalState::fair; });
-  const auto full = with([](Snapshot& s) {
-    s.diskFree = 20 * gibibyte - 1;
-    s.pressure = 4;
-  });
-  const auto notFull = with([](Snapshot& s) { s.diskFree = 20 * gibibyte; });
-  const auto unknownDisk = with([](Snapshot& s) { s.diskFree = s.diskTotal = 0; });
-  const auto tight = with([](Snapshot& s) { s.pressure = 2; });
-  const auto tightAndBusy = with([](Snapshot& s) {
-    s.pressure = 4;
-    s.cpuBusy = 0.9;
-  });
-  const auto justBusy = with([](Snapshot& s) { s.cpuBusy = 0.81; });
-  const auto notBusy = with([](Snapshot& s) { s.cpuBusy = 0.8; });
+  Snapshot unknownDisk = with(1, 0, 0);
+  unknownDisk.diskTotal = 0;
+  const Snapshot tight = with(2, 0.5);
+  const Snapshot tightAndBusy = with(4, 0.9);
 
   const Verdict tooHot{"Your Mac is too hot.", std::nullopt, false};
   const Verdict diskFull{"Your disk is almost full.", std::nullopt, false};
@@ -64,15 +53,15 @@ TEST(Verdict, TheFirstRowThatAppliesWins) {
 
   const struct {
     const char* what;
-    const Snapshot& snapshot;
+    const Snapshot snapshot;
     std::vector<Finding> findings;
     Verdict verdict;
   } cases[] = {
-      {"heat wins over everything", hotAndFull, {holder, worker}, tooHot},
-      {"heat needs no finding", hot, {}, tooHot},
-      {"fair is not hot", warm, {}, fine},
-      {"disk wins over memory", full, {holder}, diskFull},
-      {"exactly 20 GiB is enough", notFull, {}, fine},
+      {"heat wins over everything", with(4, 1, 0, ThermalState::critical), {holder, worker}, tooHot},
+      {"heat needs no finding", with(1, 0, 1LL << 40, ThermalState::serious), {}, tooHot},
+      {"fair is not hot", with(1, 0, 1LL << 40, ThermalState::fair), {}, fine},
+      {"disk wins over memory", with(4, 0, 20 * gibibyte - 1), {holder}, diskFull},
+      {"exactly 20 GiB is enough", with(1, 0, 20 * gibibyte), {}, fine},
       {"an unknown disk is not full", unknownDisk, {}, fine},
       {"biggest by bytes", tight, {worker, holder, bigger}, named(memory, "Bigger")},
       {"a leftover never causes", tight, {leftover, holder}, named(memory, "Holder")},
@@ -80,17 +69,16 @@ TEST(Verdict, TheFirstRowThatAppliesWins) {
       {"pressure without memory falls to the processor", tightAndBusy, {worker}, named(processor, "Worker")},
       {"pressure and processor without any cause", tightAndBusy, {leftover}, fine},
       {"pressure without memory, processor calm", tight, {worker}, named(few, "Worker")},
-      {"busy: biggest among now only", justBusy, {bigger, worker}, named(processor, "Worker")},
-      {"busy without a now finding", justBusy, {holder, bigger}, named(few, "Bigger")},
-      {"0.8 is not very busy", notBusy, {worker}, named(few, "Worker")},
-      {"only leftovers is fine", healthy(), {leftover}, fine},
+      {"busy: biggest among now only", with(1, 0.81), {bigger, worker}, named(processor, "Worker")},
+      {"busy without a now finding", with(1, 0.81), {holder, bigger}, named(few, "Bigger")},
+      {"0.8 is not very busy", with(1, 0.8), {worker}, named(few, "Worker")},
       {"nothing at all is fine", healthy(), {}, fine},
   };
   for (const auto& [what, snapshot, findings, expected] : cases) {
     const Verdict got = verdict(snapshot, findings);
-    EXPECT_EQ(got.headline, expected.headline) << what;
-    EXPECT_EQ(got.cause, expected.cause) << what;
-    EXPECT_EQ(got.ok, expected.ok) << what;
+    EXPECT_EQ(std::tie(got.headline, got.cause, got.ok),
+              std::tie(expected.headline, expected.cause, expected.ok))
+        << what;
   }
 }
 

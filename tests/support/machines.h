@@ -1,10 +1,13 @@
 // Small invented machines for tests of rules.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "records/finding.h"
 #include "records/snapshot.h"
 
 namespace tarnwick {
@@ -37,6 +40,18 @@ inline Proc& addApp(Snapshot& snapshot, Pid pid, const std::string& app) {
   proc.path = "/Applications/" + app + ".app/Contents/MacOS/" + app;
   proc.app = app;
   return proc;
+}
+
+// The one finding there should be.
+inline Finding only(const std::vector<Finding>& found) {
+  EXPECT_EQ(found.size(), 1U);
+  return found.empty() ? Finding{} : found.front();
+}
+
+inline std::vector<std::string> ids(const std::vector<Finding>& found) {
+  std::vector<std::string> all;
+  for (const Finding& finding : found) all.push_back(finding.id);
+  return all;
 }
 
 }  // namespace tarnwick

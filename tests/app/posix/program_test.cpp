@@ -2,10 +2,9 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 
 #include "sampling/tools/posix/posix_tool_runner.h"
+#include "tests/support/text_of_file.h"
 
 namespace tarnwick {
 namespace {
@@ -20,11 +19,7 @@ ToolResult shell(const std::string& line) {
   return tool == nullptr ? ToolResult{"the shell did not start", -1} : tool->result();
 }
 
-std::string calmReport() {
-  std::stringstream file;
-  file << std::ifstream(TARNWICK_SOURCE_DIR "/tests/app/fixtures/demo/calm.txt").rdbuf();
-  return file.str();
-}
+const std::string calmReport = textOfFile(TARNWICK_SOURCE_DIR "/tests/app/fixtures/demo/calm.txt");
 
 TEST(Program, ModesPrintAndEndAsTheyShould) {
   const std::string unknown = "Unknown scenario “Calm”. Use memory, calm, or developer.\n";
@@ -33,9 +28,9 @@ TEST(Program, ModesPrintAndEndAsTheyShould) {
     int status;
     std::string output;
   } cases[] = {
-      {"$T --demo --scenario calm 2>&1", 0, calmReport()},
-      {"$T --print --scenario calm 2>&1", 0, calmReport()},
-      {"cd $(mktemp -d) && rmdir $PWD && $T --scenario calm --demo 2>&1", 0, calmReport()},
+      {"$T --demo --scenario calm 2>&1", 0, calmReport},
+      {"$T --print --scenario calm 2>&1", 0, calmReport},
+      {"cd $(mktemp -d) && rmdir $PWD && $T --scenario calm --demo 2>&1", 0, calmReport},
       {"$T --demo --scenario Calm 2>/dev/null", 1, unknown},
       {"$T --print --scenario Calm 2>/dev/null", 1, unknown},
       {"$T --demo --selftest 2>&1", 0, "selftest ok\n"},
