@@ -2,15 +2,30 @@
 #pragma once
 
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "app/panel/content.h"
+#include "app/panel/panel_controller.h"
 
 namespace tarnwick {
 
 inline constexpr std::uint64_t mib = 1024ULL * 1024;
 inline constexpr std::int64_t gib = 1024LL * 1024 * 1024;
 inline constexpr Timestamp sampleTime = timestamp(1'700'000'000);
+
+// The two settings, one of which can be stuck.
+class FakeSettings : public PanelSettings {
+ public:
+  bool opensAtLogin() override { return login; }
+  void setOpensAtLogin(bool on) override { login = on; }
+  bool prTitles() override { return titles; }
+  void setPrTitles(bool on) override { titles = on && writable; }
+
+  bool login = false;
+  bool titles = false;
+  bool writable = true;
+};
 
 // Everything that the panel looks at, owned.
 struct Shown {
@@ -24,14 +39,59 @@ struct Shown {
   PanelView view() const { return {snap, found, busy, note, guesses, openCard}; }
 };
 
-// A healthy machine: 140 GB free, no pressure, processor at 12 %.
-Snapshot sampleSnapshot();
+// A healthy machine.
+inline Snapshot sampleSnapshot() {
+  return {.diskFree = 140 * gib,
+          .diskTotal = 256 * gib,
+          .ram = 16384 * mib,
+          .cpuBusy = 0.12,
+          .cores = 10,
+          .now = sampleTime};
+}
+
+// A plain card with one action: "kill -TERM 41".
+inline Finding sampleFinding(const std::string& id, Bucket bucket, const std::string& title = "") {
+  return {.id = id,
+          .bucket = bucket,
+          .title = title.empty() ? "Title of " + id : title,
+          .detail = "Detail of " + id + ".",
+          .bytes = 512 * mib,
+          .actions = {{"Stop", {Signal{41, 15, sampleTime}}}},
+          .subject = id,
+          .summary = "Summary of " + id + ".",
+          .icon = "cpu",
+          .impact = 0.1};
+}
 
 // A developer's machine: five causes and two leftovers, with steps, metrics, evidence and long texts.
-std::vector<Finding> sampleFindings();
-
-// A plain card with one action: "kill -TERM <pid>".
-Finding sampleFinding(const std::string& id, Bucket bucket, Pid pid = 41);
+inline std::vector<Finding> sampleFindings() {
+  Finding docker = sampleFinding("docker", Bucket::always, "Docker holds 8.0 GB of memory");
+  docker.detail =
+      "Docker runs your containers inside a virtual machine, and that machine keeps the memory it once asked "
+      "for. 2 containers are running: storefront-db (780 MB) and storefront-redis (120 MB).";
+  docker.actions = {{"Quit Docker", {QuitApp{"com.docker.docker"}}}};
+  docker.steps = {
+      {"Quit Docker when you do not need it.", docker.actions.front()},
+      {"Or give it less memory: open Docker, choose Settings, then Resources.", std::nullopt},
+      {"Stop the containers that you do not use.", Action{"Stop storefront-db", {DockerStop{"c1"}}}}};
+  docker.metric = "8.0 GB";
+  Finding browser = sampleFinding("browser-app:Google Chrome", Bucket::now,
+                                  "Google Chrome uses 2.3 GB of memory for 31 tabs in 4 windows");
+  browser.summary = "12 tabs repeat a page that is already open in another tab of the same browser.";
+  browser.metric = "140% CPU";
+  browser.icon = "/nowhere/Google Chrome.app";
+  Finding tests = sampleFinding("pid:15", Bucket::now, "“make test-cov” keeps 3 cores busy");
+  tests.actions = {{"Stop", {All{{{Signal{15, 15, sampleTime}}, {Signal{14, 15, sampleTime}}}}}}};
+  tests.evidence = "python -m pytest\ncwd /home/me/storefront";
+  Finding photos = sampleFinding("photos", Bucket::now, "Photos is analyzing your pictures");
+  photos.actions.clear();
+  const Finding stack =
+      sampleFinding("stack:/home/me/storefront", Bucket::leftovers,
+                    "storefront: 2 servers and 2 containers that nobody has used for 13 hours");
+  Finding awake = sampleFinding("caffeinate:30", Bucket::leftovers);
+  awake.bytes = 0;
+  return {docker, browser, tests, sampleFinding("disk", Bucket::always), photos, stack, awake};
+}
 
 // Every node of that kind, in reading order.
 template <class T>
@@ -55,9 +115,10 @@ std::vector<T> nodesOf(const Node& node) {
 }
 
 // The texts of all labels, in reading order.
-std::vector<std::string> textsOf(const Node& node);
-
-// The titles of all buttons that have one, in reading order.
-std::vector<std::string> titlesOf(const Node& node);
+inline std::vector<std::string> textsOf(const Node& node) {
+  std::vector<std::string> texts;
+  for (const Label& label : nodesOf<Label>(node)) texts.push_back(label.text);
+  return texts;
+}
 
 }  // namespace tarnwick

@@ -1,0 +1,52 @@
+// What a model asks for, written down, with prepared answers. Checks and children must not hold the main
+// thread.
+#pragma once
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "app/model.h"
+#include "records/checked.h"
+
+namespace tarnwick {
+
+class FakeServices : public ModelServices {
+ public:
+  explicit FakeServices(const Executor& executor) : executor_(executor) {}
+
+  Check check(const std::set<Pid>& termed) override {
+    if (executor_.isMainThread()) fault("a check on the main thread");
+    calls.emplace_back("check");
+    termedSeen.push_back(termed);
+    return next;
+  }
+  void resetCaches() override { calls.emplace_back("reset"); }
+  std::optional<std::string> apply(const Fix& fix) override {
+    calls.push_back((executor_.isMainThread() ? "apply on main: " : "apply: ") + fix.command());
+    return error;
+  }
+  void copyText(const std::string& text) override { copied = text; }
+  std::optional<std::string> ownExecutable() override { return executable; }
+  std::string explainByChild(const std::string& program, const std::string& evidence) override {
+    if (executor_.isMainThread()) fault("the main thread waits for a child");
+    calls.push_back(program + " explains " + evidence);
+    return answer;
+  }
+  void freeMemory() override { calls.emplace_back("free memory"); }
+  Timestamp now() override { return time; }
+
+  Check next;
+  std::optional<std::string> error;
+  std::optional<std::string> executable = "/bin/tarnwick";
+  std::string answer;
+  std::string copied;
+  Timestamp time = timestamp(1'700'000'000);
+  std::vector<std::string> calls;
+  std::vector<std::set<Pid>> termedSeen;
+
+ private:
+  const Executor& executor_;
+};
+
+}  // namespace tarnwick
