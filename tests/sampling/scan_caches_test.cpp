@@ -1,13 +1,7 @@
 // What a scan asks the container engine and the browsers, and how long it lives on the answers.
 #include <gmock/gmock.h>
 
-#include "sampling/scan.h"
-#include "tests/support/fake_browsers.h"
-#include "tests/support/fake_clock.h"
-#include "tests/support/fake_machine_source.h"
-#include "tests/support/fake_process_source.h"
-#include "tests/support/fake_transport.h"
-#include "tests/support/fake_workspace.h"
+#include "tests/sampling/scan_machine.h"
 
 namespace tarnwick {
 namespace {
@@ -21,20 +15,7 @@ constexpr const char* safari = "com.apple.Safari";
 constexpr const char* chrome = "com.google.Chrome";
 constexpr const char* firefox = "org.mozilla.firefox";
 
-struct Machine {
-  FakeClock clock;
-  FakeProcessSource process;
-  FakeMachineSource machine;
-  FakeWorkspace workspace;
-  BenchMarks marks{[] { return 0.0; }};
-  ProcessTable processes{process};
-  FakeTransport engine;
-  Docker docker{engine, {"/engine.sock"}};
-  bool dockerRuns = true;
-  FakeBrowsers browsers;
-  Scan driver{{processes, machine, workspace, clock, marks, docker, [this] { return dockerRuns; }, browsers},
-              "/nonexistent"};
-
+struct Machine : ScanMachine {
   Machine() {
     engine.replies["GET /containers/json"] = "HTTP/1.0 200 OK\r\n\r\n[{\"Id\":\"c1\",\"Names\":[\"/db\"]}]";
     for (const char* id : {firefox, chrome, safari})
@@ -81,11 +62,6 @@ TEST(ScanCaches, AnEngineThatQuitIsForgottenAtOnce) {
   m.dockerRuns = true;
   EXPECT_THAT(m.containersAfter(1), SizeIs(1));
   EXPECT_EQ(m.listsAsked(), 2U);
-
-  Machine without;
-  without.dockerRuns = false;
-  without.containersAfter(0);
-  EXPECT_THAT(without.engine.asked(), IsEmpty());
 }
 
 TEST(ScanCaches, TheEngineAnswersWhileTheScanWaitsAnyway) {

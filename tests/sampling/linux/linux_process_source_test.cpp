@@ -9,43 +9,23 @@
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <filesystem>
-#include <functional>
 #include <thread>
 
 #include "sampling/linux/sock_diag.h"
 #include "sampling/process_table.h"
+#include "tests/support/posix/child_process.h"
+#include "tests/support/wait_until.h"
 
 namespace tarnwick {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-// A child that runs `body`, then waits for its end with the object.
-class Child {
- public:
-  explicit Child(const std::function<void()>& body) : pid(::fork()) {
-    if (pid != 0) return;
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    body();
-    while (true) ::pause();
-  }
-  ~Child() {
-    if (pid <= 0) return;
-    ::kill(pid, SIGKILL);
-    ::waitpid(pid, nullptr, 0);
-  }
-  Child(const Child&) = delete;
-  Child& operator=(const Child&) = delete;
-  const Pid pid;
-};
 
 void execute(std::vector<std::string> words) {
   std::vector<char*> argv;
@@ -54,16 +34,6 @@ void execute(std::vector<std::string> words) {
   argv.push_back(nullptr);
   ::execv(argv[0], argv.data());
   ::_exit(127);
-}
-
-// Asks until it is so; false after a minute.
-bool waitFor(const std::function<bool()>& condition) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-  return true;
 }
 
 class LinuxProcessSourceTest : public testing::Test {
@@ -79,21 +49,18 @@ class LinuxProcessSourceTest : public testing::Test {
 };
 
 TEST_F(LinuxProcessSourceTest, ABusyChildIsBusyAndAnIdleOneIsNot) {
-  const Child busy([] {
-    while (::getppid() > 0) {
-    }
-  });
-  const Child idle([] {});
+  const ChildProcess busy([] { execute({"/bin/sh", "-c", "while :; do :; done"}); });
+  const ChildProcess idle;
   ProcessTable table(source);
   PidMap<Proc> procs;
-  ASSERT_TRUE(waitFor([&] {
+  ASSERT_TRUE(waitUntil([&] {
     table.firstPass();
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     procs = table.secondPass(now());
-    const double cpu = procs[busy.pid].cpu;
-    return cpu > 0.2 && cpu < 1.2 && procs[idle.pid].cpu < 0.1;
+    const double cpu = procs[busy.pid()].cpu;
+    return cpu > 0.2 && cpu < 1.2 && procs[idle.pid()].cpu < 0.1;
   }));
-  const Proc& proc = procs.at(idle.pid);
+  const Proc& proc = procs.at(idle.pid());
   EXPECT_EQ(proc.ppid, ::getpid());
   EXPECT_EQ(proc.path, std::filesystem::read_symlink("/proc/self/exe"));
   EXPECT_EQ(proc.cwd, std::filesystem::current_path());
@@ -105,7 +72,7 @@ TEST_F(LinuxProcessSourceTest, ABusyChildIsBusyAndAnIdleOneIsNot) {
 
 TEST_F(LinuxProcessSourceTest, FootprintHoldsAnonymousAndSharedMemory) {
   constexpr std::size_t bytes = std::size_t{16} << 20U;
-  const Child child([] {
+  const ChildProcess child([] {
     const auto grab = [](int kind) {
       void* memory =
           ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_ANONYMOUS | MAP_POPULATE | kind, -1, 0);
@@ -114,9 +81,9 @@ TEST_F(LinuxProcessSourceTest, FootprintHoldsAnonymousAndSharedMemory) {
     grab(MAP_PRIVATE);
     grab(MAP_SHARED);
   });
-  EXPECT_TRUE(waitFor([&] {
+  EXPECT_TRUE(waitUntil([&] {
     source.beginPass();
-    const auto usage = source.usage(child.pid);
+    const auto usage = source.usage(child.pid());
     return usage && usage->footprint >= 2 * bytes && usage->resident >= usage->footprint;
   }));
 }
@@ -124,7 +91,7 @@ TEST_F(LinuxProcessSourceTest, FootprintHoldsAnonymousAndSharedMemory) {
 TEST_F(LinuxProcessSourceTest, WhatIsRememberedEndsWithTheProcessAndItsParent) {
   std::array<int, 2> channel{};
   ASSERT_EQ(::pipe(channel.data()), 0);
-  std::optional<Child> parent;
+  std::optional<ChildProcess> parent;
   parent.emplace([&] {
     const pid_t grandchild = ::fork();
     if (grandchild == 0) {
@@ -139,7 +106,7 @@ TEST_F(LinuxProcessSourceTest, WhatIsRememberedEndsWithTheProcessAndItsParent) {
     const auto facts = source.facts(pid);
     return facts ? facts->ppid : -1;
   };
-  const Pid before = parent->pid;
+  const Pid before = parent->pid();
   EXPECT_EQ(parentOf(grandchild), before);
   EXPECT_EQ(parentOf(grandchild), before) << "now from memory";
   parent.reset();
@@ -152,48 +119,47 @@ TEST_F(LinuxProcessSourceTest, WhatIsRememberedEndsWithTheProcessAndItsParent) {
 TEST_F(LinuxProcessSourceTest, EveryNewProcessIsAskedAboutButAnotherUsersHasNoFacts) {
   for (int round = 0; round < 3; ++round) {
     source.candidates();
-    const Child child([] {});
-    EXPECT_THAT(source.candidates(), testing::Contains(child.pid));
-    EXPECT_TRUE(source.facts(child.pid));
+    const ChildProcess child;
+    EXPECT_THAT(source.candidates(), testing::Contains(child.pid()));
+    EXPECT_TRUE(source.facts(child.pid()));
   }
   if (::getuid() != 0) GTEST_SKIP() << "starting a process of another user takes root";
-  const Child other([] {
+  const ChildProcess other([] {
     if (::setuid(65'534) != 0) ::_exit(1);
   });
-  EXPECT_TRUE(waitFor([&] { return !source.facts(other.pid); }));
+  EXPECT_TRUE(waitUntil([&] { return !source.facts(other.pid()); }));
 }
 
 TEST_F(LinuxProcessSourceTest, AnEndedChildHasOnlyItsName) {
-  const Child child([] {
+  ChildProcess child([] {
     ::prctl(PR_SET_NAME, "a) b\n(c");
     ::_exit(0);
   });
-  siginfo_t info{};
-  ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(child.pid), &info, WEXITED | WNOWAIT), 0);
-  ASSERT_TRUE(source.facts(child.pid));
-  EXPECT_EQ(source.facts(child.pid)->ppid, ::getpid());
-  EXPECT_EQ(source.path(child.pid), "");
-  EXPECT_THAT(source.args(child.pid), ElementsAre("a) b\n(c"));
-  ASSERT_TRUE(source.usage(child.pid));
-  EXPECT_EQ(source.usage(child.pid)->resident, 0U);
-  ::waitpid(child.pid, nullptr, 0);
-  EXPECT_FALSE(source.facts(child.pid)) << "ended since the pass began";
+  child.waitUntilZombie();
+  ASSERT_TRUE(source.facts(child.pid()));
+  EXPECT_EQ(source.facts(child.pid())->ppid, ::getpid());
+  EXPECT_EQ(source.path(child.pid()), "");
+  EXPECT_THAT(source.args(child.pid()), ElementsAre("a) b\n(c"));
+  ASSERT_TRUE(source.usage(child.pid()));
+  EXPECT_EQ(source.usage(child.pid())->resident, 0U);
+  child.killed();
+  EXPECT_FALSE(source.facts(child.pid())) << "ended since the pass began";
   source.beginPass();
-  EXPECT_FALSE(source.facts(child.pid));
-  EXPECT_FALSE(source.usage(child.pid));
-  EXPECT_FALSE(source.processorTime(child.pid));
-  EXPECT_THAT(source.args(child.pid), IsEmpty());
-  EXPECT_THAT(source.listenPorts(child.pid), IsEmpty());
+  EXPECT_FALSE(source.facts(child.pid()));
+  EXPECT_FALSE(source.usage(child.pid()));
+  EXPECT_FALSE(source.processorTime(child.pid()));
+  EXPECT_THAT(source.args(child.pid()), IsEmpty());
+  EXPECT_THAT(source.listenPorts(child.pid()), IsEmpty());
 }
 
 TEST_F(LinuxProcessSourceTest, ADeletedExecutableKeepsItsPath) {
   const auto copy = std::filesystem::temp_directory_path() / ("sleeper " + std::to_string(::getpid()));
   std::filesystem::copy_file("/bin/sleep", copy);
-  const Child child([&] { execute({copy.string(), "600"}); });
-  const bool running = waitFor([&] { return source.path(child.pid) == copy; });
+  const ChildProcess child([&] { execute({copy.string(), "600"}); });
+  const bool running = waitUntil([&] { return source.path(child.pid()) == copy; });
   std::filesystem::remove(copy);
   ASSERT_TRUE(running);
-  EXPECT_EQ(source.path(child.pid), copy);
+  EXPECT_EQ(source.path(child.pid()), copy);
 }
 
 TEST_F(LinuxProcessSourceTest, LongEmptyAndInvalidArgumentsAreReadWhole) {
@@ -201,11 +167,11 @@ TEST_F(LinuxProcessSourceTest, LongEmptyAndInvalidArgumentsAreReadWhole) {
   const std::vector<std::string> start{"/bin/sh", "-c", "kill -STOP $$", "sh", half, half};
   auto words = start;
   words.insert(words.end(), {"", "\xC3(", ""});
-  const Child child([&] { execute(words); });
+  const ChildProcess child([&] { execute(words); });
   words[7] = "\xEF\xBF\xBD(";
-  EXPECT_TRUE(waitFor([&] {
+  EXPECT_TRUE(waitUntil([&] {
     source.beginPass();
-    return source.args(child.pid) == words;
+    return source.args(child.pid()) == words;
   }));
 }
 
@@ -235,17 +201,17 @@ TEST_F(LinuxProcessSourceTest, APortOfBothFamiliesIsListedOnce) {
   v6.sin6_port = v4.sin_port;
   const int second = listenOn(v6);
   if (second < 0) GTEST_SKIP() << "no IPv6 here, or the port is taken there";
-  const Child server([] {});
-  const Child other([&] {
+  const ChildProcess server;
+  const ChildProcess other([&] {
     ::close(first);
     ::close(second);
   });
   const std::uint16_t port = ntohs(v4.sin_port);
-  EXPECT_THAT(source.listenPorts(server.pid), ElementsAre(port));
-  EXPECT_TRUE(waitFor([&] { return source.listenPorts(other.pid).empty(); }));
+  EXPECT_THAT(source.listenPorts(server.pid()), ElementsAre(port));
+  EXPECT_TRUE(waitUntil([&] { return source.listenPorts(other.pid()).empty(); }));
 
   const ProcReader reader("/proc");
-  EXPECT_THAT(ListeningPorts(reader, false).of(server.pid), ElementsAre(port)) << "from the text tables";
+  EXPECT_THAT(ListeningPorts(reader, false).of(server.pid()), ElementsAre(port)) << "from the text tables";
   const auto diag = listenersFromSockDiag();
   ASSERT_TRUE(diag) << "netlink does not answer here";
   EXPECT_EQ(std::ranges::count(*diag, port, &Listener::port), 2);

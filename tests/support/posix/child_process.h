@@ -1,7 +1,7 @@
 // A child process of the test that waits to be signalled.
 #pragma once
 
-#include <optional>
+#include <functional>
 
 #include "records/basics.h"
 
@@ -9,8 +9,9 @@ namespace tarnwick {
 
 class ChildProcess {
  public:
-  // Starts a child; as another user when `uid` is given, which takes root.
-  explicit ChildProcess(std::optional<unsigned> uid = std::nullopt);
+  // Starts a child and returns once `body` has returned in it, or has become another program or ended. The
+  // child then waits for signals.
+  explicit ChildProcess(const std::function<void()>& body = [] {});
 
   // Takes over a child that the test started itself.
   static ChildProcess adopt(Pid pid) { return ChildProcess(pid, true); }
