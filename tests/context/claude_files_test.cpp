@@ -9,10 +9,9 @@ namespace {
 
 TEST(ClaudeFiles, OnlyAnObjectIsAnObject) {
   EXPECT_TRUE(jsonObject(R"( {"a": [1, {"b": null}]} )"));
-  for (const std::string& text :
-       {std::string("[1]"), std::string("\"a\""), std::string("null"), std::string(), std::string("{\"a\":1"),
-        std::string("{\"a\":1e999}"), std::string("{\"a\":\"\xFF\"}"), std::string(1'000'000, '['),
-        "{\"a\":" + std::string(1'000'000, '[')}) {
+  for (const std::string& text : {std::string("[1]"), std::string("null"), std::string(),
+                                  std::string("{\"a\":1"), std::string("{\"a\":1e999}"),
+                                  std::string("{\"a\":\"\xFF\"}"), "{\"a\":" + std::string(1'000'000, '[')}) {
     EXPECT_FALSE(jsonObject(text)) << text.substr(0, 40);
   }
 }
@@ -20,13 +19,8 @@ TEST(ClaudeFiles, OnlyAnObjectIsAnObject) {
 TEST(ClaudeFiles, TheNewestMarkedLineIsTheOnlyOneTried) {
   const std::string older = R"({"type":"ai-title","aiTitle":"old"})";
   const std::string newer = R"({"n":1,"type":"ai-title","aiTitle":"new"})";
-  struct Case {
-    std::string bytes;
-    std::optional<std::string> title;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, std::optional<std::string>> cases[] = {
       {older + "\n" + newer + "\n{\"type\":\"user\"}\n", "new"},
-      {newer, "new"},
       {"\n\n" + newer + "\r\n", "new"},
       {older + "\n" + R"({"type":"ai-title","other":1})" + "\n", std::nullopt},
       {older + "\n" + newer.substr(0, newer.size() - 3), std::nullopt},
@@ -34,25 +28,21 @@ TEST(ClaudeFiles, TheNewestMarkedLineIsTheOnlyOneTried) {
       {older + "\n" + R"({"type": "ai-title","aiTitle":"spaced"})", "old"},
       {older + "\n" + R"({"type":"ai-titles","aiTitle":"longer"})", "old"},
       {older + "\n" + R"({"type":"ai-title","aiTitle":7})", std::nullopt},
-      {R"({"type":"user"})", std::nullopt},
       {"", std::nullopt},
   };
-  for (const Case& expected : cases) {
-    const auto line = newest(expected.bytes, "ai-title", "aiTitle");
-    EXPECT_EQ(line ? textMember(*line, "aiTitle") : std::nullopt, expected.title) << expected.bytes;
+  for (const auto& [bytes, title] : cases) {
+    const auto line = newest(bytes, "ai-title", "aiTitle");
+    EXPECT_EQ(line ? textMember(*line, "aiTitle") : std::nullopt, title) << bytes;
   }
 }
 
 TEST(ClaudeFiles, NumbersAreWholeAndFit) {
   const std::pair<std::string, std::optional<std::int64_t>> cases[] = {
       {"42", 42},
-      {"-1", -1},
       {"9223372036854775807", 9'223'372'036'854'775'807},
       {"9223372036854775808", std::nullopt},
-      {"18446744073709551616", std::nullopt},
       {"42.5", std::nullopt},
       {"\"42\"", std::nullopt},
-      {"true", std::nullopt},
   };
   for (const auto& [number, expected] : cases) {
     EXPECT_EQ(numberMember(*jsonObject("{\"n\":" + number + "}"), "n"), expected) << number;
@@ -62,28 +52,20 @@ TEST(ClaudeFiles, NumbersAreWholeAndFit) {
 
 TEST(ClaudeFiles, TimesNeedDateTimeAndZone) {
   const std::pair<std::string, std::optional<double>> cases[] = {
-      {"1970-01-01T00:00:00Z", 0},
       {"2025-11-21T05:44:12Z", 1'763'703'852},
       {"2025-11-21T05:44:12.25Z", 1'763'703'852.25},
       {"2025-11-21T05:44:12,5+00:00", 1'763'703'852.5},
       {"2025-11-21T05:44:12.500000000000000000000000Z", 1'763'703'852.5},
       {"2025-11-21T07:44:12+02:00", 1'763'703'852},
       {"2025-11-21T02:14:12-0330", 1'763'703'852},
-      {"2025-11-21T07:44:12+02", 1'763'703'852},
-      {"2024-02-29T00:00:00Z", 1'709'164'800},
       {"0001-01-01T00:00:00Z", -62'135'596'800},
       {"9999-12-31T23:59:59Z", 253'402'300'799},
       {"2025-02-29T00:00:00Z", std::nullopt},
-      {"2025-13-01T00:00:00Z", std::nullopt},
-      {"2025-11-21T25:00:00Z", std::nullopt},
       {"2025-11-21T05:44:12", std::nullopt},
-      {"2025-11-21T05:44:12.Z", std::nullopt},
       {"2025-11-21T05:44:12+99:99", std::nullopt},
       {"2025-11-21T05:44:12Z and more", std::nullopt},
       {"2025-11-21 05:44:12Z", std::nullopt},
-      {"2025-11-21", std::nullopt},
       {"999999999999-11-21T05:44:12Z", std::nullopt},
-      {"yesterday", std::nullopt},
       {"", std::nullopt},
   };
   for (const auto& [text, expected] : cases) {

@@ -36,20 +36,15 @@ TEST_F(ClaudeReaderTest, ASessionsTranscriptTellsTitleAndPullRequest) {
   transcriptFile("a-project", "other", titleLine);
   transcriptFile("b-project", "abc", titleLine + prLine);
   home_.write(".claude/projects/stray file", "");
-  ClaudeWork expected;
-  expected.title = "Fix the cart";
-  expected.pr = 42;
-  expected.prRepo = "acme/shop";
-  EXPECT_EQ(reader_.claudeSession(7), expected);
+  EXPECT_EQ(reader_.claudeSession(7), (ClaudeWork{.title = "Fix the cart", .pr = 42, .prRepo = "acme/shop"}));
 }
 
 TEST_F(ClaudeReaderTest, ASessionFileThatSaysNothingGivesNoRecord) {
   EXPECT_EQ(reader_.claudeSession(1), std::nullopt);
   session(2, R"({"id":"abc"})");
   session(3, R"({"sessionId":7})");
-  session(4, R"(["sessionId"])");
   session(5, "{\"sessionId\":\"abc\"" + std::string(1U << 20U, ' ') + "}");
-  for (const Pid pid : {2, 3, 4, 5, -1}) EXPECT_EQ(reader_.claudeSession(pid), std::nullopt) << pid;
+  for (const Pid pid : {2, 3, 5, -1}) EXPECT_EQ(reader_.claudeSession(pid), std::nullopt) << pid;
   session(6, R"({"sessionId":"no transcript"})");
   EXPECT_EQ(reader_.claudeSession(6), ClaudeWork{});
 }
@@ -71,11 +66,6 @@ TEST_F(ClaudeReaderTest, OnlyTheLastMebibyteOfATranscriptIsRead) {
   transcriptFile("p", "cut", early + titleLine + rest + "\n");
   EXPECT_EQ(reader_.transcript("whole").title, "Fix the cart");
   EXPECT_EQ(reader_.transcript("cut").title, std::nullopt);
-}
-
-TEST_F(ClaudeReaderTest, APullRequestTakesANumber) {
-  transcriptFile("p", "a", R"({"type":"pr-link","prRepository":"acme/shop"})");
-  EXPECT_EQ(reader_.transcript("a"), ClaudeWork{});
 }
 
 TEST_F(ClaudeReaderTest, ATranscriptOnceFoundStaysFound) {
@@ -103,14 +93,13 @@ TEST_F(ClaudeReaderTest, AJobIsFoundFromAnyFolderInsideItsOwn) {
   transcriptFile("p", "abc", titleLine + prLine);
   job("j1", R"({"sessionId":"abc","name":"Nightly","state":"running","cwd":"/w",
                "updatedAt":"2025-11-21T05:44:12.500Z"})");
-  ClaudeWork expected;
-  expected.title = "Fix the cart";
-  expected.pr = 42;
-  expected.prRepo = "acme/shop";
-  expected.job = "Nightly";
-  expected.jobState = "running";
-  expected.jobUpdated = timestamp(1'763'703'852.5);
-  expected.jobDir = "/w";
+  const ClaudeWork expected{.title = "Fix the cart",
+                            .pr = 42,
+                            .prRepo = "acme/shop",
+                            .job = "Nightly",
+                            .jobState = "running",
+                            .jobUpdated = timestamp(1'763'703'852.5),
+                            .jobDir = "/w"};
   const std::string jobs = home_.at(".claude/jobs");
   for (const char* inside : {"/j1", "/j1/", "//j1//a/b"}) {
     EXPECT_EQ(reader_.claudeJob(jobs + inside), expected) << inside;
@@ -124,13 +113,6 @@ TEST_F(ClaudeReaderTest, AJobIsFoundFromAnyFolderInsideItsOwn) {
 }
 
 TEST_F(ClaudeReaderTest, EveryFieldOfAJobMayBeMissing) {
-  job("bare", R"({"name":"Nightly","state":"done","cwd":"/w","updatedAt":"2025-11-21T05:44:12Z"})");
-  ClaudeWork expected;
-  expected.job = "Nightly";
-  expected.jobState = "done";
-  expected.jobDir = "/w";
-  expected.jobUpdated = timestamp(1'763'703'852);
-  EXPECT_EQ(reader_.claudeJob(home_.at(".claude/jobs/bare")), expected);
   job("odd", R"({"name":7,"state":null,"updatedAt":"soon"})");
   EXPECT_EQ(reader_.claudeJob(home_.at(".claude/jobs/odd")), ClaudeWork{});
   job("broken", "{");
