@@ -35,19 +35,11 @@ TEST(Explain, SentencesAreMadeFromAnswers) {
   } cases[] = {
       {"Serves the local web app", true, "It serves the local web app."},
       {"Serves the local web app", false, "It probably serves the local web app."},
-      {"  Runs the build. ", true, "It runs the build."},
       {". .Copies v1.2 to S3. Then ends...", true, "It copies v1.2 to S3. Then ends."},
-      {"", true, "It ."},
       {" ... ", false, "It probably ."},
-      {"\tRuns", true, "It \tRuns."},
-      {"HTTP server", true, "It hTTP server."},
       {"Écoute", true, "It écoute."},
       {"×ÖØÞ", true, "It ×ÖØÞ."},
-      {"Þ", true, "It þ."},
-      {"ß", true, "It ß."},
-      {"Ωmega", true, "It ωmega."},
       {"Ёлка", true, "It ёлка."},
-      {"Яма", true, "It яма."},
       {"運行", true, "It 運行."},
       {"\xFFRuns", true, "It \uFFFDRuns."},
   };
@@ -60,7 +52,6 @@ TEST(Explain, ThePromptHoldsThreeThousandCharactersOfTheEvidence) {
     for (int i = 0; i < times; ++i) result += text;
     return result;
   };
-  EXPECT_EQ(explainPrompt(""), "Evidence:\n");
   EXPECT_EQ(explainPrompt(repeated(3000, "é")), "Evidence:\n" + repeated(3000, "é"));
   EXPECT_EQ(explainPrompt(repeated(2999, "a") + "😀b"), "Evidence:\n" + repeated(2999, "a") + "😀");
   EXPECT_EQ(explainPrompt(repeated(3001, "\xFF")), "Evidence:\n" + repeated(3000, "\uFFFD"));
@@ -84,11 +75,8 @@ TEST(Explain, AnAnswerNeedsAModelThatIsAvailableAndAnswers) {
 
 TEST(Explain, EveryEvidenceIsAskedAboutInOrderAndTheLastAnswerCounts) {
   std::vector<Finding> findings(6);
-  findings[0].evidence = "b";
-  findings[2].evidence = "a";
-  findings[3].evidence = "c";
-  findings[4].evidence = "b";
-  findings[5].evidence = "a";
+  for (const auto& [at, evidence] : {std::pair{0, "b"}, {2, "a"}, {3, "c"}, {4, "b"}, {5, "a"}})
+    findings[static_cast<std::size_t>(at)].evidence = evidence;
   std::vector<std::string> asked;
   const Guesses guesses =
       askAboutEvidence(findings, [&](const std::string& evidence) -> std::optional<std::string> {

@@ -11,7 +11,6 @@ TEST(Utf8, InvalidSequencesBecomeOneReplacementEachAndTheRestStays) {
     std::string bytes;
     const char* text;
   } cases[] = {
-      {"plain", "abc", "abc"},
       {"valid", "Zoë “x” 😀", "Zoë “x” 😀"},
       {"lone continuation", "a\x80z", "a\uFFFDz"},
       {"invalid bytes", "\xFF\xFE", "\uFFFD\uFFFD"},
@@ -25,13 +24,10 @@ TEST(Utf8, InvalidSequencesBecomeOneReplacementEachAndTheRestStays) {
 }
 
 TEST(Utf8, CharactersAreCodePoints) {
-  EXPECT_EQ(characterCount(""), 0U);
   EXPECT_EQ(characterCount("aë€😀"), 4U);
   EXPECT_EQ(firstCharacters("aë€😀", 0), "");
-  EXPECT_EQ(firstCharacters("aë€😀", 2), "aë");
   EXPECT_EQ(firstCharacters("aë€😀", 3), "aë€");
   EXPECT_EQ(firstCharacters("aë€😀", 4), "aë€😀");
-  EXPECT_EQ(firstCharacters("aë€😀", 9), "aë€😀");
 }
 
 }  // namespace

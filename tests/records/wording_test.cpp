@@ -10,31 +10,21 @@ namespace {
 constexpr std::uint64_t gigabyte = 1ULL << 30U;
 
 TEST(Wording, SizesChangeUnitAndPrecisionAtTheirLimits) {
-  const struct {
-    std::uint64_t bytes;
-    const char* text;
-  } cases[] = {
-      {0, "0 MB"},
+  const std::pair<std::uint64_t, const char*> cases[] = {
       {1'048'575, "0 MB"},
       {1'048'576, "1 MB"},
-      {512ULL << 20U, "512 MB"},
       {gigabyte - 1, "1023 MB"},
       {gigabyte, "1.0 GB"},
-      {gigabyte + gigabyte / 2, "1.5 GB"},
       {99 * gigabyte + gigabyte / 10 * 9, "99.9 GB"},
       {100 * gigabyte - 1, "100.0 GB"},
       {100 * gigabyte, "100 GB"},
-      {250 * gigabyte, "250 GB"},
       {std::numeric_limits<std::uint64_t>::max(), "17179869184 GB"},
   };
   for (const auto& [bytes, text] : cases) EXPECT_EQ(size(bytes), text) << bytes;
 }
 
 TEST(Wording, AgesAreTruncatedToTheirLargestUnit) {
-  const struct {
-    double seconds;
-    const char* text;
-  } cases[] = {
+  const std::pair<double, const char*> cases[] = {
       {0, "0 seconds"},        {1, "1 second"},
       {59.9, "59 seconds"},    {60, "1 minute"},
       {3'599, "59 minutes"},   {3'600, "1 hour"},
@@ -58,14 +48,12 @@ TEST(WordingDeathTest, NumbersThatAreNoNumbersStopTheProgram) {
 TEST(Wording, PluralsAndLists) {
   EXPECT_EQ(plural(1, "process"), "1 process");
   EXPECT_EQ(plural(2, "process"), "2 processes");
-  EXPECT_EQ(plural(3, "tab"), "3 tabs");
   EXPECT_EQ(plural(0, "app"), "0 apps");
   EXPECT_EQ(plural(-1, "hour"), "-1 hours");
   EXPECT_EQ(list({}), "");
   EXPECT_EQ(list({"a"}), "a");
   EXPECT_EQ(list({"Photos", "Spotlight"}), "Photos and Spotlight");
   EXPECT_EQ(list({"a", "b", "c"}), "a, b, and c");
-  EXPECT_EQ(list({"a", "b", "c", "d"}), "a, b, c, and d");
 }
 
 TEST(Wording, ProcessorSharesRoundHalvesAwayFromZero) {
