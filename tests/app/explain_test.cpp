@@ -28,11 +28,7 @@ class FakeModel : public LanguageModel {
 };
 
 TEST(Explain, SentencesAreMadeFromAnswers) {
-  const struct {
-    const char* does;
-    bool sure;
-    const char* sentence;
-  } cases[] = {
+  const std::tuple<const char*, bool, const char*> cases[] = {
       {"Serves the local web app", true, "It serves the local web app."},
       {"Serves the local web app", false, "It probably serves the local web app."},
       {". .Copies v1.2 to S3. Then ends...", true, "It copies v1.2 to S3. Then ends."},

@@ -1,11 +1,6 @@
 #include "app/fix_execution.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "tests/support/fake_fix_targets.h"
 

@@ -6,11 +6,7 @@ namespace tarnwick {
 namespace {
 
 TEST(TerminalText, WhatControlsATerminalIsMadeVisible) {
-  const struct {
-    const char* what;
-    std::string text;
-    const char* harmless;
-  } cases[] = {
+  const std::tuple<const char*, std::string, const char*> cases[] = {
       {"plain text and line feeds stay", "a\nb “ü” 😀\n", "a\nb “ü” 😀\n"},
       {"an escape sequence", "\x1B[2Jx", "␛[2Jx"},
       {"tab, return, bell, backspace", "\t\r\a\b", "␉␍␇␈"},

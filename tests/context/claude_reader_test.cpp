@@ -45,8 +45,6 @@ TEST_F(ClaudeReaderTest, ASessionFileThatSaysNothingGivesNoRecord) {
   session(3, R"({"sessionId":7})");
   session(5, "{\"sessionId\":\"abc\"" + std::string(1U << 20U, ' ') + "}");
   for (const Pid pid : {2, 3, 5, -1}) EXPECT_EQ(reader_.claudeSession(pid), std::nullopt) << pid;
-  session(6, R"({"sessionId":"no transcript"})");
-  EXPECT_EQ(reader_.claudeSession(6), ClaudeWork{});
 }
 
 TEST_F(ClaudeReaderTest, OnlyTheLastMebibyteOfATranscriptIsRead) {

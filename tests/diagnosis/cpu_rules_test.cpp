@@ -124,7 +124,6 @@ TEST(Caffeinates, OnlyEndlessOnes) {
       {{"/usr/bin/caffeinate", "-d"}, 3'601, myUid, true},
       {{"caffeinate", "-d"}, 3'600, myUid, false},
       {{"caffeinate", "-i", "-m", "-dsu"}, 3'601, myUid, true},
-      {{"caffeinate"}, 3'601, myUid, true},
       {{}, 3'601, myUid, true},
       {{"caffeinate", "-i"}, 3'601, 0, false},
       {{"caffeinate", "-t", "3600"}, 3'601, myUid, false},

@@ -39,11 +39,8 @@ TEST(DockerVM, IsTheLargestMachineWhereDockerRuns) {
 TEST(Docker, LargeOrBusy) {
   Snapshot m = withDocker();
   Proc& vm = m.procs[81];
-  const struct {
-    std::uint64_t footprint;
-    double cpu;
-    bool found;
-  } cases[] = {{gigabyte, 0.9, false}, {gigabyte + 1, 0, true}, {gigabyte, 1.0, true}, {0, 0.999, false}};
+  const std::tuple<std::uint64_t, double, bool> cases[] = {
+      {gigabyte, 0.9, false}, {gigabyte + 1, 0, true}, {gigabyte, 1.0, true}, {0, 0.999, false}};
   for (const auto& [footprint, cpu, found] : cases) {
     vm.footprint = footprint;
     vm.cpu = cpu;

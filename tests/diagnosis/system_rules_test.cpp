@@ -31,11 +31,8 @@ TEST(Heat, OnlySeriousAndCriticalAreHot) {
 }
 
 TEST(LowDisk, FiresBelowTwentyGibibytes) {
-  const struct {
-    std::int64_t free;
-    std::int64_t total;
-    const char* metric;  // null: no finding
-  } cases[] = {
+  // The metric is null where nothing is found.
+  const std::tuple<std::int64_t, std::int64_t, const char*> cases[] = {
       {20 * gibibyte, 256 * gibibyte, nullptr},
       {20 * gibibyte - 1, 256 * gibibyte, "20.0 GB free"},
       {0, 0, nullptr},
@@ -111,11 +108,7 @@ TEST(LoginApps, WhichAppsCount) {
     };
   };
   const auto lyingAt = [](const char* path) { return [path](Snapshot& s) { s.apps[0].path = path; }; };
-  const struct {
-    const char* what;
-    std::function<void(Snapshot&)> change;
-    std::size_t found;
-  } cases[] = {
+  const std::tuple<const char*, std::function<void(Snapshot&)>, std::size_t> cases[] = {
       {"Apple's own", [](Snapshot& s) { s.apps[0].bundleID = "com.apple.Foo"; }, 0},
       {"this program", [](Snapshot& s) { s.procs[s.apps[0].pid = self.pid] = s.procs[101]; }, 0},
       {"no process record", [](Snapshot& s) { s.procs.erase(101); }, 0},

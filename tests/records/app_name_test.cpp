@@ -6,10 +6,7 @@ namespace tarnwick {
 namespace {
 
 TEST(AppName, IsTheOutermostBundleBelowAnApplicationFolder) {
-  const struct {
-    const char* path;
-    std::optional<std::string> name;
-  } cases[] = {
+  const std::pair<const char*, std::optional<std::string>> cases[] = {
       {"/Applications/Utilities/Foo.app/Contents/MacOS/Foo", "Foo"},
       {"/Applications/Outer.app/Contents/Helpers/Inner.app/Contents/MacOS/Inner", "Outer"},
       {"/Users/x/Applications/Bar.app/Contents/MacOS/Bar", "Bar"},

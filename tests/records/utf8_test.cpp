@@ -6,11 +6,7 @@ namespace tarnwick {
 namespace {
 
 TEST(Utf8, InvalidSequencesBecomeOneReplacementEachAndTheRestStays) {
-  const struct {
-    const char* what;
-    std::string bytes;
-    const char* text;
-  } cases[] = {
+  const std::tuple<const char*, std::string, const char*> cases[] = {
       {"valid", "Zoë “x” 😀", "Zoë “x” 😀"},
       {"lone continuation", "a\x80z", "a\uFFFDz"},
       {"invalid bytes", "\xFF\xFE", "\uFFFD\uFFFD"},

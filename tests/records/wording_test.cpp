@@ -57,11 +57,7 @@ TEST(Wording, PluralsAndLists) {
 }
 
 TEST(Wording, ProcessorSharesRoundHalvesAwayFromZero) {
-  const struct {
-    double cpu;
-    int cores;
-    const char* text;
-  } cases[] = {
+  const std::tuple<double, int, const char*> cases[] = {
       {4.0, 8, "50% CPU"},   {0.5, 10, "5% CPU"},   {1.5, 0, "150% CPU"},
       {1.5, -3, "150% CPU"}, {0.125, 1, "13% CPU"}, {-0.001, 1, "0% CPU"},
       {0.005, 1, "1% CPU"},  {0.0049, 1, "0% CPU"}, {0.625, 1, "63% CPU"},

@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <tuple>
-
 #include <algorithm>
 #include <cstdint>
 #include <cstring>

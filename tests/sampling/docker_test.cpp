@@ -1,10 +1,6 @@
 #include "sampling/docker.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "tests/support/fake_transport.h"
 

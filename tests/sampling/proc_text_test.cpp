@@ -2,9 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <gtest/gtest.h>
-#include <tuple>
-
 using namespace std::string_view_literals;
 
 namespace tarnwick {

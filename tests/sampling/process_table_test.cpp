@@ -2,9 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <gtest/gtest.h>
-#include <tuple>
-
 #include "tests/support/fake_process_source.h"
 
 namespace tarnwick {

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -28,6 +29,7 @@ class FakeTransport final : public SocketTransport {
 
   std::set<std::string> sockets{"/engine.sock"};
   std::map<std::string, std::string> replies;  // by the request line without " HTTP/1.0"
+  std::function<void()> onAsked = [] {};       // run for every request
   std::size_t crowd = 0;                       // statistics are held back until so many are asked at once
 
   bool reachable(const std::string& path) override { return sockets.count(path) != 0; }
@@ -36,6 +38,7 @@ class FakeTransport final : public SocketTransport {
                                       const ExchangeLimits& limits) override {
     std::unique_lock lock(mutex_);
     asked_.push_back({path, std::string(request), limits});
+    onAsked();
     const std::string line(request.substr(0, request.find(" HTTP/1.0")));
     if (line.find("/stats?") != std::string::npos) gather(lock);
     const auto found = replies.find(line);

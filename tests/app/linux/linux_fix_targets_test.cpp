@@ -5,9 +5,6 @@
 
 #include <csignal>
 #include <functional>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "context/linux/linux_browsers.h"
 #include "sampling/tools/posix/posix_tool_runner.h"

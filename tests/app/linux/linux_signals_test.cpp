@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <string>
 
 #include "tests/support/linux/found_processes.h"
 #include "tests/support/posix/child_process.h"

@@ -12,9 +12,6 @@
 #include <cstdlib>
 #include <future>
 #include <memory>
-#include <optional>
-#include <string>
-#include <vector>
 
 #include "app/fix_execution.h"
 #include "app/linux/linux_signals.h"

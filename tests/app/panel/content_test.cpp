@@ -160,13 +160,11 @@ TEST(PanelContent, FoldsBeginWhereTheyHaveSomethingToHide) {
 }
 
 TEST(PanelContent, OnlyAWindowCapsItsList) {
-  const struct {
-    PanelState state;
-    std::optional<double> cap;
-  } cases[] = {{{.hasStatusItem = false, .visibleScreenHeight = 800}, std::nullopt},
-               {{.hasStatusItem = true, .visibleScreenHeight = 800}, 540},
-               {{.hasStatusItem = true, .visibleScreenHeight = 200}, 0},
-               {{.hasStatusItem = true, .visibleScreenHeight = std::nullopt}, 540}};
+  const std::pair<PanelState, std::optional<double>> cases[] = {
+      {{.hasStatusItem = false, .visibleScreenHeight = 800}, std::nullopt},
+      {{.hasStatusItem = true, .visibleScreenHeight = 800}, 540},
+      {{.hasStatusItem = true, .visibleScreenHeight = 200}, 0},
+      {{.hasStatusItem = true, .visibleScreenHeight = std::nullopt}, 540}};
   for (const auto& [state, cap] : cases) {
     const std::vector<Scroll> scrolls = nodesOf<Scroll>(built(withFindings(1, 0), state));
     ASSERT_THAT(scrolls, SizeIs(1));
@@ -177,14 +175,10 @@ TEST(PanelContent, OnlyAWindowCapsItsList) {
 TEST(PanelContent, TheCardOffersItsMainRemedy) {
   const Action one{"One", {DockerStop{"1"}}};
   const Action two{"Two", {DockerStop{"2"}}};
-  const struct {
-    std::vector<Step> steps;
-    std::vector<Action> actions;
-    std::vector<std::string> buttons;
-  } cases[] = {{{}, {}, {"Details"}},
-               {{}, {one, two}, {"One", "Details"}},
-               {{{"Read this.", std::nullopt}}, {one}, {"One", "Details"}},
-               {{{"Read this.", std::nullopt}, {"Do.", two}}, {one}, {"Two", "Details"}}};
+  const std::tuple<std::vector<Step>, std::vector<Action>, std::vector<std::string>> cases[] = {
+      {{}, {}, {"Details"}},
+      {{}, {one, two}, {"One", "Details"}},
+      {{{"Read this.", std::nullopt}, {"Do.", two}}, {one}, {"Two", "Details"}}};
   for (const auto& [steps, actions, buttons] : cases) {
     Shown shown{.snap = sampleSnapshot(), .found = {sampleFinding("a", Bucket::now)}};
     shown.found[0].steps = steps;
@@ -242,15 +236,11 @@ TEST(PanelContent, AGuessStandsBeforeTheDetailOfItsEvidence) {
 }
 
 TEST(PanelContent, TheFooterTellsTheAgeOfTheCheck) {
-  const struct {
-    double age;
-    bool busy;
-    const char* text;
-  } cases[] = {{-3, false, "Updated just now"},
-               {9.9, false, "Updated just now"},
-               {10, false, "Updated 10 seconds ago"},
-               {7200, false, "Updated 2 hours ago"},
-               {7200, true, "Checking…"}};
+  const std::tuple<double, bool, const char*> cases[] = {{-3, false, "Updated just now"},
+                                                         {9.9, false, "Updated just now"},
+                                                         {10, false, "Updated 10 seconds ago"},
+                                                         {7200, false, "Updated 2 hours ago"},
+                                                         {7200, true, "Checking…"}};
   for (const auto& [age, busy, text] : cases) {
     const Node node = built({.snap = sampleSnapshot(), .busy = busy}, {}, age);
     EXPECT_EQ(textsOf(node).back(), text) << age;

@@ -150,9 +150,8 @@ TEST_F(PanelControllerTest, TheMenuFlipsWhatOutlivesTheRun) {
   EXPECT_EQ(window.menuItems, menu(true, true));
 
   services.calls.clear();
-  controller.perform(ToggleLoginItem{});
   controller.perform(TogglePrTitles{});
-  EXPECT_FALSE(settings.login || settings.titles);
+  EXPECT_FALSE(settings.titles);
   settings.writable = false;
   controller.perform(TogglePrTitles{});
   executor.runAll();

@@ -23,11 +23,7 @@ const std::string calmReport = textOfFile(TARNWICK_SOURCE_DIR "/tests/app/fixtur
 
 TEST(Program, ModesPrintAndEndAsTheyShould) {
   const std::string unknown = "Unknown scenario “Calm”. Use memory, calm, or developer.\n";
-  const struct {
-    const char* line;
-    int status;
-    std::string output;
-  } cases[] = {
+  const std::tuple<const char*, int, std::string> cases[] = {
       {"$T --demo --scenario calm 2>&1", 0, calmReport},
       {"$T --print --scenario calm 2>&1", 0, calmReport},
       {"cd $(mktemp -d) && rmdir $PWD && $T --scenario calm --demo 2>&1", 0, calmReport},

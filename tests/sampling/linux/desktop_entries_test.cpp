@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <tuple>
-
 #include "sampling/linux/desktop_entries.h"
 #include "tests/support/temp_folder.h"
 

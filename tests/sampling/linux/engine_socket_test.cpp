@@ -1,7 +1,6 @@
 #include "sampling/engine_socket.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace tarnwick {
 namespace {

@@ -6,8 +6,6 @@
 #include <array>
 #include <cstdio>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "sampling/docker.h"
 #include "tests/support/temp_folder.h"

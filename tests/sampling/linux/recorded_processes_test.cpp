@@ -1,6 +1,5 @@
 // The Linux source over made trees: every file may be missing, odd or hostile.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "sampling/linux/linux_process_source.h"

@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <tuple>
 
 #include <cerrno>
 #include <csignal>

@@ -28,7 +28,6 @@ FakeEngine::FakeEngine(std::string path, Answer answer) : path_(std::move(path))
 FakeEngine::~FakeEngine() {
   ::shutdown(listener_, SHUT_RDWR);
   acceptor_.join();
-  for (std::thread& thread : served_) thread.join();
   ::close(listener_);
 }
 
@@ -36,9 +35,8 @@ void FakeEngine::accept() {
   for (;;) {
     const int connection = ::accept(listener_, nullptr, nullptr);
     if (connection < 0) return;
-    connections_.fetch_add(1);
-    const std::lock_guard lock(mutex_);
-    served_.emplace_back([this, connection] { serve(connection); });
+    ++connections_;
+    serve(connection);
   }
 }
 

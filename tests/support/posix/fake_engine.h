@@ -1,14 +1,11 @@
-// A service on a real Unix-domain socket inside the test program, with one thread per connection. What it
-// does with a request is up to the test.
+// A service on a real Unix-domain socket inside the test program, which serves one caller after the other.
+// What it does with a request is up to the test.
 #pragma once
 
 #include <atomic>
 #include <functional>
-#include <mutex>
 #include <string>
 #include <thread>
-#include <vector>
-
 namespace tarnwick {
 
 class FakeEngine {
@@ -31,8 +28,6 @@ class FakeEngine {
   const Answer answer_;
   int listener_ = -1;
   std::atomic<int> connections_{0};
-  std::mutex mutex_;
-  std::vector<std::thread> served_;
   std::thread acceptor_;
 };
 
