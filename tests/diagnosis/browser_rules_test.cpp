@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include "diagnosis/detect.h"
-#include "tests/support/fake_surroundings.h"
 #include "tests/support/machines.h"
 
 namespace tarnwick {
@@ -26,8 +25,9 @@ Snapshot withChrome() {
   return m;
 }
 
-TEST(Browsers, LargeOrBusy) {
-  Snapshot m = machine();
+using Browsers = RuleTest;
+
+TEST_F(Browsers, LargeOrBusy) {
   Proc& zen = addApp(m, 60, "Zen");
   const struct {
     std::uint64_t footprint;
@@ -55,8 +55,7 @@ TEST(Browsers, LargeOrBusy) {
   }
 }
 
-TEST(Browsers, OneThatIsNotAmongTheRunningApplicationsCannotBeQuit) {
-  Snapshot m = machine();
+TEST_F(Browsers, OneThatIsNotAmongTheRunningApplicationsCannotBeQuit) {
   addApp(m, 60, "Arc").cpu = 1.5;
   const Finding busy = only(browsers(m));
   EXPECT_THAT(busy.detail, HasSubstr("Arc runs 1 process,"));
@@ -66,8 +65,8 @@ TEST(Browsers, OneThatIsNotAmongTheRunningApplicationsCannotBeQuit) {
             Step{"Quit and open Arc again. This frees memory that Arc holds on to over time."});
 }
 
-TEST(Browsers, StepsFollowThePermission) {
-  Snapshot m = withChrome();
+TEST_F(Browsers, StepsFollowThePermission) {
+  m = withChrome();
   m.tabs[chromeID] = {1, {{"github.com", 12}, {"example.org", 3}}};
   const auto texts = [&] {
     std::vector<std::string> all;
@@ -108,8 +107,7 @@ TEST(Browsers, StepsFollowThePermission) {
   EXPECT_THAT(texts(), ElementsAre(close, quit));
 }
 
-TEST(Browsers, WebKitBelongsToSafariWhileItRuns) {
-  Snapshot m = machine();
+TEST_F(Browsers, WebKitBelongsToSafariWhileItRuns) {
   for (const auto& [pid, name] :
        {std::pair{63, "WebContent"}, {64, "Networking"}, {65, "GPU"}, {66, "WebAuthn"}}) {
     Proc& page = add(m, pid, 1, {"page"});

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include "diagnosis/detect.h"
-#include "tests/support/fake_surroundings.h"
 #include "tests/support/machines.h"
 
 namespace tarnwick {
@@ -11,9 +10,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-TEST(CpuHogs, LeaveWhatOtherRulesReport) {
-  FakeSurroundings around;
-  Snapshot m = machine();
+using CpuHogs = RuleTest;
+
+TEST_F(CpuHogs, LeaveWhatOtherRulesReport) {
   addApp(m, 10, "Vivaldi").cpu = 3;
   add(m, 11, 1, {"/usr/libexec/mdworker"}).cpu = 3;
   add(m, around.who.pid, 1, {"me"}).cpu = 3;
@@ -31,9 +30,7 @@ TEST(CpuHogs, LeaveWhatOtherRulesReport) {
   EXPECT_THAT(ids(cpuHogs(m, around)), ElementsAre("cpu:pid:81")) << "some other program's machine";
 }
 
-TEST(CpuHogs, AddUpToOneCore) {
-  FakeSurroundings around;
-  Snapshot m = machine();
+TEST_F(CpuHogs, AddUpToOneCore) {
   add(m, 2, 1, {"-zsh"});
   add(m, 20, 2, {"make"}).cpu = 0.5;
   add(m, 21, 20, {"cc"}).cpu = 0.49;
@@ -43,9 +40,7 @@ TEST(CpuHogs, AddUpToOneCore) {
   EXPECT_THAT(ids(cpuHogs(m, around)), ElementsAre("cpu:pid:20"));
 }
 
-TEST(CpuHogs, AnApplication) {
-  FakeSurroundings around;
-  Snapshot m = machine();
+TEST_F(CpuHogs, AnApplication) {
   addApp(m, 30, "Zoom").cpu = 0.6;
   addApp(m, 31, "Zoom").cpu = 0.6;
   const Finding found = only(cpuHogs(m, around));
@@ -58,9 +53,7 @@ TEST(CpuHogs, AnApplication) {
   EXPECT_EQ(only(cpuHogs(m, around)).icon, "/opt/Zoom.app");
 }
 
-TEST(CpuHogs, ABackgroundProcess) {
-  FakeSurroundings around;
-  Snapshot m = machine();
+TEST_F(CpuHogs, ABackgroundProcess) {
   add(m, 40, 1, {"/opt/agentd", "--serve", std::string(400, 'u')}).cpu = 2;
   const Finding found = only(cpuHogs(m, around));
   EXPECT_EQ(found.title, "A background process is busy");
@@ -71,9 +64,7 @@ TEST(CpuHogs, ABackgroundProcess) {
   EXPECT_EQ(found.icon, "gearshape");
 }
 
-TEST(CpuHogs, CommandsAreShortenedAfterSixtyCharacters) {
-  FakeSurroundings around;
-  Snapshot m = machine();
+TEST_F(CpuHogs, CommandsAreShortenedAfterSixtyCharacters) {
   add(m, 40, 1, {"x", "ü" + std::string(57, 'y')}).cpu = 1;
   EXPECT_EQ(only(cpuHogs(m, around)).detail,
             "Its name is “x ü" + std::string(57, 'y') + "”. It runs 1 process.");
@@ -82,9 +73,7 @@ TEST(CpuHogs, CommandsAreShortenedAfterSixtyCharacters) {
             "Its name is “x ü" + std::string(56, 'y') + "…”. It runs 1 process.");
 }
 
-TEST(CpuHogs, WorkThatSomebodyStarted) {
-  FakeSurroundings around;
-  Snapshot m = machine();
+TEST_F(CpuHogs, WorkThatSomebodyStarted) {
   add(m, 2, 1, {"-zsh"});
   Proc& npm = add(m, 20, 2, {"node", "npm\ntest"}, 43);
   npm.cpu = 2;
@@ -113,8 +102,9 @@ TEST(CpuHogs, WorkThatSomebodyStarted) {
             "Git repo shop, branch fix/tax (a separate copy of the repo). Last commit: Round");
 }
 
-TEST(Caffeinates, OnlyEndlessOnes) {
-  FakeSurroundings around;
+using Caffeinates = RuleTest;
+
+TEST_F(Caffeinates, OnlyEndlessOnes) {
   const struct {
     std::vector<std::string> args;
     double age;
@@ -133,7 +123,7 @@ TEST(Caffeinates, OnlyEndlessOnes) {
       {{"caffeinated", "-i"}, 3'601, myUid, false},
   };
   for (const auto& [args, age, uid, found] : cases) {
-    Snapshot m = machine();
+    m = machine();
     Proc& proc = add(m, 30, 1, args, age);
     proc.path = "/usr/bin/caffeinate";
     proc.uid = uid;
@@ -141,9 +131,7 @@ TEST(Caffeinates, OnlyEndlessOnes) {
   }
 }
 
-TEST(Caffeinates, SayWhoRanThemAndWhatStaysAwake) {
-  FakeSurroundings around;
-  Snapshot m = machine();
+TEST_F(Caffeinates, SayWhoRanThemAndWhatStaysAwake) {
   addApp(m, 2, "iTerm");
   Proc& proc = add(m, 30, 1, {"caffeinate", "-i"}, 7'200);
   const Finding found = only(caffeinates(m, {30}, around));

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include "diagnosis/detect.h"
-#include "tests/support/fake_surroundings.h"
 #include "tests/support/machines.h"
 
 namespace tarnwick {
@@ -99,13 +98,13 @@ TEST(Docker, SentencesAtTheirLimits) {
   EXPECT_EQ(only(docker(m)).metric, "18446744073709551615% of memory") << "nor does the percentage";
 }
 
-TEST(Simulators, AreOneCardThatShutsThemDown) {
-  FakeSurroundings around;
+using Simulators = RuleTest;
+
+TEST_F(Simulators, AreOneCardThatShutsThemDown) {
   const std::string folder = "/Users/x/Library/Developer/CoreSimulator/Devices/";
   const std::string one = "11111111-0000-0000-0000-000000000000";
   const std::string two = "22222222-0000-0000-0000-000000000000";
   around.devices = {{folder + one + "/device.plist", "iPhone 17"}, {folder + two + "/device.plist", "iPad"}};
-  Snapshot m = machine();
   const auto launch = [&](Pid pid, const std::string& plist, double age) -> Proc& {
     return add(m, pid, 1, {"/usr/libexec/launchd_sim", plist}, age);
   };

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/support/fake_surroundings.h"
 #include "tests/support/machines.h"
 
 namespace tarnwick {

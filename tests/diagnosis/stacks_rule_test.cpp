@@ -1,7 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <functional>
+
 #include "diagnosis/detect.h"
-#include "tests/support/fake_surroundings.h"
 #include "tests/support/machines.h"
 
 namespace tarnwick {
@@ -41,11 +42,15 @@ Snapshot oneServer() {
 
 Git branch(const std::string& name) { return {"shop", name, "Round tax", "2 days ago", false, "o/shop"}; }
 
-TEST(Stacks, WhichProcessesAreForgottenServers) {
-  FakeSurroundings around;
+using Stacks = RuleTest;
+
+TEST_F(Stacks, WhichProcessesAreForgottenServers) {
+  const auto withParent = [](std::uint16_t port) {
+    return [port](Snapshot& s, Proc& p) { addServer(s, p.ppid = 40, 1, {"sh"}, {1, port}, 60); };
+  };
   const struct {
     const char* why;
-    void (*change)(Snapshot&, Proc&);
+    std::function<void(Snapshot&, Proc&)> change;
     std::size_t count;
   } cases[] = {
       {"13 hours", [](Snapshot&, Proc&) {}, 1},
@@ -56,28 +61,18 @@ TEST(Stacks, WhichProcessesAreForgottenServers) {
       {"in the Library", [](Snapshot&, Proc& p) { p.cwd = "/Users/x/Library/a"; }, 0},
       {"elsewhere", [](Snapshot&, Proc& p) { p.cwd = "/Users/x-outside/a"; }, 0},
       {"at home itself", [](Snapshot&, Proc& p) { p.cwd = "/Users/x"; }, 0},
-      {"its parent's port",
-       [](Snapshot& m, Proc& p) {
-         addServer(m, p.ppid = 40, 1, {"sh"}, {1, 3000}, 60);
-       },
-       0},
-      {"other ports",
-       [](Snapshot& m, Proc& p) {
-         addServer(m, p.ppid = 40, 1, {"sh"}, {1, 3001}, 60);
-       },
-       1},
+      {"its parent's port", withParent(3000), 0},
+      {"other ports", withParent(3001), 1},
   };
   for (const auto& [why, change, count] : cases) {
-    Snapshot m = oneServer();
+    m = oneServer();
     change(m, m.procs[41]);
     EXPECT_THAT(found(m, around), SizeIs(count)) << why;
   }
 }
 
-TEST(Stacks, AddUpServersTheirTreesAndContainers) {
-  FakeSurroundings around;
+TEST_F(Stacks, AddUpServersTheirTreesAndContainers) {
   around.heads[shop + "/server.mjs"] = "import http";
-  Snapshot m = machine();
   add(m, 11, 1, {"-zsh"});
   addServer(m, 40, 1, {"Python", "-m", "uvicorn", "app:app"}, {8000, 8001});
   addServer(m, 41, 11, {"node", "server.mjs", std::string(300, 'x')}, {3000}, 14 * hour);
@@ -109,10 +104,8 @@ TEST(Stacks, AddUpServersTheirTreesAndContainers) {
                                 "\nThe file server.mjs starts with:\nimport http\nStarted by: you");
 }
 
-TEST(Stacks, OneCardForEachProject) {
-  FakeSurroundings around;
+TEST_F(Stacks, OneCardForEachProject) {
   around.present = {"/Users/x/api/.git"};
-  Snapshot m = machine();
   addServer(m, 41, 1, {"Express"}, {1}).cwd = "/Users/x/zoo";
   addServer(m, 42, 1, {"Express"}, {2}).cwd = "/Users/x/api/src";
   addServer(m, 43, 1, {"Express"}, {3}).cwd = "/Users/x/api";
@@ -126,9 +119,8 @@ TEST(Stacks, OneCardForEachProject) {
   EXPECT_EQ(all[1].actions.front().label, "Stop it");
 }
 
-TEST(Stacks, BranchesOfTheRepository) {
-  FakeSurroundings around;
-  Snapshot m = oneServer();
+TEST_F(Stacks, BranchesOfTheRepository) {
+  m = oneServer();
   const std::string gone =
       " It started 13 hours ago. The app or terminal that started it is closed. It uses 10 MB in "
       "total.";
@@ -159,8 +151,7 @@ TEST(Stacks, BranchesOfTheRepository) {
               HasSubstr("\nGit repo shop, branch fix/tax (a separate copy of the repo)."));
 }
 
-TEST(Stacks, JobsInEachState) {
-  FakeSurroundings around;
+TEST_F(Stacks, JobsInEachState) {
   around.repositories[shop] = branch("main");
   const std::string still = ", but its server still runs. It uses 10 MB in total. It is safe to stop.";
   const struct {
@@ -177,7 +168,7 @@ TEST(Stacks, JobsInEachState) {
       {{}, {}, " The job ended" + still, "which has stopped."},
   };
   for (const auto& [state, updated, ending, summary] : cases) {
-    Snapshot m = oneServer();
+    m = oneServer();
     around.jobs[shop] = {.job = "nightly", .jobState = state, .jobUpdated = updated};
     const Finding finding = card(m, around);
     EXPECT_EQ(finding.title, "A test server from the Claude Code job “nightly” is still running");
@@ -190,10 +181,9 @@ TEST(Stacks, JobsInEachState) {
   }
 }
 
-TEST(Stacks, WhatAJobWorkedOn) {
-  FakeSurroundings around;
+TEST_F(Stacks, WhatAJobWorkedOn) {
   around.titles["o/shop#7"] = "Add tax";
-  Snapshot m = oneServer();
+  m = oneServer();
   add(m, 12, 1, {"claude"});
   m.procs[41].ppid = 12;
   addServer(m, 42, 12, {"node", "b.mjs"}, {3001});

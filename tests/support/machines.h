@@ -9,6 +9,7 @@
 
 #include "records/finding.h"
 #include "records/snapshot.h"
+#include "tests/support/fake_surroundings.h"
 
 namespace tarnwick {
 
@@ -53,5 +54,11 @@ inline std::vector<std::string> ids(const std::vector<Finding>& found) {
   for (const Finding& finding : found) all.push_back(finding.id);
   return all;
 }
+
+// What most rules are asked about.
+struct RuleTest : testing::Test {
+  FakeSurroundings around;
+  Snapshot m = machine();
+};
 
 }  // namespace tarnwick
