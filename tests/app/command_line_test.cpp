@@ -12,6 +12,8 @@ TEST(CommandLine, TheFirstModeInTheFixedOrderWins) {
       {{"--demo", "--explain", "text"}, Mode::explain},
       {{"--bench", "--demo"}, Mode::demo},
       {{"--print", "--bench"}, Mode::bench},
+      {{"--snapshot", "x.png", "--help"}, Mode::snapshot},
+      {{"--snapshot"}, Mode::application},
       {{"--snapshot", "x.png", "--print"}, Mode::print},
       {{"--version", "--snapshot"}, Mode::version},
       {{"--version", "--help"}, Mode::help},

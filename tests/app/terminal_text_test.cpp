@@ -13,6 +13,7 @@ TEST(TerminalText, WhatControlsATerminalIsMadeVisible) {
       {"zero and delete", std::string("\0\x7F", 2), "␀␡"},
       {"the 8-bit control sequence introducer", "a\u009B31m", "a<U+009B>31m"},
       {"right-to-left override and isolates", "x\u202Etxt\u2066", "x<U+202E>txt<U+2066>"},
+      {"line separator", "a\u2028b", "a<U+2028>b"},
       {"neighbours of the ranges stay", "\u00A0\u202F\u2070 ~", "\u00A0\u202F\u2070 ~"},
       {"invalid bytes", "a\x9B\xFFz", "a\uFFFD\uFFFDz"},
   };

@@ -39,6 +39,7 @@ TEST(ClaudeFiles, TheNewestMarkedLineIsTheOnlyOneTried) {
 TEST(ClaudeFiles, NumbersAreWholeAndFit) {
   const std::pair<std::string, std::optional<std::int64_t>> cases[] = {
       {"42", 42},
+      {"-1", -1},
       {"9223372036854775807", 9'223'372'036'854'775'807},
       {"9223372036854775808", std::nullopt},
       {"42.5", std::nullopt},
@@ -60,6 +61,8 @@ TEST(ClaudeFiles, TimesNeedDateTimeAndZone) {
       {"2025-11-21T02:14:12-0330", 1'763'703'852},
       {"0001-01-01T00:00:00Z", -62'135'596'800},
       {"9999-12-31T23:59:59Z", 253'402'300'799},
+      {"2025-11-21T07:44:12+02", 1'763'703'852},
+      {"2025-11-21T05:44:12.Z", std::nullopt},
       {"2025-02-29T00:00:00Z", std::nullopt},
       {"2025-11-21T05:44:12", std::nullopt},
       {"2025-11-21T05:44:12+99:99", std::nullopt},

@@ -62,6 +62,7 @@ TEST(GitFiles, AnAddressNamesTheRepositoryAndItsOwner) {
       {"ssh://git@github.com:22/owner/na.me", "na.me", "owner/na.me"},
       {"ssh://git@ssh.github.com:443/owner/name.git", "name", "owner/name"},
       {"github.com:name", "name", "github.com/name"},
+      {"github.com", "github.com", std::nullopt},
       {"https://gitlab.com/owner/name.git", "name", std::nullopt},
       {"host:path/name.git.git", "name.git", std::nullopt},
       {"https://github.com/owner/.git", "", std::nullopt},

@@ -55,6 +55,8 @@ TEST(TabHost, IsWhatTheAddressNames) {
       {"http://[::1]:3000/x", "::1"},
       {"http://user@[fe80::1%25en0]", "fe80::1%25en0"},
       {"http://caf%C3%A9.com/", "caf%C3%A9.com"},
+      {"http://127.0.0.1:5173/", "127.0.0.1"},
+      {"http://caf\xc3\xa9.com/", "caf\xc3\xa9.com"},
       {"http://localhost:3000", "localhost"},
       {"chrome-extension://abcdef/page.html", "abcdef"},
   };

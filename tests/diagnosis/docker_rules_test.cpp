@@ -75,6 +75,8 @@ TEST(Docker, ContainersThatCanBeStopped) {
                                   "Stop a-db (Postgres, 100 MB, on for 3 hours)", "Stop c (Redis, 100 MB)"))
       << "a status without a time says nothing";
   m.containers.resize(1);
+  m.apps = {{80, "Docker", "com.docker.docker", "/Applications/Docker.app", false}};
+  EXPECT_EQ(only(docker(m)).icon, "/Applications/Docker.app");
   EXPECT_EQ(only(docker(m)).detail.find("Your 1 container need only 100 MB."), 0U);
 }
 

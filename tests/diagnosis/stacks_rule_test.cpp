@@ -164,6 +164,7 @@ TEST_F(Stacks, JobsInEachState) {
       {"blocked", testNow - Seconds{3 * hour}, " The job stopped 3 hours ago because of an error" + still,
        "which has stopped."},
       {"failed", {}, " The job stopped because of an error" + still, "which has stopped."},
+      {"error", {}, " The job stopped because of an error" + still, "which has stopped."},
       {"done", testNow - Seconds{60}, " The job ended 1 minute ago" + still, "which has stopped."},
       {{}, {}, " The job ended" + still, "which has stopped."},
   };

@@ -39,6 +39,8 @@ TEST(Fix, HashesLookAtCaseAndWholePayload) {
                              {All{{base}}},
                              {All{{base, base}}},
                              {All{}}};
+  EXPECT_EQ(all, std::vector<Fix>(all));
+  EXPECT_NE((Fix{All{{base}}}), (Fix{All{{base, base}}}));
   std::unordered_set<std::size_t> hashes;
   for (const Fix& fix : all) hashes.insert(std::hash<Fix>{}(fix));
   EXPECT_EQ(hashes.size(), all.size());
@@ -46,7 +48,10 @@ TEST(Fix, HashesLookAtCaseAndWholePayload) {
 }
 
 TEST(Bucket, IsFoundByItsLabelOnly) {
-  for (const Bucket bucket : allBuckets) EXPECT_EQ(bucketFromLabel(label(bucket)), bucket);
+  for (const Bucket bucket : allBuckets) {
+    EXPECT_EQ(bucketFromLabel(label(bucket)), bucket);
+    EXPECT_EQ(std::hash<Bucket>{}(bucket), std::hash<std::string_view>{}(label(bucket)));
+  }
   for (const char* other : {"", "busy now", "BUSY NOW "}) EXPECT_EQ(bucketFromLabel(other), std::nullopt);
 }
 

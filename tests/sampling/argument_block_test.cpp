@@ -111,6 +111,8 @@ TEST(ArgumentBuffer, AFailedQuestionGivesNoArguments) {
   gone.answers = 1;  // the process ends between the two questions
   EXPECT_THAT(buffer.read(gone.query()), IsEmpty());
 
+  FakeKernel tiny(block(1, ""));
+  EXPECT_THAT(buffer.read(tiny.query()), IsEmpty());
   const auto lying = [](std::span<char> room) -> std::optional<std::size_t> { return room.size() + 1; };
   EXPECT_THAT(buffer.read(lying), IsEmpty());  // and no byte beyond the buffer is read
 }

@@ -66,6 +66,7 @@ TEST(EngineList, IdsAndNames) {
     return list.size() == 1 ? list.front().id + "|" + list.front().name : "left out";
   };
   EXPECT_EQ(one(R"("Id":"0123456789abcdef")"), "0123456789ab|0123456789ab");
+  EXPECT_EQ(one(R"("Id":"abc","Names":[])"), "abc|abc");
   EXPECT_EQ(one(R"("Id":"abc","Names":"/web")"), "abc|abc");
   EXPECT_EQ(one(R"("Id":"abc","Names":["/web","/other/alias"])"), "abc|web");
   EXPECT_EQ(one(R"("Id":"abc","Names":["//a/b//"])"), "abc|a/b");
@@ -133,11 +134,10 @@ std::optional<std::string> body(const std::string& reply) {
 
 TEST(HttpReply, StatusDecides) {
   const std::vector<std::pair<std::string, std::optional<std::string>>> cases{
-      {"200 OK", "x"},           {"299 Odd", "x"},
-      {"304 Not Modified", "x"}, {"204", "x"},
-      {"199 Low", absent},       {"300 High", absent},
-      {"-200 OK", absent},       {" 200 OK", absent},  // two blanks in a row: the second word is empty
-      {"4294967496 OK", absent}, {"", absent},
+      {"200 OK", "x"},      {"299 Odd", "x"},          {"304 Not Modified", "x"},
+      {"204", "x"},         {"199 Low", absent},       {"300 High", absent},
+      {"-200 OK", absent},  {" 200 OK", absent},  // two blanks in a row: the second word is empty
+      {"200.0 OK", absent}, {"4294967496 OK", absent}, {"", absent},
   };
   for (const auto& [status, expected] : cases) {
     EXPECT_EQ(body("HTTP/1.0 " + status + "\r\n\r\nx"), expected) << status;

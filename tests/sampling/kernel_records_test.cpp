@@ -47,6 +47,8 @@ TEST(KernelRecords, SumsAndProductsDoNotWrap) {
   EXPECT_EQ(sumOfTimes(most - 1, 1), most);
   EXPECT_EQ(sumOfTimes(most, 1), std::nullopt);
   EXPECT_EQ(bytesInBlocks(10, 4'096), 40'960);
+  EXPECT_EQ(bytesInBlocks(most, 0), 0);
+  EXPECT_EQ(bytesInBlocks(most, 4'096), std::numeric_limits<std::int64_t>::max());
   EXPECT_EQ(bytesInBlocks(most / 2, 1), std::numeric_limits<std::int64_t>::max());
 }
 

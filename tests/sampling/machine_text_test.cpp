@@ -11,6 +11,7 @@ TEST(MachineText, TicksOfTheSumLine) {
   const std::tuple<const char*, std::uint64_t, std::uint64_t> cases[] = {
       {"cpu  1 2 4 100 50 8 16 32 64 128\ncpu0 9 9 9 9 9 9 9 9 9 9\n", 63, 213},  // guest is in user already
       {"cpu0 9 9 9 9 9\ncpu  1 2 4 100\n", 7, 107},                               // an old kernel
+      {"cpu  1 2 4\n", 0, 0},
       {"cpu  1 2 -4 100 5\n", 0, 0},
       {"cpu  18446744073709551615 1 0 0\n", 0, 0},  // the sum overflows
       {"", 0, 0}};
@@ -19,6 +20,7 @@ TEST(MachineText, TicksOfTheSumLine) {
     EXPECT_EQ(cpuTicksFromStat(stat).total, total) << stat;
   }
   EXPECT_EQ(bootTimeFromStat("cpu  1 2 3 4\nintr 5 6\nbtime 1700000000\nprocesses 1\n"), 1700000000);
+  EXPECT_EQ(bootTimeFromStat("btime 0\n"), std::nullopt);
   EXPECT_EQ(bootTimeFromStat("btime 99999999999999999999\n"), std::nullopt);
 }
 
@@ -69,6 +71,7 @@ TEST(MachineText, ThermalStateOfTheHottestZone) {
       {"critical alone", {zone(104'999, {}, 105'000)}, ThermalState::nominal},
       {"own trip points", {zone(60'000, 95'000, {}), zone(50'000, 45'000, {})}, ThermalState::nominal},
       {"order does not matter", {zone(50'000, 45'000, {}), zone(60'000, 61'000, {})}, ThermalState::fair},
+      {"equally hot", {zone(60'000, 60'000, {}), zone(60'000, 95'000, {})}, ThermalState::serious},
       {"hotter without trip points", {zone(99'000, {}, {}), zone(60'000, 60'000, {})}, ThermalState::serious},
       {"no temperature", {zone({}, 1, 1), zone(0, 1, 1), zone(-5000, 1, 1)}, ThermalState::nominal}};
   for (const auto& [about, zones, state] : cases) EXPECT_EQ(thermalState(zones), state) << about;

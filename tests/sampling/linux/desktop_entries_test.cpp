@@ -22,6 +22,7 @@ TEST(DesktopEntryText, NameAndShown) {
       {app + "Name=a\\sb\\tc\\\\n\\q\\\n", "a b\tc\\n\\q\\", true},
       {app + "Name=\xff!", "\xef\xbf\xbd!", true},
       {app + "Name=a\nNoDisplay=true\n", "a", false},
+      {app + "Name=a\nHidden=true\nNoDisplay=false\n", "a", false},
       {"[Desktop Entry]\nType=Link\nName=a\n", "a", false}};
   for (const auto& [text, name, shown] : cases) {
     const auto entry = desktopEntryText(text, localeVariants("de_AT.UTF-8"));

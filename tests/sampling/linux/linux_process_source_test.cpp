@@ -146,6 +146,7 @@ TEST_F(LinuxProcessSourceTest, AnEndedChildHasOnlyItsName) {
   source.beginPass();
   EXPECT_FALSE(source.facts(child.pid()));
   EXPECT_FALSE(source.usage(child.pid()));
+  EXPECT_FALSE(source.processorTime(child.pid()));
   EXPECT_THAT(source.args(child.pid()), IsEmpty());
   EXPECT_THAT(source.listenPorts(child.pid()), IsEmpty());
 }

@@ -160,6 +160,7 @@ TEST_F(RecordedProcessesTest, ApplicationsComeFromTheirUnits) {
   tree.write("80/cgroup", unit);
   tree.process(81, {.terminal = 34816});
   tree.write("81/cgroup", unit);
+  tree.process(82, {});
   EXPECT_EQ(sample().at(80).app, std::nullopt) << "no application slice on the machine";
 
   std::filesystem::create_directories(tree.cgroups() + "/unified" + slice);
@@ -167,6 +168,7 @@ TEST_F(RecordedProcessesTest, ApplicationsComeFromTheirUnits) {
   EXPECT_EQ(procs.at(80).app, "org.example.Paint");
   EXPECT_THAT(procs.at(80).args, IsEmpty());
   EXPECT_EQ(procs.at(81).app, std::nullopt) << "a shell in a terminal";
+  EXPECT_EQ(procs.at(82).app, std::nullopt);
 
   auto options = tree.options();
   options.appDisplayName = [](const std::string& id) { return std::optional("Paint of " + id); };
