@@ -12,7 +12,8 @@
 namespace tarnwick {
 ChildProcess::ChildProcess(const std::function<void()>& body) {
   std::array<int, 2> ready{};
-  if (::pipe2(ready.data(), O_CLOEXEC) != 0) fault("no pipe");
+  if (::pipe(ready.data()) != 0) fault("no pipe");
+  for (const int end : ready) ::fcntl(end, F_SETFD, FD_CLOEXEC);
   pid_ = ::fork();
   if (pid_ < 0) fault("no child");
   ::close(ready[pid_ == 0 ? 0 : 1]);
