@@ -128,7 +128,7 @@ MadeView makeFold(const Fold& fold, const MadeView& row, Target* target) {
   view.accessibilityLabel = foundationText(fold.accessibleName);
   view.accessibilityRole = NSAccessibilityButtonRole;
   view.accessibilityExpanded = fold.open;
-  view.accessibilityChildren = @[];  // the label says it all
+  hideFromReaders(row.view);  // the label says it all
   place(row, {0, foldPadding}, view);
   return {view, size};
 }

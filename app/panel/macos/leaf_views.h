@@ -13,6 +13,9 @@ MadeView makeLabel(const Label& label, double width);
 MadeView makeSymbol(const Symbol& symbol);
 MadeView makeSpinner(const Spinner& spinner);
 
+// Readers of the screen skip the view and what is in it.
+void hideFromReaders(NSView* view);
+
 // Null where this release of the system does not have the symbol.
 NSImage* symbolImage(const std::string& name, double pointSize, Symbol::Weight weight);
 

@@ -12,10 +12,17 @@ namespace {
 
 constexpr CGFloat unbounded = 100'000;  // higher than any text
 
+// Of a control, readers of the screen see the cell: that an image view is no element would be lost on them.
+id<NSAccessibility> whatReadersSee(NSView* view) {
+  if ([view isKindOfClass:NSControl.class]) return static_cast<NSControl*>(view).cell;
+  return view;
+}
+
 // A reader of the screen skips what has no name.
 void nameForReaders(NSView* view, const std::string& name) {
-  view.accessibilityElement = !name.empty();
-  if (!name.empty()) view.accessibilityLabel = foundationText(name);
+  const id<NSAccessibility> seen = whatReadersSee(view);
+  seen.accessibilityElement = !name.empty();
+  if (!name.empty()) seen.accessibilityLabel = foundationText(name);
 }
 
 NSImage* fileIcon(const std::string& path, double side) {
@@ -26,6 +33,11 @@ NSImage* fileIcon(const std::string& path, double side) {
 }
 
 }  // namespace
+
+void hideFromReaders(NSView* view) {
+  whatReadersSee(view).accessibilityElement = NO;
+  for (NSView* child in view.subviews) hideFromReaders(child);
+}
 
 NSImage* symbolImage(const std::string& name, double pointSize, Symbol::Weight weight) {
   NSImage* image = [NSImage imageWithSystemSymbolName:foundationText(name) accessibilityDescription:nil];
