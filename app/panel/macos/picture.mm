@@ -67,7 +67,7 @@ NSData* drawPicture(const PanelPicture& picture) {
   NSApp.appearance =
       [NSAppearance appearanceNamed:picture.dark ? NSAppearanceNameDarkAqua : NSAppearanceNameAqua];
   const Node content = pictureContent(picture);
-  const Perform nothing = [](const PanelAction&) {};
+  static const Perform nothing = [](const PanelAction&) {};  // the block would hand out a copy's address
   __block Painting painting;
   [NSApp.effectiveAppearance performAsCurrentDrawingAppearance:^{
     painting = paint(content, nothing);
@@ -76,7 +76,8 @@ NSData* drawPicture(const PanelPicture& picture) {
   Backdrop* backdrop = [[Backdrop alloc] initWithFrame:NSZeroRect];
   pinToEdges(painting.view, backdrop);
   [backdrop setFrameSize:backdrop.fittingSize];
-  NSWindow* window = makeWindow(backdrop);
+  // Also while the backdrop is drawn, when nothing here names the window any more.
+  NS_VALID_UNTIL_END_OF_SCOPE NSWindow* window = makeWindow(backdrop);
   [backdrop layoutSubtreeIfNeeded];
   [NSRunLoop.mainRunLoop runUntilDate:[NSDate dateWithTimeIntervalSinceNow:settling]];
   [backdrop setFrameSize:backdrop.fittingSize];
