@@ -118,12 +118,16 @@ NSRect AppKitPanel::frameFor(NSSize size) const {
 void AppKitPanel::moveTo(NSRect frame, bool animated) {
   const bool moves =
       animated && panel_.visible && !NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion;
-  [NSAnimationContext runAnimationGroup:^(NSAnimationContext* context) {
-    if (!moves) context.duration = 0;  // ends a movement that is still under way
-    [[panel_ animator] setFrame:frame display:YES];
-  }];
-  if (!moves) [panel_ setFrame:frame display:YES];
-  [panel_ invalidateShadow];
+  Panel* panel = panel_;
+  [NSAnimationContext
+      runAnimationGroup:^(NSAnimationContext* context) {
+        if (!moves) context.duration = 0;  // ends a movement that is still under way
+        [[panel animator] setFrame:frame display:YES];
+      }
+      completionHandler:^{
+        [panel invalidateShadow];  // it is of the shape that was drawn last
+      }];
+  if (!moves) [panel setFrame:frame display:YES];
 }
 
 void AppKitPanel::bringToFront() {
