@@ -18,6 +18,12 @@ NSView* emptyView(const Extent& size) {
   return [[FlippedView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)];
 }
 
+// The system asks only the innermost view under the pointer for its tool tip.
+void explain(NSView* view, NSString* toolTip) {
+  if (view.toolTip == nil) view.toolTip = toolTip;
+  for (NSView* child in view.subviews) explain(child, toolTip);
+}
+
 // One walk over a tree. Every function returns a view at its final size, no wider than `width`.
 class Walk {
  public:
@@ -37,8 +43,8 @@ class Walk {
       return children[i].size;
     });
     NSView* view = emptyView(arrangement.size);
-    if (!stack.toolTip.empty()) view.toolTip = foundationText(stack.toolTip);
     for (std::size_t i = 0; i < children.size(); ++i) place(children[i], arrangement.spots[i], view);
+    if (!stack.toolTip.empty()) explain(view, foundationText(stack.toolTip));
     return {view, arrangement.size};
   }
 
