@@ -27,6 +27,7 @@ class PidMap {
   const_iterator end() const { return entries_.end(); }
   std::size_t size() const { return entries_.size(); }
   bool empty() const { return entries_.empty(); }
+  void reserve(std::size_t count) { entries_.reserve(count); }
 
   iterator find(Pid pid) { return begin() + (std::as_const(*this).find(pid) - entries_.cbegin()); }
   const_iterator find(Pid pid) const {

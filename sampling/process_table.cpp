@@ -1,17 +1,28 @@
 #include "sampling/process_table.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tarnwick {
+namespace {
+
+// Ascending, because the maps grow cheaply that way; some kernels name the youngest first. No answer depends
+// on the order.
+std::vector<Pid> inOrder(std::vector<Pid> pids) {
+  std::sort(pids.begin(), pids.end());
+  return pids;
+}
+
+}  // namespace
 
 void ProcessTable::firstPass() {
   source_.beginPass();
   firstWall_ = source_.wallTime();
   firstTimes_.clear();
-  const std::vector<Pid> pids = source_.candidates();
+  const std::vector<Pid> pids = inOrder(source_.candidates());
   firstTimes_.reserve(pids.size());
   for (const Pid pid : pids) {
-    if (const auto time = source_.processorTime(pid)) firstTimes_.insert_or_assign(pid, *time);
+    if (const auto time = source_.processorTime(pid)) firstTimes_[pid] = *time;
   }
 }
 
@@ -21,7 +32,10 @@ PidMap<Proc> ProcessTable::secondPass(Timestamp now) {
   const std::uint64_t wall = wallNow > firstWall_ ? wallNow - firstWall_ : 0;
   PidMap<Proc> procs;
   KnownByPid fresh;
-  for (const Pid pid : source_.candidates()) {
+  const std::vector<Pid> pids = inOrder(source_.candidates());
+  procs.reserve(pids.size());
+  fresh.reserve(pids.size());
+  for (const Pid pid : pids) {
     if (procs.size() == ProcessSource::mostProcesses) break;
     const auto facts = source_.facts(pid);
     if (!facts) continue;
@@ -44,14 +58,14 @@ PidMap<Proc> ProcessTable::secondPass(Timestamp now) {
 
 const ProcessTable::Known& ProcessTable::knowledge(Pid pid, std::int64_t start, KnownByPid& fresh) {
   if (const auto old = known.find(pid); old != known.end() && old->second.start == start) {
-    return fresh.insert(fresh.end(), known.extract(old))->second;
+    return fresh[pid] = std::move(old->second);
   }
   Known entry;
   entry.start = start;
   entry.path = source_.path(pid);
   entry.app = source_.app(pid, entry.path);
   if (!entry.app) entry.args = source_.args(pid);
-  return fresh.insert_or_assign(fresh.end(), pid, std::move(entry))->second;
+  return fresh[pid] = std::move(entry);
 }
 
 void ProcessTable::measure(Proc& proc, std::uint64_t wall) {

@@ -4,10 +4,8 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "records/snapshot.h"
@@ -38,17 +36,18 @@ class ProcessTable {
     std::optional<std::string> app;
     std::vector<std::string> args;
   };
-  using KnownByPid = std::map<Pid, Known>;
+  using KnownByPid = PidMap<Known>;
 
-  // The entry of `pid` in `fresh`: taken over from `known` when the start is the same, else asked for.
+  // The entry of `pid` in `fresh`, valid until the next call: taken over from `known` when the start is the
+  // same, else asked for.
   const Known& knowledge(Pid pid, std::int64_t start, KnownByPid& fresh);
   void measure(Proc& proc, std::uint64_t wall);
   void readSurroundings(Proc& proc, Timestamp now);
 
   ProcessSource& source_;
-  std::uint64_t firstWall_ = 0;                        // in the source's unit of time
-  std::unordered_map<Pid, std::uint64_t> firstTimes_;  // processor time at the first pass, same unit
-  KnownByPid known;                                    // exactly the processes of the last second pass
+  std::uint64_t firstWall_ = 0;       // in the source's unit of time
+  PidMap<std::uint64_t> firstTimes_;  // processor time at the first pass, same unit
+  KnownByPid known;                   // exactly the processes of the last second pass
 };
 
 }  // namespace tarnwick

@@ -21,7 +21,8 @@ std::optional<Number> number(std::string_view text, int base = 10) {
   return value;
 }
 
-bool isBlank(char byte) { return byte == ' ' || byte == '\t' || byte == '\n'; }
+// Blanks, line ends and control characters.
+bool isBlank(char byte) { return static_cast<unsigned char>(byte) <= ' '; }
 
 // Takes the next word off the front of `text`; empty when none is left. Words are a few bytes long, which a
 // plain loop passes three times as fast as the searches of the standard library.
