@@ -1,15 +1,12 @@
 // Browsers with prepared answers that count how often they are scripted.
 #pragma once
 
-#include <map>
-#include <string>
-
 #include "context/browsers.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 
-class FakeBrowsers : public Browsers {
- public:
+struct FakeBrowsers : Browsers {
   std::map<std::string, Access> permissions;  // unknown for any other browser
   std::map<std::string, Tabs> tabs;           // unreadable for any other browser
   int tabsRead = 0;

@@ -7,8 +7,7 @@
 
 namespace tarnwick {
 
-class FakeClock : public Clock {
- public:
+struct FakeClock : Clock {
   Timestamp time = timestamp(1'700'000'000);
   double up = 1000;            // seconds
   std::vector<double> sleeps;  // every sleep asked for, in order

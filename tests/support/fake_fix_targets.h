@@ -1,15 +1,12 @@
 // Targets of remedies that only write down what they are asked to do, and answer as told.
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "app/fix_execution.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 
-class FakeFixTargets : public FixTargets {
- public:
+struct FakeFixTargets : FixTargets {
   std::vector<std::string> asked;
   std::vector<SignalOutcome> signalOutcomes;  // one for each signal, in order
   SimulatorOutcome simulator = SimulatorOutcome::done;

@@ -7,8 +7,7 @@
 
 namespace tarnwick {
 
-class FakeMachineSource : public MachineSource {
- public:
+struct FakeMachineSource : MachineSource {
   std::deque<CpuTicks> ticks = {{100, 1000}, {130, 1100}};  // one per question; zeros when used up
   ThermalState thermalAnswer = ThermalState::serious;
   std::optional<std::int32_t> pressureAnswer = 4;

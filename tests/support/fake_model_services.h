@@ -2,17 +2,13 @@
 // thread.
 #pragma once
 
-#include <set>
-#include <string>
-#include <vector>
-
 #include "app/model.h"
 #include "records/checked.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 
-class FakeServices : public ModelServices {
- public:
+struct FakeServices : ModelServices {
   explicit FakeServices(const Executor& executor) : executor_(executor) {}
 
   Check check(const std::set<Pid>& termed) override {

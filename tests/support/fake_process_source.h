@@ -2,13 +2,9 @@
 // cannot be read, as one that exits between the listing and the question.
 #pragma once
 
-#include <map>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "sampling/process_source.h"
 #include "tests/support/fake_clock.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 
@@ -23,8 +19,7 @@ struct FakeProcess {
   std::vector<std::uint16_t> ports;
 };
 
-class FakeProcessSource : public ProcessSource {
- public:
+struct FakeProcessSource : ProcessSource {
   std::map<Pid, FakeProcess> processes;
   std::uint64_t wall = 0;
   FakeClock* clock = nullptr;  // turned by so many seconds for each process of the first and the second pass

@@ -1,17 +1,12 @@
 // Prepared answers to the questions of rules, and a list of what was asked.
 #pragma once
 
-#include <map>
-#include <set>
-#include <string>
-#include <vector>
-
 #include "diagnosis/surroundings.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 
-class FakeSurroundings : public Surroundings {
- public:
+struct FakeSurroundings : Surroundings {
   Self who{4242, 501, "/Users/x"};
   std::map<std::string, Git> repositories;     // by folder
   std::map<Pid, ClaudeWork> sessions;          // by pid of `claude`

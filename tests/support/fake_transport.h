@@ -2,20 +2,11 @@
 // asked by several threads at once.
 #pragma once
 
-#include <algorithm>
-#include <chrono>
 #include <condition_variable>
-#include <cstddef>
-#include <functional>
-#include <map>
 #include <mutex>
-#include <optional>
-#include <set>
-#include <string>
-#include <string_view>
-#include <vector>
 
 #include "sampling/tools/unix_socket.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 

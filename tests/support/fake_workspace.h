@@ -5,8 +5,7 @@
 
 namespace tarnwick {
 
-class FakeWorkspace : public Workspace {
- public:
+struct FakeWorkspace : Workspace {
   std::vector<RunningApp> apps;
 
   std::vector<RunningApp> runningApps() override { return apps; }

@@ -2,15 +2,13 @@
 #pragma once
 
 #include <deque>
-#include <functional>
-#include <utility>
 
 #include "app/executor.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 
-class HandExecutor : public Executor {
- public:
+struct HandExecutor : Executor {
   void background(std::function<void()> task) override { backgroundTasks.push_back(std::move(task)); }
   void main(std::function<void()> task) override { mainTasks.push_back(std::move(task)); }
   bool isMainThread() const override { return onMain_; }

@@ -1,15 +1,9 @@
 // Small invented machines for tests of rules.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "records/finding.h"
-#include "records/snapshot.h"
+#include "diagnosis/detect.h"
 #include "tests/support/fake_surroundings.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 
@@ -19,13 +13,7 @@ inline constexpr std::uint32_t myUid = 501;
 inline constexpr Timestamp testNow = timestamp(1'790'000'000);
 
 // Bytes with 16 GB installed, cores with 10 of them.
-inline Snapshot machine() {
-  Snapshot snapshot;
-  snapshot.now = testNow;
-  snapshot.ram = 16 * gigabyte;
-  snapshot.cores = 10;
-  return snapshot;
-}
+inline Snapshot machine() { return {.ram = 16 * gigabyte, .cores = 10, .now = testNow}; }
 
 // Adds a process that is `age` seconds old and idle; callers change the rest. Call index() at the end.
 inline Proc& add(Snapshot& snapshot, Pid pid, Pid ppid, std::vector<std::string> args, double age = 60) {
@@ -53,6 +41,14 @@ inline std::vector<std::string> ids(const std::vector<Finding>& found) {
   std::vector<std::string> all;
   for (const Finding& finding : found) all.push_back(finding.id);
   return all;
+}
+
+// What the cards show first, one a line: title, metric, bucket and impact.
+inline std::string glance(const std::vector<Finding>& found) {
+  std::ostringstream text;
+  for (const Finding& f : found)
+    text << f.title << " | " << f.metric.value_or("-") << " | " << label(f.bucket) << " " << f.impact << "\n";
+  return text.str();
 }
 
 // What most rules are asked about.

@@ -1,16 +1,12 @@
 // A tool runner that runs nothing: it records what was asked and gives prepared answers.
 #pragma once
 
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "sampling/tools/tool_runner.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 
-class RecordingToolRunner : public ToolRunner {
- public:
+struct RecordingToolRunner : ToolRunner {
   // The words of every call, the program first.
   std::vector<std::vector<std::string>> calls;
   // What every tool answers from now on.

@@ -1,14 +1,11 @@
 // What a finding says about a live process, from the source that the process table uses.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <unistd.h>
-
-#include <csignal>
-#include <cstdint>
 
 #include "records/finding.h"
 #include "sampling/linux/linux_process_source.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 

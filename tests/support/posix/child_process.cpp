@@ -10,6 +10,7 @@
 #include "records/checked.h"
 
 namespace tarnwick {
+
 ChildProcess::ChildProcess(const std::function<void()>& body) {
   std::array<int, 2> ready{};
   if (::pipe(ready.data()) != 0) fault("no pipe");

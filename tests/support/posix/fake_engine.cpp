@@ -4,24 +4,12 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <utility>
-
-#include "records/checked.h"
 #include "sampling/tools/posix/quiet_socket.h"
 
 namespace tarnwick {
 
 FakeEngine::FakeEngine(std::string path, Answer answer) : path_(std::move(path)), answer_(std::move(answer)) {
-  listener_ = openQuietSocket();
-  sockaddr_un address{};
-  if (path_.size() >= sizeof address.sun_path) fault("the fake engine's path is too long");
-  address.sun_family = AF_UNIX;
-  std::copy(path_.begin(), path_.end(), address.sun_path);
-  if (::bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
-      ::listen(listener_, 64) != 0) {
-    fault("the fake engine cannot listen");
-  }
+  listener_ = listenAt(path_, 64);
   acceptor_ = std::thread([this] { accept(); });
 }
 
@@ -47,6 +35,18 @@ void FakeEngine::serve(int connection) {
     request += byte;
   answer_(connection, request);
   ::close(connection);
+}
+
+int listenAt(const std::string& path, int waiting) {
+  const int listener = openQuietSocket();
+  sockaddr_un address{};
+  if (path.size() >= sizeof address.sun_path) fault("the fake engine's path is too long");
+  address.sun_family = AF_UNIX;
+  std::copy(path.begin(), path.end(), address.sun_path);
+  if (::bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+      ::listen(listener, waiting) != 0)
+    fault("the fake engine cannot listen");
+  return listener;
 }
 
 bool sendAll(int connection, const std::string& bytes) {

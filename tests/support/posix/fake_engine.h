@@ -2,10 +2,8 @@
 // What it does with a request is up to the test.
 #pragma once
 
-#include <atomic>
-#include <functional>
-#include <string>
-#include <thread>
+#include "tests/support/testing.h"
+
 namespace tarnwick {
 
 class FakeEngine {
@@ -15,8 +13,6 @@ class FakeEngine {
 
   FakeEngine(std::string path, Answer answer);
   ~FakeEngine();
-  FakeEngine(const FakeEngine&) = delete;
-  FakeEngine& operator=(const FakeEngine&) = delete;
 
   int connections() const { return connections_.load(); }
 
@@ -30,6 +26,9 @@ class FakeEngine {
   std::atomic<int> connections_{0};
   std::thread acceptor_;
 };
+
+// A socket bound to `path` that lets so many callers wait.
+int listenAt(const std::string& path, int waiting);
 
 // Sends all of it; false once the other end is gone.
 bool sendAll(int connection, const std::string& bytes);

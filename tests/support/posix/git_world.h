@@ -1,19 +1,13 @@
 // Real repositories in a temporary folder, made by the machine's git without the machine's configuration.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "sampling/tools/posix/posix_tool_runner.h"
 #include "sampling/tools/tool_places.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 
-class GitWorld {
- public:
+struct GitWorld {
   TempFolder folder;
   PosixToolRunner runner;
   ToolPlaces places{folder.path()};
