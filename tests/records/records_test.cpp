@@ -1,0 +1,160 @@
+#include "records/app_name.h"
+#include "records/finding.h"
+#include "records/snapshot.h"
+#include "records/utf8.h"
+#include "records/wording.h"
+#include "tests/support/testing.h"
+
+namespace tarnwick {
+namespace {
+
+TEST(Utf8, InvalidSequencesBecomeOneReplacementEachAndTheRestStays) {
+  const std::tuple<const char*, std::string, const char*> cases[] = {
+      {"valid", "Zoë “x” 😀", "Zoë “x” 😀"},
+      {"lone continuation", "a\x80z", "a\uFFFDz"},
+      {"invalid bytes", "\xFF\xFE", "\uFFFD\uFFFD"},
+      {"cut at the end", "a\xF0\x9F\x98", "a\uFFFD"},
+      {"cut in the middle", "a\xE2\x80z", "a\uFFFDz"},
+      {"overlong slash", "a\xC0\xAFz", "a\uFFFDz"},
+      {"surrogate", "a\xED\xA0\x80z", "a\uFFFDz"},
+  };
+  for (const auto& [what, bytes, text] : cases) EXPECT_EQ(repairUtf8(bytes), text) << what;
+  EXPECT_EQ(repairUtf8(std::string_view("a\0b", 3)), std::string("a\0b", 3));
+}
+
+TEST(Utf8, CharactersAreCodePoints) {
+  EXPECT_EQ(characterCount("aë€😀"), 4U);
+  EXPECT_EQ(firstCharacters("aë€😀", 0), "");
+  EXPECT_EQ(firstCharacters("aë€😀", 3), "aë€");
+  EXPECT_EQ(firstCharacters("aë€😀", 4), "aë€😀");
+}
+
+TEST(AppName, IsTheOutermostBundleBelowAnApplicationFolder) {
+  const std::pair<const char*, std::optional<std::string>> cases[] = {
+      {"/Applications/Utilities/Foo.app/Contents/MacOS/Foo", "Foo"},
+      {"/Applications/Outer.app/Contents/Helpers/Inner.app/Contents/MacOS/Inner", "Outer"},
+      {"/Users/x/Applications/Bar.app/Contents/MacOS/Bar", "Bar"},
+      {"/Users/y/Applications/Bar.app/Contents/MacOS/Bar", std::nullopt},
+      {"/Applications/Foo.app", std::nullopt},
+      {"/Applications/Foo.app/Contents/Resources/foo", std::nullopt},
+      {"/Applications/1Password.app/Contents/MacOS/", "1Password"},
+      {"/ApplicationsFoo.app/Contents/MacOS/x", std::nullopt},
+      {"/opt/Foo.app/Contents/MacOS/Foo", std::nullopt},
+  };
+  for (const auto& [path, name] : cases) EXPECT_EQ(appName(path, "/Users/x"), name) << path;
+}
+
+constexpr std::uint64_t gigabyte = 1ULL << 30U;
+
+TEST(Wording, SizesChangeUnitAndPrecisionAtTheirLimits) {
+  const std::pair<std::uint64_t, const char*> cases[] = {
+      {1'048'575, "0 MB"},
+      {1'048'576, "1 MB"},
+      {gigabyte - 1, "1023 MB"},
+      {gigabyte, "1.0 GB"},
+      {99 * gigabyte + gigabyte / 10 * 9, "99.9 GB"},
+      {100 * gigabyte - 1, "100.0 GB"},
+      {100 * gigabyte, "100 GB"},
+      {std::numeric_limits<std::uint64_t>::max(), "17179869184 GB"},
+  };
+  for (const auto& [bytes, text] : cases) EXPECT_EQ(size(bytes), text) << bytes;
+}
+
+TEST(Wording, AgesAreTruncatedToTheirLargestUnit) {
+  const std::pair<double, const char*> cases[] = {
+      {0, "0 seconds"},        {1, "1 second"},
+      {59.9, "59 seconds"},    {60, "1 minute"},
+      {3'599, "59 minutes"},   {3'600, "1 hour"},
+      {86'400, "24 hours"},    {169'200, "47 hours"},
+      {172'799.9, "47 hours"}, {172'800, "2 days"},
+      {864'000, "10 days"},    {-5, "-5 seconds"},
+      {-0.5, "0 seconds"},     {-90'000, "-90000 seconds"},
+  };
+  for (const auto& [seconds, text] : cases) EXPECT_EQ(ago(seconds), text) << seconds;
+}
+
+TEST(WordingDeathTest, NumbersThatAreNoNumbersStopTheProgram) {
+  const double infinite = std::numeric_limits<double>::infinity();
+  for (const double seconds : {infinite, std::nan(""), -1e19}) EXPECT_DEATH(ago(seconds), "fault");
+  EXPECT_DEATH(pct(infinite, Snapshot{}), "fault");
+}
+
+TEST(Wording, PluralsAndLists) {
+  EXPECT_EQ(plural(1, "process"), "1 process");
+  EXPECT_EQ(plural(2, "process"), "2 processes");
+  EXPECT_EQ(plural(0, "app"), "0 apps");
+  EXPECT_EQ(plural(-1, "hour"), "-1 hours");
+  EXPECT_EQ(list({}), "");
+  EXPECT_EQ(list({"a"}), "a");
+  EXPECT_EQ(list({"Photos", "Spotlight"}), "Photos and Spotlight");
+  EXPECT_EQ(list({"a", "b", "c"}), "a, b, and c");
+}
+
+TEST(Wording, ProcessorSharesRoundHalvesAwayFromZero) {
+  const std::tuple<double, int, const char*> cases[] = {
+      {4.0, 8, "50% CPU"},   {0.5, 10, "5% CPU"},   {1.5, 0, "150% CPU"},
+      {1.5, -3, "150% CPU"}, {0.125, 1, "13% CPU"}, {-0.001, 1, "0% CPU"},
+      {0.005, 1, "1% CPU"},  {0.0049, 1, "0% CPU"}, {0.625, 1, "63% CPU"},
+  };
+  for (const auto& [cpu, cores, text] : cases)
+    EXPECT_EQ(pct(cpu, Snapshot{.cores = cores}), text) << cpu << " on " << cores;
+}
+
+TEST(Snapshot, NameIsTheLastComponentOfTheFirstArgumentElseOfThePath) {
+  EXPECT_EQ((Proc{.path = "/usr/bin/python3.11", .args = {"/opt/venv/bin/python", "x.py"}}.name()), "python");
+  EXPECT_EQ(Proc{.path = "/usr/bin/node"}.name(), "node");
+  EXPECT_EQ((Proc{.path = "/usr/bin/node", .args = {""}}.name()), "");
+  EXPECT_EQ(Proc{.path = "/usr/bin/"}.name(), "");
+}
+TEST(Snapshot, IndexListsChildrenUnderEveryParentAndStartsFromScratch) {
+  Snapshot snapshot;
+  for (const auto& [pid, ppid] : {std::pair{30, 10}, {20, 10}, {40, 999}, {10, 10}}) {
+    snapshot.procs[pid].pid = pid;
+    snapshot.procs[pid].ppid = ppid;
+  }
+  snapshot.index();
+  EXPECT_THAT(snapshot.children, ElementsAre(Pair(10, ElementsAre(10, 20, 30)), Pair(999, ElementsAre(40))));
+
+  snapshot.procs.erase(40);
+  snapshot.index();
+  EXPECT_THAT(snapshot.children, ElementsAre(Pair(10, ElementsAre(10, 20, 30))));
+}
+
+const Timestamp started = timestamp(1'700'000'000);
+
+TEST(Fix, CommandsAndPidsOfNestedLists) {
+  EXPECT_EQ(Fix{SimShutdown{"0000-1"}}.command(), "simctl shutdown 0000-1");
+  EXPECT_EQ((Fix{Signal{7, 2, started}}.command()), "kill -TERM 7") << "only 9 reads KILL";
+  const Fix inner{All{{{Signal{3, 15, started}}, {QuitApp{"x"}}, {Signal{3, 9, started}}}}};
+  const Fix outer{All{{{Signal{1, 15, started}}, inner, {All{}}, {Signal{2, 15, started}}}}};
+  EXPECT_THAT(outer.pids(), ElementsAre(1, 3, 3, 2));
+  EXPECT_EQ(outer.command(), "kill -TERM 1; kill -TERM 3; Cmd-Q x; kill -KILL 3; ; kill -TERM 2");
+  EXPECT_THAT(Fix{DockerStop{"c"}}.pids(), IsEmpty());
+}
+
+TEST(Fix, HashesLookAtCaseAndWholePayload) {
+  const Fix base{Signal{41, 15, started}};
+  std::vector<Fix> all{base, {All{{base}}}, {All{{base, base}}}, {All{}}};
+  for (const Signal& signal : {Signal{42, 15, started}, {41, 9, started}, {41, 15, started + Seconds{1}}})
+    all.push_back({signal});
+  for (const decltype(Fix::kind)& kind : std::vector<decltype(Fix::kind)>{
+           QuitApp{"x"}, DockerStop{"x"}, SimShutdown{"x"}, OpenSettings{"x"}, AskAutomation{"x"},
+           CloseDuplicateTabs{"x"}, OpenTab{"x", "y"}, OpenTab{"y", "x"}})
+    all.push_back({kind});
+  EXPECT_NE((Fix{All{{base}}}), (Fix{All{{base, base}}}));
+  std::set<std::size_t> hashes;
+  for (const Fix& fix : all) hashes.insert(std::hash<Fix>{}(fix));
+  EXPECT_EQ(hashes.size(), all.size());
+  EXPECT_EQ(std::hash<Fix>{}(base), std::hash<Fix>{}(Fix{Signal{41, 15, started}}));
+}
+
+TEST(Bucket, IsFoundByItsLabelOnly) {
+  for (const Bucket bucket : allBuckets) {
+    EXPECT_EQ(bucketFromLabel(label(bucket)), bucket);
+    EXPECT_EQ(std::hash<Bucket>{}(bucket), std::hash<std::string_view>{}(label(bucket)));
+  }
+  for (const char* other : {"", "busy now", "BUSY NOW "}) EXPECT_EQ(bucketFromLabel(other), std::nullopt);
+}
+
+}  // namespace
+}  // namespace tarnwick
