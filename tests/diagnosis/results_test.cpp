@@ -1,22 +1,54 @@
+#include "diagnosis/findings.h"
+#include "diagnosis/report.h"
 #include "diagnosis/verdict.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/machines.h"
 
 namespace tarnwick {
 namespace {
+
+// Heat 1.0, two services with the same share, and a full disk 0.9.
+Snapshot troubled() {
+  Snapshot snapshot{.diskTotal = 1, .cores = 1, .thermal = ThermalState::serious};
+  for (const auto& [pid, name] : {std::pair{10, "mdworker"}, {11, "cloudd"}})
+    snapshot.procs[pid] = {.pid = pid, .uid = 501, .args = {name}, .cpu = 0.9};
+  return snapshot;
+}
+
+TEST(Findings, SortByImpactThenId) {
+  FakeSurroundings nobody;
+  BenchMarks marks([] { return 0.0; });
+  EXPECT_THAT(ids(findings(troubled(), {}, nobody, marks)),
+              ElementsAre("heat", "disk", "service:Spotlight is indexing your files",
+                          "service:iCloud is syncing your files"))
+      << "equal impacts go by the bytes of the id: d, s; then capital S before small i";
+  EXPECT_THAT(findings(Snapshot{}, {}, nobody, marks), IsEmpty());
+}
+
+TEST(Findings, MarkElevenRulesInTableOrderOnlyWhenArmed) {
+  FakeSurroundings nobody;
+  double milliseconds = 0;
+  BenchMarks marks([&] { return ++milliseconds; });
+  findings(troubled(), {}, nobody, marks);
+  EXPECT_EQ(milliseconds, 0) << "not armed, the clock is not even read";
+
+  marks.arm();
+  findings(troubled(), {}, nobody, marks);
+  const auto taken = marks.take();
+  ASSERT_TRUE(taken);
+  std::vector<std::string> names;
+  for (const auto& [name, at] : *taken) {
+    names.push_back(name);
+    EXPECT_EQ(at, static_cast<double>(names.size())) << "cumulative, not a difference";
+  }
+  EXPECT_THAT(names, ElementsAre("heat", "browsers", "services", "disk", "login items", "cpu", "docker card",
+                                 "simulators", "stacks", "test browsers", "caffeinate"));
+  EXPECT_FALSE(marks.take()) << "taking disarms";
+}
 
 constexpr std::int64_t gibibyte = 1LL << 30;
 
 Finding finding(std::string subject, Bucket bucket, std::uint64_t bytes, double impact) {
   return {.id = subject, .bucket = bucket, .bytes = bytes, .subject = subject, .icon = "", .impact = impact};
-}
-
-Snapshot healthy() {
-  Snapshot snapshot;
-  snapshot.diskTotal = 500 * gibibyte;
-  snapshot.diskFree = 300 * gibibyte;
-  snapshot.cpuBusy = 0.5;
-  return snapshot;
 }
 
 const Finding holder = finding("Holder", Bucket::always, 100, 0.1);
@@ -27,12 +59,11 @@ const Finding leftover = finding("Leftover", Bucket::leftovers, 900, 0.9);
 TEST(Verdict, TheFirstRowThatAppliesWins) {
   const auto with = [](std::int32_t pressure, double busy, std::int64_t diskFree = 300 * gibibyte,
                        ThermalState thermal = ThermalState::nominal) {
-    Snapshot snapshot = healthy();
-    snapshot.pressure = pressure;
-    snapshot.cpuBusy = busy;
-    snapshot.diskFree = diskFree;
-    snapshot.thermal = thermal;
-    return snapshot;
+    return Snapshot{.diskFree = diskFree,
+                    .diskTotal = 500 * gibibyte,
+                    .cpuBusy = busy,
+                    .thermal = thermal,
+                    .pressure = pressure};
   };
   Snapshot unknownDisk = with(1, 0, 0);
   unknownDisk.diskTotal = 0;
@@ -49,12 +80,7 @@ TEST(Verdict, TheFirstRowThatAppliesWins) {
   const char* processor = "Your Mac's processor is very busy.";
   const char* few = "A few things slow your Mac down.";
 
-  const struct {
-    const char* what;
-    const Snapshot snapshot;
-    std::vector<Finding> findings;
-    Verdict verdict;
-  } cases[] = {
+  const std::tuple<const char*, Snapshot, std::vector<Finding>, Verdict> cases[] = {
       {"heat wins over everything", with(4, 1, 0, ThermalState::critical), {holder, worker}, tooHot},
       {"heat needs no finding", with(1, 0, 1LL << 40, ThermalState::serious), {}, tooHot},
       {"fair is not hot", with(1, 0, 1LL << 40, ThermalState::fair), {}, fine},
@@ -70,23 +96,39 @@ TEST(Verdict, TheFirstRowThatAppliesWins) {
       {"busy: biggest among now only", with(1, 0.81), {bigger, worker}, named(processor, "Worker")},
       {"busy without a now finding", with(1, 0.81), {holder, bigger}, named(few, "Bigger")},
       {"0.8 is not very busy", with(1, 0.8), {worker}, named(few, "Worker")},
-      {"nothing at all is fine", healthy(), {}, fine},
   };
-  for (const auto& [what, snapshot, findings, expected] : cases) {
-    const Verdict got = verdict(snapshot, findings);
-    EXPECT_EQ(std::tie(got.headline, got.cause, got.ok),
-              std::tie(expected.headline, expected.cause, expected.ok))
-        << what;
-  }
+  for (const auto& [what, snapshot, findings, expected] : cases)
+    EXPECT_EQ(verdict(snapshot, findings), expected) << what;
 }
 
 TEST(Verdict, OfEqualCausesTheEarlierOneIsNamed) {
-  Snapshot snapshot = healthy();
+  Snapshot snapshot;
   const Finding twin = finding("Twin", Bucket::always, 200, 0.2);
   EXPECT_EQ(verdict(snapshot, {bigger, twin}).cause, "The biggest cause: Bigger.");
   EXPECT_EQ(verdict(snapshot, {twin, bigger}).cause, "The biggest cause: Twin.");
   snapshot.pressure = 2;
   EXPECT_EQ(verdict(snapshot, {twin, bigger}).cause, "The biggest cause: Twin.");
+}
+
+// 2.3 GB of swap.
+const Snapshot busy{
+    .ram = 16ULL << 30U, .swapUsed = 2'469'606'195, .cpuBusy = 0.125, .uptime = 3 * 86'400 + 5};
+
+TEST(Report, HeaderRoundsHalvesAwayFromZero) {
+  EXPECT_EQ(header(busy),
+            "16.0 GB memory, 2.3 GB moved to disk · processor 13% busy · last restart 3 days ago");
+}
+
+TEST(Report, AGuessStandsUnderTheTitleOfItsEvidence) {
+  const std::vector<Finding> found{
+      {.bucket = Bucket::leftovers, .title = "Left", .detail = "Left detail."},
+      {.bucket = Bucket::now, .title = "First", .detail = "Detail.", .evidence = "proof\nline two"},
+      {.bucket = Bucket::now, .title = "Second", .detail = "Other.", .evidence = "other proof"}};
+  const Guesses guesses{{"proof\nline two", "It serves tests."}, {"proof", "Wrong."}, {"", "Wrong."}};
+  EXPECT_EQ(text(busy, found, guesses),
+            header(busy) +
+                "\n\nBUSY NOW\n  First\n  ✨ It serves tests.\n  Detail.\n  Second\n  Other.\n"
+                "\nFORGOTTEN\n  Left\n  Left detail.\n");
 }
 
 }  // namespace

@@ -1,0 +1,253 @@
+#include "diagnosis/attribution.h"
+#include "diagnosis/process_kinds.h"
+#include "diagnosis/process_tree.h"
+#include "tests/support/machines.h"
+
+namespace tarnwick {
+namespace {
+
+TEST(WorkKind, FindsWordsInsideWords) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"make test-cov", "tests"},
+      {"pip fetch latest", "tests"},
+      {"npm run BUILD", "a build"},
+      {"npm install && webpack", "a build"},
+      {"uv sync --all", "a package install"},
+      {"uv  sync", ""},
+      {"", ""},
+  };
+  for (const auto& [command, kind] : cases) EXPECT_EQ(workKind(command).value_or(""), kind) << command;
+}
+
+TEST(DbKind, TheFirstRowWins) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"postgres:17", "Postgres"}, {"bitnami/MariaDB", "MariaDB"}, {"mariadb-for-mysql", "MySQL"},
+      {"redis-mongo", "Redis"},    {"mongo:7", "MongoDB"},         {"nginx", "container"},
+      {"", "container"},
+  };
+  for (const auto& [text, kind] : cases) EXPECT_EQ(dbKind(text), kind) << text;
+}
+
+TEST(ServerKind, NamesTheToolThatServes) {
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
+      {{"python3", "-m", "uvicorn", "app:app"}, "Python API"},
+      {{"python3.11", "Flask", "run"},
+       "Python server"},  // no runtime by that name: its script does not count
+      {{"python3", "-u", "/opt/bin/Flask", "run"}, "Python API"},
+      {{"node", "/Users/a/app/node_modules/.bin/vite"}, "Vite dev server"},
+      {{"node", "-m"}, "Node server"},  // nothing follows
+      {{"ruby", "bin/rails", "s"}, "Rails app"},
+      {{"/opt/bin/Caddy", "run"}, "Caddy server"},
+      {{"caddy", "-m", "VITE"}, "Vite dev server"},
+      {{""}, " server"},
+  };
+  for (const auto& [args, kind] : cases) EXPECT_EQ(serverKind({.args = args}), kind) << args.front();
+  EXPECT_EQ(serverKind({.path = "/usr/local/bin/node"}), "Node server");
+}
+
+std::vector<Pid> pids(const std::vector<const Proc*>& procs) {
+  std::vector<Pid> all;
+  all.reserve(procs.size());
+  for (const Proc* proc : procs) all.push_back(proc->pid);
+  return all;
+}
+
+TEST(Starter, ClimbsToWhatStartedTheWork) {
+  Snapshot m = machine();
+  add(m, 2, 1, {"-zsh"});  // a login shell
+  add(m, 3, 2, {"zsh", "-c", "npm start"});
+  add(m, 4, 3, {"/usr/local/bin/node", "a.js"});
+  add(m, 5, 4, {"sh", "-c", "worker"});
+  add(m, 6, 5, {"node", "b.js"});
+  add(m, 10, 2, {"/opt/homebrew/bin/claude"});
+  add(m, 11, 10, {"zsh", "-c", "make"});
+  add(m, 12, 11, {"make"});
+  addApp(m, 30, "Terminal").ppid = 0;
+  add(m, 31, 30, {"tcsh"});
+  add(m, 40, 1, {"python3"});
+  add(m, 41, 999, {"bash"});   // its parent is gone
+  add(m, 50, 60, {"claude"});  // its own name does not matter
+  add(m, 60, 1, {"launcher"});
+  add(m, 1, 0, {"-launchd"});  // in the list or not, process 1 starts nothing
+  m.procs[70] = {.pid = 70, .ppid = 71, .path = "/usr/bin/-bash"};
+  m.procs[71] = {.pid = 71, .ppid = 1, .path = "/bin/claude"};  // no arguments: named by its path
+
+  // The process, the root of the work, who (empty: gone) and the pid of `claude` (0: none).
+  const std::tuple<Pid, Pid, const char*, Pid> cases[] = {
+      {4, 4, "you", 0},
+      {6, 4, "you", 0},
+      {12, 12, "Claude Code", 10},
+      {10, 10, "you", 0},
+      {31, 31, "Terminal", 0},
+      {40, 40, "", 0},
+      {41, 41, "", 0},
+      {50, 60, "", 0},
+      {2, 2, "", 0},
+      {70, 70, "Claude Code", 71},
+  };
+  Starters shared(m);
+  for (const auto& [pid, root, who, claude] : cases)
+    for (const Starter& start : {starter(m.procs.at(pid), m), shared.of(m.procs.at(pid))})
+      EXPECT_EQ(std::tuple(start.root->pid, start.who.value_or(""), start.claude.value_or(0)),
+                std::tuple(root, who, claude))
+          << pid;
+}
+
+TEST(Starter, EndsOnCycles) {
+  Snapshot m = machine();
+  add(m, 2, 2, {"node"});  // its own parent
+  add(m, 3, 4, {"zsh"});
+  add(m, 4, 3, {"bash"});
+  add(m, 5, 6, {"make"});
+  add(m, 6, 7, {"sh"});
+  add(m, 7, 5, {"node"});
+  for (const Pid pid : {2, 3, 4, 5, 6, 7}) {
+    const Starter start = starter(m.procs.at(pid), m);
+    EXPECT_FALSE(start.who) << pid;
+    EXPECT_TRUE(m.procs.contains(start.root->pid)) << pid;
+  }
+  EXPECT_EQ(starter(m.procs.at(5), m).root->pid, 7) << "the last one that is no shell before it comes round";
+}
+
+TEST(Descendants, ChildrenFirstThenTheSubtreeOfEach) {
+  Snapshot m = machine();
+  for (const auto& [pid, ppid] : {std::pair{2, 1}, {9, 2}, {3, 2}, {4, 3}, {5, 9}, {6, 3}, {7, 4}, {8, 99}})
+    add(m, pid, ppid, {"x"}).footprint = 1ULL << static_cast<unsigned>(pid);
+  m.index();
+  EXPECT_THAT(pids(descendants(2, m)), ElementsAre(3, 9, 4, 6, 7, 5));
+  EXPECT_THAT(pids(descendants(7, m)), IsEmpty());
+  EXPECT_THAT(pids(descendants(99, m)), ElementsAre(8)) << "a parent that is gone still has children";
+  m.procs.erase(4);
+  EXPECT_THAT(pids(descendants(2, m)), ElementsAre(3, 9, 6, 5)) << "what is not there hides what hangs below";
+
+  TreeMemory memory(m);
+  EXPECT_EQ(memory.of(m.procs.at(3)), 0b1001000U);
+  EXPECT_EQ(memory.of(m.procs.at(2)), 0b1001101100U) << "with a part that was added up before";
+  EXPECT_EQ(memory.of(m.procs.at(2)), 0b1001101100U);
+}
+
+TEST(Descendants, EndOnCyclesAndSurviveDepth) {
+  Snapshot m = machine();
+  for (const auto& [pid, ppid] : {std::pair{2, 4}, {3, 2}, {4, 3}, {5, 3}, {6, 6}})
+    add(m, pid, ppid, {"x"}).footprint = 1;
+  m.index();
+  EXPECT_THAT(pids(descendants(2, m)), ElementsAre(3, 4, 5));
+  EXPECT_THAT(pids(descendants(6, m)), IsEmpty());
+  TreeMemory memory(m);
+  for (const Pid pid : {2, 3, 4}) EXPECT_EQ(memory.of(m.procs.at(pid)), 4U) << "the whole ring, and 5";
+  EXPECT_EQ(memory.of(m.procs.at(5)), 1U);
+  EXPECT_EQ(memory.of(m.procs.at(6)), 1U);
+
+  Snapshot deep = machine();
+  for (Pid pid = 2; pid < 50'000; ++pid) add(deep, pid, pid - 1, {"sh"}).footprint = 1;
+  deep.index();
+  EXPECT_EQ(descendants(2, deep).size(), 49'997U);
+  EXPECT_EQ(TreeMemory(deep).of(deep.procs.at(2)), 49'998U);
+  Starters starters(deep);
+  EXPECT_EQ(starters.of(deep.procs.at(49'999)).root->pid, 2) << "only shells: the highest of them";
+}
+
+TEST(StartedBy, SaysWhoAndForWhat) {
+  FakeSurroundings around;
+  around.titles["o/r#7"] = "Add tax";
+  const std::optional<ClaudeWork> none;
+  // Nobody: what started it is gone.
+  const std::tuple<const char*, double, std::optional<ClaudeWork>, const char*> cases[] = {
+      {"", 13 * 3600.0, none, "It started 13 hours ago. The app or terminal that started it is closed."},
+      {"you", 59.9, none, "You started it in a terminal 59 seconds ago."},
+      {"Terminal", 7200, none, "Terminal started it 2 hours ago."},
+      {"Claude Code", 43, ClaudeWork{.pr = 42}, "Claude Code started it 43 seconds ago (pull request #42)."},
+      {"Claude Code", 43, ClaudeWork{.title = "Taxes", .pr = 8, .prRepo = "o/r"},
+       "Claude Code started it 43 seconds ago, in a session about “Taxes” (pull request #8)."},
+      {"Claude Code", 43, ClaudeWork{.title = "Taxes", .pr = 7, .prRepo = "o/r"},
+       "Claude Code started it 43 seconds ago, in a session about “Taxes”, for the pull request “Add tax”."},
+      {"Claude Code", 43, ClaudeWork{.prRepo = "o/r"}, "Claude Code started it 43 seconds ago."},
+      {"you", 43, ClaudeWork{.title = "Taxes", .pr = 9, .prRepo = "o/r"},
+       "You started it in a terminal 43 seconds ago."},
+  };
+  for (const auto& [who, age, work, sentence] : cases) {
+    Starter start;
+    if (*who != '\0') start.who = who;
+    EXPECT_EQ(startedBy(start, age, work, around), sentence);
+  }
+  EXPECT_THAT(around.asked, ElementsAre("title o/r#8", "title o/r#7"));
+}
+
+TEST(Facts, AddWhatIsKnown) {
+  const Git git{"shop", "main", "Fix it", "1 day ago", false, {}};
+  const Git copy{"shop", "fix/x", "", "", true, {}};
+  EXPECT_EQ(facts({}, {}, {}, {}), "");
+  EXPECT_EQ(facts("you", git, ClaudeWork{.pr = 1}, {"One", "Two"}),
+            "One\nTwo\nStarted by: you\nGit repo shop, branch main. Last commit: Fix it");
+  EXPECT_EQ(facts("Claude Code", copy, ClaudeWork{.title = "Tax"}, {}),
+            "Started by: Claude Code\nClaude Code session title: Tax\n"
+            "Git repo shop, branch fix/x (a separate copy of the repo).");
+}
+
+TEST(CommandLine, IsOneLineOfWords) {
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
+      {{"/usr/bin/make", "-j8", "all"}, "make -j8 all"},
+      {{"sh", "-c", "\n a\t b\r\n\vc  ", "", "d"}, "sh -c a b c d"},
+      {{"say", "a\u00A0b\u2003\u3000c\u2028d\u0085e"}, "say a b c d e"},
+      {{"say", "🦊 ünï", "a\u200Bb"}, "say 🦊 ünï a\u200Bb"},  // a zero-width space is no white space
+      {{"\t"}, ""},
+  };
+  for (const auto& [args, line] : cases) EXPECT_EQ(commandLine({.path = "/bin/x", .args = args}), line);
+  EXPECT_EQ(commandLine({.path = "/bin/x y"}), "x y");
+}
+
+TEST(ProjectRoot, IsBelowTheHomeDirectory) {
+  FakeSurroundings around;
+  around.who.home = "/Users/ünï";  // 10 characters, 12 bytes
+  for (const std::string repository : {"", "/Users", "/Users/ünï", "/Users/ünï/code/shop",
+                                       "/Users/ünï-outside", "/srv/shorty", "/srv/short"})
+    around.present.insert(repository + "/.git");
+  const std::pair<const char*, const char*> cases[] = {
+      {"/Users/ünï/code/shop/api/src", "/Users/ünï/code/shop"},
+      {"/Users/ünï/code/shopping", "/Users/ünï/code/shopping"},
+      {"/Users/ünï/notes/a", "/Users/ünï/notes/a"},  // the home directory is no project
+      {"/Users/ünï", "/Users/ünï"},
+      {"/Users/ünï-outside/a", "/Users/ünï-outside"},
+      {"/srv/shorty/ab", "/srv/shorty"},   // 11 characters
+      {"/srv/short/ab", "/srv/short/ab"},  // 10 characters: as short as the home directory
+      {"", ""},
+      {"relative-directory", "relative-directory"},
+  };
+  for (const auto& [path, root] : cases) EXPECT_EQ(projectRoot(path, around), root);
+
+  around.asked.clear();
+  EXPECT_EQ(projectRoot("/Users/ünï/Library/Caches/x", around), "/Users/ünï/Library/Caches/x");
+  EXPECT_THAT(around.asked, IsEmpty()) << "nothing is looked for in the Library";
+  EXPECT_EQ(projectRoot("/Users/ünï/Library2/x", around), "/Users/ünï/Library2/x");
+  EXPECT_THAT(around.asked,
+              ElementsAre("exists /Users/ünï/Library2/x/.git", "exists /Users/ünï/Library2/.git"));
+}
+
+TEST(Stop, ForcesWhatWasAskedBefore) {
+  Snapshot m = machine();
+  const Proc& proc = add(m, 41, 1, {"node"});
+  EXPECT_EQ(stop(proc, {40, 42}, "Close it"), (Action{"Close it", {Signal{41, 15, proc.started}}}));
+  EXPECT_EQ(stop(proc, {40, 41}, "Close it"), (Action{"Force quit", {Signal{41, 9, proc.started}}}));
+}
+
+TEST(ScriptHead, ShowsTheScriptThatRuns) {
+  FakeSurroundings around;
+  around.heads = {{"/w/train.py", "import x"}, {"/opt/a.sh", "#!/bin/sh\n"}, {"/w/b.ts", ""}};
+  // The head is empty where there is none.
+  const std::tuple<const char*, std::vector<std::string>, const char*> cases[] = {
+      {"/w", {"python3", "-u", "train.py", "b.ts"}, "The file train.py starts with:\nimport x"},
+      {"/w", {"sh", "/opt/a.sh"}, "The file /opt/a.sh starts with:\n#!/bin/sh\n"},
+      {"/w", {"deno", "run", "--x.py", "b.ts"}, "The file b.ts starts with:\n"},
+      {"/w", {"train.py"}, ""},
+      {"/w", {"python3", "gone.py", "train.py"}, ""},  // only the first one is tried
+      {"/Users/x/Library/w", {"sh", "/opt/a.sh"}, ""},
+      {"/w", {"sh", "/Users/x/Library/a.sh"}, ""},
+  };
+  for (const auto& [cwd, args, head] : cases)
+    EXPECT_EQ(scriptHead({.args = args, .cwd = cwd}, around).value_or(""), head);
+  EXPECT_THAT(around.asked,
+              ElementsAre("head /w/train.py", "head /opt/a.sh", "head /w/b.ts", "head /w/gone.py"));
+}
+
+}  // namespace
+}  // namespace tarnwick
