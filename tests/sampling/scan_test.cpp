@@ -1,26 +1,17 @@
-#include <gmock/gmock.h>
-
-#include <climits>
-#include <functional>
-
-#include "sampling/decode/memory_saver.h"
 #include "sampling/scan.h"
+#include "sampling/decode/memory_saver.h"
 #include "tests/support/fake_browsers.h"
-#include "tests/support/fake_clock.h"
 #include "tests/support/fake_machine_source.h"
 #include "tests/support/fake_process_source.h"
 #include "tests/support/fake_transport.h"
 #include "tests/support/fake_workspace.h"
-#include "tests/support/temp_folder.h"
 
 namespace tarnwick {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Pair;
-using testing::SizeIs;
 struct ScanMachine {
+  Snapshot scan(double interval = 1) { return driver.scan(interval); }
+
   FakeClock clock;
   FakeProcessSource process;
   FakeMachineSource machine;
@@ -46,14 +37,9 @@ struct Machine : ScanMachine {
     process.processes[40] = {.facts = ProcessFacts{.ppid = 7, .uid = 1, .started = 1'700'000'000 - 43'200},
                              .usage = ProcessUsage{.footprint = 5, .resident = 6, .processorTime = 800},
                              .firstTime = 300,
-                             .path = "/bin/tool",
-                             .app = {},
-                             .args = {"tool"},
-                             .cwd = "/",
                              .ports = {80}};
     workspace.apps = {{9, "Mail", "org.mail", "/mail", false}, {8, "Bar", "org.bar", "/bar", true}};
   }
-  Snapshot scan(double interval = 1) { return driver.scan(interval); }
 };
 
 // What the sources say, for comparison.
@@ -118,8 +104,7 @@ TEST(Scan, EveryAbsentSourceLeavesItsFieldNeutralAndNoOther) {
   using Removal = std::function<void(Machine&)>;
   const std::tuple<const char*, Removal, std::function<void(Snapshot&)>> cases[] = {
       {"ticks", [](Machine& m) { m.machine.ticks.clear(); }, [](Snapshot& s) { s.cpuBusy = 0; }},
-      {"heat", [](Machine& m) { m.machine.thermalAnswer = {}; },
-       [](Snapshot& s) { s.thermal = ThermalState::nominal; }},
+      {"heat", [](Machine& m) { m.machine.thermalAnswer = {}; }, [](Snapshot& s) { s.thermal = {}; }},
       {"pressure", [](Machine& m) { m.machine.pressureAnswer = {}; }, [](Snapshot& s) { s.pressure = 1; }},
       {"ram", [](Machine& m) { m.machine.ramAnswer = 0; }, [](Snapshot& s) { s.ram = 0; }},
       {"cores", [](Machine& m) { m.machine.coresAnswer = 0; }, [](Snapshot& s) { s.cores = 0; }},
@@ -161,16 +146,13 @@ std::string settings(const std::string& state) {
 
 TEST(MemorySaver, OnlyAnIntegerCounts) {
   EXPECT_EQ(memorySaverState(settings("0")), 0);
-  EXPECT_EQ(memorySaverState(settings("-2147483648")), INT_MIN);
-  EXPECT_EQ(memorySaverState(settings("2147483647")), INT_MAX);
-  for (const char* state : {"2147483648", "-2147483649", "\"2\"", "2.0", "true", "null", "2x"}) {
+  EXPECT_EQ(memorySaverState(settings("-2147483648")), std::numeric_limits<int>::min());
+  EXPECT_EQ(memorySaverState(settings("2147483647")), std::numeric_limits<int>::max());
+  for (const char* state : {"2147483648", "-2147483649", "\"2\"", "2.0", "true", "null", "2x"})
     EXPECT_EQ(memorySaverState(settings(state)), std::nullopt) << state;
-  }
-  for (const std::string& text :
-       {std::string(100'000, '['), std::string("[]"), std::string("\xff\xfe{"), std::string(),
-        std::string(R"({"performance_tuning": {"high_efficiency_mode": 2}})")}) {
-    EXPECT_EQ(memorySaverState(text), std::nullopt) << text.substr(0, 100);
-  }
+  EXPECT_EQ(memorySaverState(std::string(100'000, '[')), std::nullopt);
+  for (const char* text : {"[]", "\xff\xfe{", "", R"({"performance_tuning": {"high_efficiency_mode": 2}})"})
+    EXPECT_EQ(memorySaverState(text), std::nullopt) << text;
 }
 
 TEST(Scan, ReadsMemorySaverOnlyWhileChromeRuns) {
@@ -201,11 +183,9 @@ struct BrowsersAndEngine : ScanMachine {
     clock.turn(seconds);
     return driver.scan(0).containers;
   }
-  std::size_t listsAsked() {
-    std::size_t lists = 0;
-    for (const auto& asked : engine.asked())
-      lists += asked.request.starts_with("GET /containers/json ") ? 1U : 0U;
-    return lists;
+  auto listsAsked() {
+    return std::ranges::count_if(
+        engine.asked(), [](const auto& asked) { return asked.request.starts_with("GET /containers/json "); });
   }
 };
 
@@ -214,16 +194,16 @@ TEST(ScanCaches, TheEngineIsAskedOnceInSixtySeconds) {
   EXPECT_THAT(m.containersAfter(0), SizeIs(1));
   m.engine.replies.clear();  // from now on an asked engine has nothing to say
   EXPECT_THAT(m.containersAfter(60), SizeIs(1)) << "exactly 60 s old is not more than 60 s";
-  EXPECT_EQ(m.listsAsked(), 1U);
+  EXPECT_EQ(m.listsAsked(), 1);
   EXPECT_THAT(m.containersAfter(0.5), IsEmpty());
-  EXPECT_EQ(m.listsAsked(), 2U);
+  EXPECT_EQ(m.listsAsked(), 2);
   EXPECT_THAT(m.containersAfter(10), IsEmpty());
-  EXPECT_EQ(m.listsAsked(), 2U) << "an empty answer is an answer too";
+  EXPECT_EQ(m.listsAsked(), 2) << "an empty answer is an answer too";
   m.driver.resetCaches();
   m.containersAfter(0);
-  EXPECT_EQ(m.listsAsked(), 3U);
+  EXPECT_EQ(m.listsAsked(), 3);
   m.containersAfter(-100);
-  EXPECT_EQ(m.listsAsked(), 4U) << "a clock that was set back does not freeze the answer";
+  EXPECT_EQ(m.listsAsked(), 4) << "a clock that was set back does not freeze the answer";
 }
 
 TEST(ScanCaches, AnEngineThatQuitIsForgottenAtOnce) {
@@ -233,7 +213,7 @@ TEST(ScanCaches, AnEngineThatQuitIsForgottenAtOnce) {
   EXPECT_THAT(m.containersAfter(1), IsEmpty());
   m.dockerRuns = true;
   EXPECT_THAT(m.containersAfter(1), SizeIs(1));
-  EXPECT_EQ(m.listsAsked(), 2U);
+  EXPECT_EQ(m.listsAsked(), 2);
 }
 
 TEST(ScanCaches, TheEngineAnswersWhileTheScanWaitsAnyway) {

@@ -1,10 +1,8 @@
 #include "sampling/linux/linux_machine_source.h"
 
-#include <gtest/gtest.h>
 #include <sched.h>
 
-#include "tests/support/temp_folder.h"
-#include "tests/support/wait_until.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 namespace {

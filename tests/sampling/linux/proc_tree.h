@@ -3,12 +3,8 @@
 
 #include <unistd.h>
 
-#include <filesystem>
-#include <string>
-#include <string_view>
-
 #include "sampling/linux/linux_process_source.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 

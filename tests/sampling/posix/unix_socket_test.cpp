@@ -1,20 +1,10 @@
 #include "sampling/tools/unix_socket.h"
 
-#include <gtest/gtest.h>
 #include <poll.h>
-#include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <chrono>
-#include <fstream>
-#include <thread>
-
-#include "sampling/docker.h"
-#include "sampling/tools/posix/quiet_socket.h"
 #include "tests/support/posix/fake_engine.h"
-#include "tests/support/temp_folder.h"
 
 namespace tarnwick {
 namespace {
@@ -25,18 +15,7 @@ constexpr std::size_t muchRoom = 1'000'000;
 const std::string question = "GET / HTTP/1.0\r\n\r\n";
 const std::optional<std::string> absent;
 
-// A socket bound to `path` that lets so many callers wait.
-int listenerAt(const std::string& path, int waiting) {
-  const int listener = openQuietSocket();
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  path.copy(address.sun_path, sizeof address.sun_path - 1);
-  EXPECT_EQ(::bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-  EXPECT_EQ(::listen(listener, waiting), 0);
-  return listener;
-}
-class UnixSocket : public testing::Test {
- protected:
+struct UnixSocket : testing::Test {
   std::string path() const { return folder_.path() + "/s"; }
   std::optional<std::string> ask(double silence, double total, const std::string& request = question) {
     return transport_.exchange(path(), request, {silence, total, muchRoom});
@@ -83,7 +62,7 @@ TEST_F(UnixSocket, DrippingEngineEndsWithTheTotal) {
 }
 
 TEST_F(UnixSocket, EngineThatAcceptsNobodyEndsTheConnect) {
-  const int listener = listenerAt(path(), 0);
+  const int listener = listenAt(path(), 0);
   // Each call leaves one connection that nobody accepts; soon there is no room for the next.
   for (int i = 0; i < 4; ++i) EXPECT_EQ(ask(brief, endless), absent);
   ::close(listener);

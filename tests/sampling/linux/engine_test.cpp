@@ -1,45 +1,36 @@
 // The client against a container engine that this test starts. Where no engine can be started the test is
 // skipped and says why.
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-
-#include <array>
-#include <cstdio>
-#include <memory>
-
 #include "sampling/docker.h"
-#include "tests/support/temp_folder.h"
+#include "sampling/engine_socket.h"
+#include "sampling/tools/posix/posix_tool_runner.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 namespace {
 
-struct ScriptEnd {
-  int status;
-  std::string output;
-};
-
-ScriptEnd runScript(const std::string& action, const std::string& folder) {
-  const std::string command =
-      "bash " TARNWICK_SOURCE_DIR "/tests/sampling/linux/real_engine.sh " + action + " " + folder + " 2>&1";
-  std::FILE* pipe = ::popen(command.c_str(), "r");
-  if (pipe == nullptr) return {-1, "no shell"};
-  ScriptEnd end{-1, ""};
-  std::array<char, 4096> chunk{};
-  while (std::fgets(chunk.data(), static_cast<int>(chunk.size()), pipe) != nullptr)
-    end.output += chunk.data();
-  const int status = ::pclose(pipe);
-  end.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return end;
+TEST(EngineSocket, DesktopBeforeRootlessBeforeTheSystems) {
+  const Self self{700, 1000, "/home/ana"};
+  EXPECT_THAT(
+      engineSocketPlaces(self, "/run/ana"),
+      ElementsAre("/home/ana/.docker/desktop/docker.sock", "/run/ana/docker.sock", "/var/run/docker.sock"));
+  for (const std::string unset : {"", "relative"})
+    EXPECT_EQ(engineSocketPlaces(self, unset)[1], "/run/user/1000/docker.sock");
 }
 
-class RealEngine : public testing::Test {
- protected:
+ToolResult runScript(const std::string& action, const std::string& folder) {
+  const std::string line = "exec bash " TARNWICK_SOURCE_DIR "/tests/sampling/linux/real_engine.sh " + action +
+                           " " + folder + " 2>&1";
+  PosixToolRunner runner;
+  return runner.start("/bin/sh", {"-c", line}, {.seconds = 100})->result();
+}
+
+struct RealEngine : testing::Test {
   void SetUp() override {
-    const ScriptEnd end = runScript("start", folder_.path());
-    if (end.status == 77) GTEST_SKIP() << end.output;
-    ASSERT_EQ(end.status, 0) << end.output;
+    const ToolResult end = runScript("start", folder_.path());
+    if (end.exitStatus == 77) GTEST_SKIP() << end.output;
+    ASSERT_EQ(end.exitStatus, 0) << end.output;
   }
-  void TearDown() override { EXPECT_EQ(runScript("stop", folder_.path()).status, 0); }
+  void TearDown() override { EXPECT_EQ(runScript("stop", folder_.path()).exitStatus, 0); }
 
   TempFolder folder_;
   UnixSocketTransport transport_;

@@ -1,0 +1,255 @@
+#include "sampling/decode/engine_json.h"
+#include "sampling/decode/http_reply.h"
+#include "sampling/docker.h"
+#include "sampling/tools/small_file.h"
+#include "tests/support/fake_transport.h"
+
+namespace tarnwick {
+namespace {
+
+const std::filesystem::path replies{TARNWICK_SOURCE_DIR "/tests/sampling/fixtures/engine"};
+
+std::string recorded(const std::string& name) {
+  return readSmallFile((replies / (name + ".bin")).string(), 1U << 20U).value_or("missing");
+}
+
+std::vector<std::string> names(std::string_view body) {
+  std::vector<std::string> found;
+  for (const Container& container : containersOf(body)) found.push_back(container.name);
+  return found;
+}
+
+TEST(EngineReplies, EveryRecordedReplyMeansWhatItSays) {
+  const std::vector<std::string> four{"d4", "d3", "d2", "d1"};
+  const std::map<std::string, std::vector<std::string>> lists{
+      {"dockerd-list-all-v141", four},
+      {"dockerd-list-http10", four},
+      {"dockerd-list-paused", four},
+      {"dockerd-list-ports", {"w1"}},
+      {"podman-list-all-v141", {"a5", "a1", "a3", "a6", "a2", "web"}},
+      {"podman-list-http10", {"a5", "a1", "a3", "a2", "web"}},
+      {"podman-list-paused", {"a5", "a1", "web"}},
+  };
+  const std::map<std::string, std::uint64_t> memory{
+      {"dockerd-stats-d1", 471'040},        {"dockerd-stats-d2", 688'128},
+      {"dockerd-stats-d2-http11", 688'128}, {"dockerd-stats-d2-two-samples", 688'128},
+      {"dockerd-stats-networks", 606'208},  // 610,304 less 4,096 of droppable cache
+      {"podman-stats-a1", 323'584},         // this engine tells nothing about caches
+      {"podman-stats-a2", 380'928},         {"podman-stats-a2-two-samples", 241'664},
+      {"podman-stats-a3", 356'352},         {"podman-stats-web", 532'480},
+  };
+  std::size_t seen = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(replies)) {
+    const std::string file = entry.path().stem().string();
+    const bool refused = file.find("-404") != std::string::npos || file.find("-400") != std::string::npos;
+    const std::string reply = recorded(file);
+    const std::optional<std::string_view> body = successfulBody(reply);
+    EXPECT_EQ(body.has_value(), !refused) << file;
+    // All others are done without an answer, are about something else, or came in chunks nobody asked for.
+    EXPECT_EQ(names(body.value_or("")), lists.count(file) != 0 ? lists.at(file) : std::vector<std::string>{})
+        << file;
+    EXPECT_EQ(memoryOf(body.value_or("")), memory.count(file) != 0 ? memory.at(file) : 0U) << file;
+    ++seen;
+  }
+  EXPECT_EQ(seen, 50U);
+}
+
+TEST(EngineList, IdsAndNames) {
+  const auto one = [](const std::string& members) {
+    const std::vector<Container> list = containersOf("[{" + members + "}]");
+    return list.size() == 1 ? list.front().id + "|" + list.front().name : "left out";
+  };
+  EXPECT_EQ(one(R"("Id":"0123456789abcdef")"), "0123456789ab|0123456789ab");
+  EXPECT_EQ(one(R"("Id":"abc","Names":[])"), "abc|abc");
+  EXPECT_EQ(one(R"("Id":"abc","Names":"/web")"), "abc|abc");
+  EXPECT_EQ(one(R"("Id":"abc","Names":["/web","/other/alias"])"), "abc|web");
+  EXPECT_EQ(one(R"("Id":"abc","Names":["//a/b//"])"), "abc|a/b");
+  EXPECT_EQ(one(R"("Id":"abc","Names":["/"])"), "abc|");
+  EXPECT_EQ(one(R"("Id":7)"), "left out");
+  EXPECT_EQ(one(R"("Names":["/web"])"), "left out");
+  EXPECT_EQ(one("\"Id\":\"abc\",\"Names\":[\"/caf\xe9\"]"), "abc|caf\xef\xbf\xbd");
+  EXPECT_EQ(one(R"("Id":"éééééééééééézz")"), "éééééééééééé|éééééééééééé");
+}
+
+TEST(EngineList, WhatIsNoListOfObjectsIsEmpty) {
+  for (const std::string body :
+       {"", "null", "[1]", R"([{"Id":"a"},7])", R"([{"Id":"a"})", R"({"Id":"a"})", R"([{"Id":"\ud800"}])"})
+    EXPECT_THAT(containersOf(body), IsEmpty()) << body;
+  EXPECT_THAT(containersOf(std::string(1'000'000, '[')), IsEmpty());
+  EXPECT_THAT(names(R"([{"Names":["/no-id"]},{"Id":"b"},{"Id":"a","Status":7,"Image":null}])"),
+              ElementsAre("b", "a"));
+}
+
+TEST(EngineStatistics, DroppableCacheIsTakenOff) {
+  const std::pair<std::string, std::uint64_t> cases[] = {
+      {R"("usage":1000,"stats":{"inactive_file":999})", 1},
+      {R"("usage":1000,"stats":{"inactive_file":1000})", 1000},
+      {R"("usage":1000,"stats":{"total_inactive_file":300})", 700},
+      {R"("usage":1000,"stats":{"inactive_file":0,"total_inactive_file":300})", 1000},
+      {R"("usage":1000,"stats":{"inactive_file":-5})", 1000},
+      {R"("usage":1000)", 1000},
+      {R"("stats":{"inactive_file":300})", 0},
+      {R"("usage":1152921504606846976)", 1'152'921'504'606'846'976},
+  };
+  for (const auto& [members, bytes] : cases)
+    EXPECT_EQ(memoryOf(R"({"memory_stats":{)" + members + "}}"), bytes) << members;
+}
+
+TEST(EngineStatistics, ImpossibleNumbersCountAsZero) {
+  for (const std::string number :
+       {"1152921504606846977", "18446744073709551616", "1e400", "-1", "1.5", "\"1000\"", "null"})
+    EXPECT_EQ(memoryOf(R"({"memory_stats":{"usage":)" + number + "}}"), 0U) << number;
+
+  for (const std::string body :
+       {"", "[]", "{}", R"({"memory_stats":[]})", R"({"memory_stats":{}})", "{\"memory_stats\""})
+    EXPECT_EQ(memoryOf(body), 0U) << body;
+}
+
+TEST(ContainerIds, OnlyPlainOnesMayStandInAPath) {
+  for (const std::string id : {"0123456789ab", "web", "A_b.c-9", "9"})
+    EXPECT_TRUE(isPlainContainerId(id)) << id;
+  for (const std::string id :
+       {"", "..", ".", "-rf", "_x", "a/b", "a b", "a?x=1", "a%2f", "a\r\nX: y", "caf\xc3\xa9", "a#"})
+    EXPECT_FALSE(isPlainContainerId(id)) << id;
+  EXPECT_FALSE(isPlainContainerId(std::string_view("a\0b", 3)));
+}
+
+const std::optional<std::string> absent;
+
+std::optional<std::string> body(const std::string& reply) {
+  const std::optional<std::string_view> found = successfulBody(reply);
+  return found ? std::optional<std::string>(*found) : absent;
+}
+
+TEST(HttpReply, StatusDecides) {
+  const std::vector<std::pair<std::string, std::optional<std::string>>> cases{
+      {"200 OK", "x"},      {"299 Odd", "x"},          {"304 Not Modified", "x"},
+      {"204", "x"},         {"199 Low", absent},       {"300 High", absent},
+      {"-200 OK", absent},  {" 200 OK", absent},  // two blanks in a row: the second word is empty
+      {"200.0 OK", absent}, {"4294967496 OK", absent}, {"", absent},
+  };
+  for (const auto& [status, expected] : cases)
+    EXPECT_EQ(body("HTTP/1.0 " + status + "\r\n\r\nx"), expected) << status;
+}
+
+TEST(HttpReply, BlankLineDividesOnce) {
+  EXPECT_EQ(body("HTTP/1.0 304 Not Modified\r\n\r\n"), "");
+  EXPECT_EQ(body("HTTP/1.0 200 OK\r\nA: b\r\n\r\none\r\n\r\ntwo"), "one\r\n\r\ntwo");
+  EXPECT_EQ(body("HTTP/1.0 200 OK\r\nServer: \xff\xfe caf\xe9\r\n\r\nx"), "x");
+  for (const std::string cut :
+       {"", "\r\n\r\n", "HTTP/1.0\r\n\r\nx", "HTTP/1.0 200 OK\r\nA: b\r\n\r", "HTTP/1.0 200 OK\n\nx"})
+    EXPECT_EQ(body(cut), absent) << cut;
+}
+
+TEST(HttpReply, HeadersAreBounded) {
+  const std::string start = "HTTP/1.0 200 OK\r\nX: ";
+  const std::size_t most = std::size_t{1} << 20U;
+  const std::string fits = start + std::string(most - start.size(), 'h');
+  EXPECT_EQ(body(fits + "\r\n\r\nx"), "x");
+  EXPECT_EQ(body(fits + "h\r\n\r\nx"), absent);
+}
+
+const std::string ok = "HTTP/1.0 200 OK\r\n\r\n";
+
+std::string statsLine(const std::string& id) {
+  return "GET /containers/" + id + "/stats?stream=false&one-shot=true";
+}
+
+struct DockerTest : testing::Test {
+  FakeTransport engine;
+  const Docker docker{engine, {"/engine.sock"}};
+};
+
+// An engine with containers c1 to cN; each uses 1,000 bytes per number.
+void fill(FakeTransport& engine, int count) {
+  std::string list;
+  for (int i = 1; i <= count; ++i) {
+    const std::string id = "c" + std::to_string(i);
+    list += (i == 1 ? "[" : ",") + (R"({"Id":")" + id + R"("})");
+    engine.replies[statsLine(id)] = ok + R"({"memory_stats":{"usage":)" + std::to_string(i * 1000) + "}}";
+  }
+  engine.replies["GET /containers/json"] = ok + list + "]";
+}
+
+TEST_F(DockerTest, RequestsAreExact) {
+  engine.replies["GET /containers/json"] = ok + R"([{"Id":"4711"}])";
+  engine.replies["POST /containers/4711/stop"] = "HTTP/1.0 304 Not Modified\r\n\r\n";
+  EXPECT_THAT(docker.dockerContainers(), SizeIs(1));
+  EXPECT_TRUE(docker.stop("4711"));
+  const std::string rest = " HTTP/1.0\r\nHost: docker\r\nContent-Length: 0\r\n\r\n";
+  const std::pair<const char*, double> expected[] = {
+      {"GET /containers/json", 3},
+      {"GET /containers/4711/stats?stream=false&one-shot=true", 3},
+      {"POST /containers/4711/stop", 15},
+  };
+  ASSERT_THAT(engine.asked(), SizeIs(3));
+  for (std::size_t i = 0; i < 3; ++i) {
+    const auto& [line, silence] = expected[i];
+    const auto [socket, request, limits] = engine.asked()[i];
+    EXPECT_EQ(std::tie(request, limits.silence, limits.total, limits.replyBytes),
+              std::tuple(line + rest, silence, 2 * silence, 67'108'864U));
+  }
+}
+
+TEST_F(DockerTest, TimeoutIsNeverEndless) {
+  EXPECT_EQ(docker.dockerAPI("GET", "/x", 0), std::nullopt);
+  EXPECT_EQ(docker.dockerAPI("GET", "/x", -7), std::nullopt);
+  for (const FakeTransport::Asked& asked : engine.asked()) EXPECT_EQ(asked.limits.silence, 1);
+}
+
+TEST_F(DockerTest, ContainersKeepTheEnginesOrderAndAreAskedAboutSideBySide) {
+  fill(engine, 40);
+  engine.crowd = 5;
+  const std::vector<Container> containers = docker.dockerContainers();
+  ASSERT_THAT(containers, SizeIs(40));
+  for (std::size_t i = 0; i < containers.size(); ++i)
+    EXPECT_EQ(std::tie(containers[i].id, containers[i].mem),
+              std::tuple("c" + std::to_string(i + 1), (i + 1) * 1000));
+  EXPECT_THAT(engine.asked(), SizeIs(41));
+  EXPECT_THAT(engine.mostAtOnce(), AllOf(testing::Ge(5U), testing::Le(8U)));
+}
+TEST_F(DockerTest, OddIdsNeverReachARequest) {
+  engine.replies["GET /containers/json"] =
+      ok + R"([{"Id":"../../x"},{"Id":""},{"Id":"a b"},{"Id":"a\r\nX: y"}])";
+  EXPECT_THAT(docker.dockerContainers(), SizeIs(4));
+  for (const std::string id : {"../../x", "", "a b", "a\r\nX: y", "x/kill?"})
+    EXPECT_FALSE(docker.stop(id)) << id;
+  EXPECT_EQ(docker.dockerAPI("GET", "/a b", 3), std::nullopt);
+  EXPECT_EQ(docker.dockerAPI("GET", "", 3), std::nullopt);
+  EXPECT_EQ(docker.dockerAPI("GET /x", "/y", 3), std::nullopt);
+  EXPECT_THAT(engine.asked(), SizeIs(1));
+}
+
+TEST_F(DockerTest, FailedStatisticsCostOnlyTheirFigure) {
+  fill(engine, 3);
+  engine.replies[statsLine("c1")] = "HTTP/1.0 404 Not Found\r\n\r\n{\"memory_stats\":{\"usage\":5}}";
+  engine.replies.erase(statsLine("c3"));
+  const auto mem = [](std::uint64_t bytes) { return testing::Field(&Container::mem, bytes); };
+  EXPECT_THAT(docker.dockerContainers(), ElementsAre(mem(0), mem(2000), mem(0)));
+}
+
+TEST_F(DockerTest, AnEngineThatStopsAnsweringIsAskedNoMore) {
+  fill(engine, 200);
+  const std::string list = engine.replies["GET /containers/json"];
+  engine.replies = {{"GET /containers/json", list}};
+  EXPECT_THAT(docker.dockerContainers(), SizeIs(200));
+  EXPECT_THAT(engine.asked(),
+              SizeIs(AllOf(testing::Ge(17U), testing::Le(24U))));  // the list, 16, and those under way
+}
+
+TEST_F(DockerTest, FirstPlaceWithASocketIsAsked) {
+  engine.sockets = {"/second.sock", "/third.sock"};
+  engine.replies["POST /containers/c1/stop"] = "HTTP/1.0 204 No Content\r\n\r\n";
+  const Docker three(engine, {"/first.sock", "/second.sock", "/third.sock"});
+  EXPECT_TRUE(three.present());
+  EXPECT_TRUE(three.stop("c1"));
+  EXPECT_EQ(engine.asked().back().socket, "/second.sock");
+  engine.sockets.clear();
+  EXPECT_FALSE(three.present());
+  EXPECT_FALSE(three.stop("c1"));
+  EXPECT_THAT(three.dockerContainers(), IsEmpty());
+  EXPECT_THAT(engine.asked(), SizeIs(1));
+}
+
+}  // namespace
+}  // namespace tarnwick

@@ -1,0 +1,346 @@
+// The Linux source over made trees, where every file may be missing, odd or hostile, and over the live /proc,
+// with children that the test starts.
+#include <netinet/in.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "sampling/linux/sock_diag.h"
+#include "sampling/process_table.h"
+#include "tests/sampling/linux/proc_tree.h"
+#include "tests/support/posix/child_process.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr std::int64_t boot = 1'000'000;  // as the made trees have it
+
+std::uint64_t ticks(double seconds) {
+  return static_cast<std::uint64_t>(seconds * static_cast<double>(::sysconf(_SC_CLK_TCK)));
+}
+std::uint64_t pageSize() { return static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE)); }
+
+struct RecordedProcessesTest : testing::Test {
+  PidMap<Proc> sample(double now = boot + 100) {
+    LinuxProcessSource source(tree.options());
+    ProcessTable table(source);
+    table.firstPass();
+    return table.secondPass(timestamp(now));
+  }
+  ProcTree tree;
+};
+
+TEST_F(RecordedProcessesTest, AWholeProcess) {
+  tree.process(300, {.ppid = 7, .startTicks = ticks(2.99)});
+  tree.link("300/fd/3", "socket:[55]");
+  tree.link("300/fd/4", "socket:[56]");
+  tree.link("300/fd/5", "socket:[57]");
+  tree.link("300/fd/6", "/dev/null");
+  tree.write("net/tcp", "0: 0:1F90 0:0 0A 0 0 0 0 0 55\n1: 0:0050 0:0 0A 0 0 0 0 0 56\n");
+  tree.write("net/tcp6", "0: 0:1F90 0:0 0A 0 0 0 0 0 57\n1: 0:0051 0:0 0A 0 0 0 0 0 99\n");
+  const Proc proc = sample(boot + 50'000).at(300);
+  EXPECT_EQ(
+      std::tie(proc.ppid, proc.path, proc.started, proc.resident, proc.footprint, proc.cwd),
+      std::tuple(7, "/usr/bin/tool", timestamp(boot + 2), 100 * pageSize(), 60 * pageSize(), "/home/ada"));
+  EXPECT_THAT(proc.args, ElementsAre("tool", "--go"));
+  EXPECT_THAT(proc.ports, ElementsAre(80, 8080));
+}
+
+TEST_F(RecordedProcessesTest, ListsOnlyTheUsersProcessesInAscendingOrder) {
+  for (const Pid pid : {30, 4, 100}) tree.process(pid, {});
+  for (const auto other : {"self/x", "5x/stat", "-3/stat", "99999999999/stat", "0/stat"})
+    tree.write(other, "");
+  std::vector<Pid> expected{2, 4, 30, 100};
+  if (::getuid() == 0) {
+    ASSERT_EQ(::chown((tree.root() + "/30").c_str(), 12345, 12345), 0);
+    expected = {2, 4, 100};
+  }
+  LinuxProcessSource source(tree.options());
+  EXPECT_EQ(source.myPids().size(), expected.size() - 1);
+  EXPECT_THAT(ProcReader(tree.root()).pidsOf(::getuid(), 1), ElementsAre(4));
+  tree.process(2, {});
+  EXPECT_EQ(source.myPids(), expected) << "listed afresh each time";
+  auto options = tree.options();
+  options.procRoot += "/nothing";
+  EXPECT_THAT(LinuxProcessSource(options).myPids(), IsEmpty());
+}
+
+TEST_F(RecordedProcessesTest, MissingAndOddFilesAreNeutral) {
+  for (const Pid pid : {10, 11, 12, 16}) tree.process(pid, {});
+  tree.process(13, {.name = "ghost"});
+  tree.process(15, {.startTicks = std::uint64_t{1} << 63U});
+  for (const auto file : {"10/stat", "12/exe", "12/cwd", "12/statm", "13/exe"}) tree.remove(file);
+  tree.write("11/stat", "11 (tool");
+  tree.write("13/cmdline", "");
+  tree.write("16/statm", "1 18446744073709551615 0");
+  const auto procs = sample();
+  EXPECT_FALSE(procs.contains(10));
+  EXPECT_FALSE(procs.contains(11));
+  EXPECT_EQ(procs.at(12).path + procs.at(12).cwd, "");
+  EXPECT_EQ(procs.at(12).resident, 0U);
+  EXPECT_THAT(procs.at(12).args, ElementsAre("tool", "--go"));
+  EXPECT_THAT(procs.at(13).args, ElementsAre("ghost"));
+  EXPECT_GE(procs.at(15).started, timestamp(boot));
+  EXPECT_EQ(procs.at(16).resident, 0U);
+}
+
+TEST_F(RecordedProcessesTest, KernelThreadsHaveANameAndNothingElse) {
+  tree.process(20, {.name = "kworker/0:1", .ppid = 2, .flags = 0x00208060});
+  tree.process(21, {.name = "a/b", .state = 'Z'});
+  const auto procs = sample();
+  for (const Pid pid : {20, 21}) {
+    EXPECT_EQ(procs.at(pid).path + procs.at(pid).cwd, "");
+    EXPECT_EQ(procs.at(pid).resident, 0U);
+  }
+  EXPECT_THAT(procs.at(20).args, ElementsAre("kworker-0:1"));
+  EXPECT_THAT(procs.at(21).args, ElementsAre("a/b"));
+}
+
+TEST_F(RecordedProcessesTest, FootprintReadsStatusOnlyWhereItMatters) {
+  const std::uint64_t statm = 60 * pageSize();
+  const std::uint64_t status = std::uint64_t{10 + 20 + 30} * 1024;
+  const auto many = ProcessMemory::sharedMemoryMatters / pageSize();
+  const std::tuple<std::string, std::uint64_t, std::uint64_t, std::uint64_t> cases[] = {
+      {"Shmem: 9 kB\nSwapTotal: 9 kB\nSwapFree: 9 kB\n", 40, 100, statm},
+      {"Shmem: 0 kB\nSwapTotal: 9 kB\nSwapFree: 8 kB\n", 40, 100, status},  // swap is in use
+      {"Shmem: 9 kB\n", many - 1, many + 59, statm},
+      {"Shmem: 9 kB\n", many, many + 60, status},
+      {"Shmem: 0 kB\n", many, many + 60, statm},
+      {"", 40, 100, status},
+      {"Shmem: 0 kB\n", 101, 100, 0},
+  };
+  tree.process(30, {});
+  for (const auto& [meminfo, shared, resident, footprint] : cases) {
+    tree.write("meminfo", meminfo);
+    tree.write("30/statm", "0 " + std::to_string(resident) + " " + std::to_string(shared) + " 0\n");
+    EXPECT_EQ(sample().at(30).footprint, footprint) << meminfo << shared;
+  }
+}
+
+TEST_F(RecordedProcessesTest, OrphansOfTheUserManagerHaveParentOne) {
+  tree.process(50, {.name = "systemd", .ppid = 1});
+  tree.process(60, {.name = "systemd", .ppid = 1});
+  tree.process(52, {.name = "systemd", .ppid = 50});  // of a container, say
+  // 40 is read before its parent, the parent of 54 is gone.
+  const std::tuple<Pid, Pid, Pid> cases[] = {{51, 50, 1}, {40, 60, 1}, {53, 52, 52}, {54, 70, 70}};
+  for (const auto& [pid, ppid, expected] : cases) tree.process(pid, {.ppid = ppid});
+  const auto procs = sample();
+  for (const auto& [pid, ppid, expected] : cases) EXPECT_EQ(procs.at(pid).ppid, expected) << pid;
+}
+
+TEST_F(RecordedProcessesTest, ApplicationsComeFromTheirUnits) {
+  const std::string user = std::to_string(::getuid());
+  const std::string slice = "/user.slice/user-" + user + ".slice/user@" + user + ".service/app.slice";
+  const std::string unit = "0::" + slice + "/app-gnome-org.example.Paint-7.scope\n";
+  for (const Pid pid : {80, 82}) tree.process(pid, {});
+  tree.process(81, {.terminal = 34816});
+  for (const auto file : {"80/cgroup", "81/cgroup"}) tree.write(file, unit);
+  EXPECT_EQ(sample().at(80).app, std::nullopt) << "no application slice on the machine";
+
+  std::filesystem::create_directories(tree.cgroups() + "/unified" + slice);
+  const auto procs = sample();
+  EXPECT_EQ(procs.at(80).app, "org.example.Paint");
+  EXPECT_THAT(procs.at(80).args, IsEmpty());
+  EXPECT_EQ(procs.at(81).app, std::nullopt) << "a shell in a terminal";
+  EXPECT_EQ(procs.at(82).app, std::nullopt);
+
+  auto options = tree.options();
+  options.appDisplayName = [](const std::string& id) { return std::optional("Paint of " + id); };
+  EXPECT_EQ(LinuxProcessSource(options).app(80, ""), "Paint of org.example.Paint");
+  options.appDisplayName = [](const std::string&) { return std::nullopt; };
+  EXPECT_EQ(LinuxProcessSource(options).app(80, ""), "org.example.Paint");
+}
+
+TEST_F(RecordedProcessesTest, ProcessorTimeComesFromTheTicks) {
+  tree.process(90, {.userTicks = 250});
+  LinuxProcessSource source(tree.options());
+  const auto expected = 250 * (1'000'000'000 / static_cast<std::uint64_t>(::sysconf(_SC_CLK_TCK)));
+  EXPECT_EQ(source.processorTime(90), expected);
+  EXPECT_EQ(source.usage(90)->processorTime, expected);
+  tree.stat(90, {.userTicks = 500});
+  source.beginPass();
+  EXPECT_EQ(source.usage(90)->processorTime, 2 * expected);
+  EXPECT_EQ(source.processorTime(91), std::nullopt);
+}
+
+TEST_F(RecordedProcessesTest, ArgumentsGrowTheBufferOnceAndEndAtOneMebibyte) {
+  const std::string exact(LinuxProcessSource::firstArgumentBytes, 'x');
+  const std::string beyond(LinuxProcessSource::mostArgumentBytes + 5, 'y');
+  for (const Pid pid : {95, 96, 97}) tree.process(pid, {});
+  tree.write("95/cmdline", exact);
+  tree.write("96/cmdline", beyond);
+  const auto procs = sample();
+  EXPECT_THAT(procs.at(95).args, ElementsAre(exact));
+  EXPECT_THAT(procs.at(96).args, ElementsAre(beyond.substr(5)));
+  EXPECT_THAT(procs.at(97).args, ElementsAre("tool", "--go"));
+}
+
+void execute(std::vector<std::string> words) {
+  std::vector<char*> argv(words.size() + 1);
+  std::ranges::transform(words, argv.begin(), [](std::string& word) { return word.data(); });
+  ::execv(argv[0], argv.data());
+  ::_exit(127);
+}
+
+struct LinuxProcessSourceTest : testing::Test {
+  static Timestamp now() { return std::chrono::system_clock::now(); }
+
+  LinuxProcessSource source{{.uid = ::getuid()}};
+};
+
+TEST_F(LinuxProcessSourceTest, ABusyChildIsBusyAndAnIdleOneIsNot) {
+  const ChildProcess busy([] { execute({"/bin/sh", "-c", "while :; do :; done"}); });
+  const ChildProcess idle;
+  ProcessTable table(source);
+  PidMap<Proc> procs;
+  ASSERT_TRUE(waitUntil([&] {
+    table.firstPass();
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    procs = table.secondPass(now());
+    const double cpu = procs[busy.pid()].cpu;
+    return cpu > 0.2 && cpu < 1.2 && procs[idle.pid()].cpu < 0.1;
+  }));
+  const Proc& proc = procs.at(idle.pid());
+  EXPECT_EQ(std::tie(proc.ppid, proc.path, proc.cwd),
+            std::tuple(::getpid(), std::filesystem::read_symlink("/proc/self/exe"),
+                       std::filesystem::current_path()));
+  EXPECT_TRUE(proc.resident > proc.footprint && proc.footprint > 0);
+  EXPECT_NEAR(secondsBetween(proc.started, now()), 59, 61);
+}
+
+TEST_F(LinuxProcessSourceTest, FootprintHoldsAnonymousAndSharedMemory) {
+  constexpr std::size_t bytes = std::size_t{16} << 20U;
+  const ChildProcess child([] {
+    for (const int kind : {MAP_PRIVATE, MAP_SHARED})
+      ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_ANONYMOUS | MAP_POPULATE | kind, -1, 0);
+  });
+  EXPECT_TRUE(waitUntil([&] {
+    source.beginPass();
+    const auto usage = source.usage(child.pid());
+    return usage && usage->footprint >= 2 * bytes && usage->resident >= usage->footprint;
+  }));
+}
+
+TEST_F(LinuxProcessSourceTest, WhatIsRememberedEndsWithTheProcessAndItsParent) {
+  std::array<int, 2> channel{};
+  ASSERT_EQ(::pipe(channel.data()), 0);
+  std::optional<ChildProcess> parent;
+  parent.emplace([&] {
+    const pid_t grandchild = ::fork();
+    if (grandchild == 0) {
+      while (true) ::pause();
+    }
+    if (::write(channel[1], &grandchild, sizeof grandchild) < 0) ::_exit(1);
+  });
+  pid_t grandchild = 0;
+  ASSERT_EQ(::read(channel[0], &grandchild, sizeof grandchild), static_cast<ssize_t>(sizeof grandchild));
+  const auto parentOf = [&](Pid pid) {
+    source.beginPass();
+    const auto facts = source.facts(pid);
+    return facts ? facts->ppid : -1;
+  };
+  const Pid before = parent->pid();
+  EXPECT_EQ(parentOf(grandchild), before);
+  EXPECT_EQ(parentOf(grandchild), before) << "now from memory";
+  parent.reset();
+  EXPECT_NE(parentOf(grandchild), before) << "an orphan has another parent";
+  EXPECT_EQ(parentOf(before), -1) << "gone and waited for";
+  ::kill(grandchild, SIGKILL);
+  for (const int end : channel) ::close(end);
+}
+
+TEST_F(LinuxProcessSourceTest, EveryNewProcessIsAskedAboutButAnotherUsersHasNoFacts) {
+  for (int round = 0; round < 3; ++round) {
+    source.candidates();
+    const ChildProcess child;
+    EXPECT_THAT(source.candidates(), Contains(child.pid()));
+    EXPECT_TRUE(source.facts(child.pid()));
+  }
+  if (::getuid() != 0) GTEST_SKIP() << "starting a process of another user takes root";
+  const ChildProcess other([] {
+    if (::setuid(65'534) != 0) ::_exit(1);
+  });
+  EXPECT_FALSE(source.facts(other.pid()));
+}
+
+TEST_F(LinuxProcessSourceTest, AnEndedChildHasOnlyItsName) {
+  ChildProcess child([] {
+    ::prctl(PR_SET_NAME, "a) b\n(c");
+    ::_exit(0);
+  });
+  child.waitUntilZombie();
+  ASSERT_TRUE(source.facts(child.pid()));
+  EXPECT_EQ(source.path(child.pid()), "");
+  EXPECT_THAT(source.args(child.pid()), ElementsAre("a) b\n(c"));
+  ASSERT_TRUE(source.usage(child.pid()));
+  EXPECT_EQ(source.usage(child.pid())->resident, 0U);
+  child.killed();
+  EXPECT_FALSE(source.facts(child.pid())) << "ended since the pass began";
+  source.beginPass();
+  const Pid gone = child.pid();
+  EXPECT_FALSE(source.facts(gone) || source.usage(gone) || source.processorTime(gone));
+  EXPECT_TRUE(source.args(gone).empty() && source.listenPorts(gone).empty());
+}
+
+TEST_F(LinuxProcessSourceTest, EmptyAndInvalidArgumentsAndADeletedExecutableAreRead) {
+  const TempFolder folder;
+  const std::string copy = folder.at("a copy");
+  std::filesystem::copy_file("/bin/sh", copy);
+  std::vector<std::string> words{copy, "-c", "kill -STOP $$", std::string(100'000, 'x'), "", "\xC3(", ""};
+  const ChildProcess child([&] { execute(words); });
+  std::filesystem::remove(copy);
+  words[5] = "\xEF\xBF\xBD(";
+  EXPECT_TRUE(waitUntil([&] {
+    source.beginPass();
+    return source.args(child.pid()) == words;
+  }));
+  EXPECT_EQ(source.path(child.pid()), copy);
+}
+// A socket listening on `port` (0: any) of the loopback address; -1 on failure.
+template <typename Address>
+int listenOn(Address address) {
+  const auto* generic = reinterpret_cast<const sockaddr*>(&address);
+  const int number = ::socket(generic->sa_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const int only = 1;
+  if (generic->sa_family == AF_INET6) ::setsockopt(number, IPPROTO_IPV6, IPV6_V6ONLY, &only, sizeof only);
+  if (::bind(number, generic, sizeof address) == 0 && ::listen(number, 1) == 0) return number;
+  ::close(number);
+  return -1;
+}
+
+TEST_F(LinuxProcessSourceTest, APortOfBothFamiliesIsListedOnce) {
+  sockaddr_in v4{};
+  v4.sin_family = AF_INET;
+  v4.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  const int first = listenOn(v4);
+  ASSERT_GE(first, 0);
+  socklen_t length = sizeof v4;
+  ASSERT_EQ(::getsockname(first, reinterpret_cast<sockaddr*>(&v4), &length), 0);
+  sockaddr_in6 v6{};
+  v6.sin6_family = AF_INET6;
+  v6.sin6_addr = in6addr_loopback;
+  v6.sin6_port = v4.sin_port;
+  const int second = listenOn(v6);
+  if (second < 0) GTEST_SKIP() << "no IPv6 here, or the port is taken there";
+  const ChildProcess server;
+  const ChildProcess other([&] {
+    ::close(first);
+    ::close(second);
+  });
+  const std::uint16_t port = ntohs(v4.sin_port);
+  EXPECT_THAT(source.listenPorts(server.pid()), ElementsAre(port));
+  EXPECT_TRUE(waitUntil([&] { return source.listenPorts(other.pid()).empty(); }));
+
+  const ProcReader reader("/proc");
+  EXPECT_THAT(ListeningPorts(reader, false).of(server.pid()), ElementsAre(port)) << "from the text tables";
+  const auto diag = listenersFromSockDiag();
+  ASSERT_TRUE(diag) << "netlink does not answer here";
+  EXPECT_EQ(std::ranges::count(*diag, port, &Listener::port), 2);
+
+  ::close(first);
+  ::close(second);
+}
+
+}  // namespace
+}  // namespace tarnwick

@@ -1,0 +1,235 @@
+#include "sampling/decode/app_unit.h"
+#include "sampling/decode/machine_text.h"
+#include "sampling/decode/proc_text.h"
+#include "tests/support/testing.h"
+
+namespace tarnwick {
+namespace {
+
+using namespace std::string_view_literals;
+
+const std::string statTail =
+    " S 41 5 5 34816 -1 4194304 19 0 0 0 17 4 0 0 20 0 1 0 130749 2400256 114 18446744073709551615";
+
+TEST(ProcStatTest, NameEndsAtTheLastBracket) {
+  const std::pair<std::string, std::string> names[] = {
+      {"a) b", "a) b"}, {"x) S 1 1 (y", "x) S 1 1 (y"}, {"((sd-pam))", "((sd-pam))"},
+      {"", ""},         {"\xFF)", "\xEF\xBF\xBD)"},
+  };
+  for (const auto& [raw, name] : names) {
+    const auto stat = procStat(std::string("12 (").append(raw).append(")").append(statTail));
+    ASSERT_TRUE(stat) << raw;
+    EXPECT_EQ(stat->name, name);
+    EXPECT_EQ(std::tuple(stat->state, stat->ppid, stat->terminal, stat->userTicks, stat->systemTicks,
+                         stat->startTicks),
+              std::tuple('S', 41, 34816, 17U, 4U, 130749U));
+    EXPECT_FALSE(stat->kernelThread());
+  }
+  const char* thread = "2 (kthreadd) S 0 0 0 0 -1 2129984 0 0 0 0 0 6 0 0 20 0 1 0 0 0 0\n";
+  EXPECT_TRUE(procStat(thread).value().kernelThread());
+}
+
+TEST(ProcStatTest, GarbageIsAbsent) {
+  const std::string good = "1 (a)" + statTail;
+  ASSERT_TRUE(procStat(good));
+  const auto with = [&](const std::string& from, const std::string& to) {
+    std::string bad = good;
+    return bad.replace(bad.find(from), from.size(), to);
+  };
+  const std::tuple<const char*, const char*> broken[] = {{"41", "-41"},
+                                                         {"41", "99999999999"},
+                                                         {"4194304", "-1"},
+                                                         {"17", "18446744073709551616"},
+                                                         {" S ", " SS "}};
+  for (const auto& [from, to] : broken) EXPECT_FALSE(procStat(with(from, to))) << to;
+  for (const std::string& cut : {std::string(), std::string(")("), std::string("1 (a"),
+                                 std::string("1 (a) S 1"), good.substr(0, good.find(" 130749"))})
+    EXPECT_FALSE(procStat(cut)) << cut;
+}
+
+TEST(ProcPagesTest, ResidentAndShared) {
+  const ProcPages pages = procPages("586 264 238 8 0 44 0\n").value();
+  EXPECT_EQ(std::tuple(pages.resident, pages.shared), std::tuple(264U, 238U));
+  for (const auto bad : {"", "1 2", "1 -2 3", "1 2 x", "1 18446744073709551616 3"})
+    EXPECT_FALSE(procPages(bad)) << bad;
+}
+
+TEST(KilobyteFieldTest, WholeNamesAtLineStarts) {
+  const auto text =
+      "Name:\tVmSwap: 7 kB\nRssAnonX:\t1 kB\nRssAnon:\t     132 kB\nVmSwap:\t0 kB\nHuge:\t"
+      "18446744073709551615 kB\nBare:\t5\nLess:\t-1 kB"sv;
+  EXPECT_EQ(kilobyteField(text, "RssAnon"), 132U * 1024);
+  EXPECT_EQ(kilobyteField(text, "VmSwap"), 0U);
+  for (const auto absent : {"Rss", "Huge", "Bare", "Less", "VmRSS"})
+    EXPECT_EQ(kilobyteField(text, absent), std::nullopt) << absent;
+}
+
+TEST(BootTimeTest, FoundAmongTheCounters) {
+  EXPECT_EQ(bootTime("cpu  1 2 3\nintr 5 btime 9\nbtime 1700000000\nprocesses 4\n"), 1'700'000'000);
+  EXPECT_EQ(bootTime("cpu 1\nbtime soon\n"), std::nullopt);
+  EXPECT_EQ(newestPid("0.53 1.10 1.02 1/1098 4711\n"), 4711);
+  for (const auto text : {"", "0.53 1.10 1.02 1/1098", "0 0 0 0/0 0\n", "0 0 0 0/0 -7\n", "0 0 0 0/0 7x\n"})
+    EXPECT_EQ(newestPid(text), std::nullopt) << text;
+}
+
+TEST(ProcArgumentsTest, SplitAtZeroBytes) {
+  EXPECT_THAT(procArguments("node\0last"sv), ElementsAre("node", "last"));
+  EXPECT_THAT(procArguments("a\0\0b\0\0"sv), ElementsAre("a", "", "b", ""));
+  EXPECT_THAT(procArguments("\0"sv), ElementsAre(""));
+  EXPECT_THAT(procArguments("a\xC3(\0"sv), ElementsAre("a\xEF\xBF\xBD("));
+  EXPECT_THAT(procArguments(""), IsEmpty());
+}
+
+TEST(ProcLinkTest, PathsAndSockets) {
+  EXPECT_EQ(procLinkPath("/opt/tool (deleted)"), "/opt/tool");
+  EXPECT_EQ(procLinkPath("/opt/a (deleted) b"), "/opt/a (deleted) b");
+  EXPECT_EQ(socketInode("socket:[4711]"), 4711U);
+  for (const auto other : {"pipe:[4711]", "socket:[]", "socket:[47x]", "socket:[4711"})
+    EXPECT_EQ(socketInode(other), std::nullopt) << other;
+}
+
+TEST(TcpListenersTest, OnlyListeningSocketsOfBothFamilies) {
+  const auto text =
+      "  sl  local_address rem_address   st tx_queue rx_queue tr tm->when retrnsmt   uid  timeout inode\n"
+      "   0: 0100007F:1F90 00000000:0000 0A 00000000:00000000 00:00000000 00000000  1000        0 4711 1 0\n"
+      "   1: 0100007F:1F91 0100007F:1F90 01 00000000:00000000 00:00000000 00000000  1000        0 4712 1 0\n"
+      "   2: 00000000000000000000000000000000:FFFF 00000000000000000000000000000000:0000 0A 0:0 0:0 0 0 0 9\n"
+      "   3: 0100007F:12345 00000000:0000 0A 0:0 0:0 0 0 0 10\n"
+      "   4: 0100007F 00000000:0000 0A 0:0 0:0 0 0 0 10\n"
+      "   5: 0100007F:0016 00000000:0000 0A 0:0 0:0 0 0 0 -1"sv;
+  EXPECT_THAT(tcpListeners(text), ElementsAre(Listener{4711, 8080}, Listener{9, 65'535}));
+}
+
+using Temperature = std::optional<std::int64_t>;
+
+TEST(MachineText, TicksOfTheSumLine) {
+  const std::tuple<const char*, std::uint64_t, std::uint64_t> cases[] = {
+      {"cpu  1 2 4 100 50 8 16 32 64 128\ncpu0 9 9 9 9 9 9 9 9 9 9\n", 63, 213},  // guest is in user already
+      {"cpu0 9 9 9 9 9\ncpu  1 2 4 100\n", 7, 107},                               // an old kernel
+      {"cpu  1 2 4\n", 0, 0},
+      {"cpu  1 2 -4 100 5\n", 0, 0},
+      {"cpu  18446744073709551615 1 0 0\n", 0, 0},  // the sum overflows
+      {"", 0, 0}};
+  for (const auto& [stat, busy, total] : cases) {
+    EXPECT_EQ(cpuTicksFromStat(stat).busy, busy) << stat;
+    EXPECT_EQ(cpuTicksFromStat(stat).total, total) << stat;
+  }
+  EXPECT_EQ(bootTimeFromStat("cpu  1 2 3 4\nintr 5 6\nbtime 1700000000\nprocesses 1\n"), 1700000000);
+  EXPECT_EQ(bootTimeFromStat("btime 0\n"), std::nullopt);
+  EXPECT_EQ(bootTimeFromStat("btime 99999999999999999999\n"), std::nullopt);
+}
+
+TEST(MachineText, MemoryInfoInBytes) {
+  const MemoryInfo memory = memoryInfo(
+      "MemTotal:       16316412 kB\nMemFree: 1 kB\nMemAvailable: 5\n"
+      "SwapTotal:      18014398509481983 kB\nSwapFree:       18014398509481984 kB\n");
+  EXPECT_EQ(memory.total, 16316412ULL * 1024);
+  EXPECT_EQ(memory.available, std::nullopt);
+  EXPECT_EQ(memory.swapTotal, 18446744073709550592ULL);  // the most kilobytes that fit
+  EXPECT_EQ(memory.swapFree, std::nullopt);
+  EXPECT_EQ(swapUsed({.total = {}, .available = {}, .swapTotal = 10, .swapFree = 4}), 6U);
+  EXPECT_EQ(swapUsed({.total = {}, .available = {}, .swapTotal = 4, .swapFree = 10}), 0U);
+}
+
+TEST(MachineText, PressureFromStalls) {
+  const std::tuple<const char*, const char*, std::optional<int>> cases[] = {
+      {"avg10=0.00", "avg10=0.00", 1}, {"avg10=9.99", "avg10=9.99", 1},    {"avg10=10.00", "avg10=9.99", 2},
+      {"avg10=0", "avg10=10.00", 4},   {"avg10=nan", "avg10=inf", {}},     {"avg10=-1", "avg10=", {}},
+      {"avg60=50.00", "", {}},         {"avg10=100.00", "avg10=broken", 2}};
+  for (const auto& [some, full, level] : cases) {
+    const std::string text = std::string("some ") + some + " avg60=0.00\nfull " + full + " avg60=0.00\n";
+    EXPECT_EQ(pressureFromStalls(text), level) << text;
+  }
+}
+
+TEST(MachineText, PressureFromAvailableMemory) {
+  using Bytes = std::optional<std::uint64_t>;
+  const std::tuple<Bytes, Bytes, std::optional<int>> cases[] = {
+      {1000, 0, 4},    {1000, 49, 4}, {1000, 50, 2},    {1000, 99, 2},      {1000, 100, 1},
+      {1000, 2000, 1}, {0, 0, {}},    {Bytes(), 5, {}}, {1000, Bytes(), {}}};
+  for (const auto& [total, available, level] : cases) {
+    const MemoryInfo memory = {.total = total, .available = available, .swapTotal = {}, .swapFree = {}};
+    EXPECT_EQ(pressureFromAvailable(memory), level) << available.value_or(0);
+  }
+}
+
+ThermalZone zone(Temperature temperature, Temperature passive, Temperature critical) {
+  return {.temperature = temperature, .passive = passive, .critical = critical};
+}
+
+TEST(MachineText, ThermalStateOfTheHottestZone) {
+  const std::tuple<const char*, std::vector<ThermalZone>, ThermalState> cases[] = {
+      {"more than 5 degrees below", {zone(89'999, 95'000, 105'000)}, ThermalState::nominal},
+      {"5 degrees below", {zone(90'000, 95'000, 105'000)}, ThermalState::fair},
+      {"at passive", {zone(95'000, 95'000, 105'000)}, ThermalState::serious},
+      {"at critical", {zone(105'000, 95'000, 105'000)}, ThermalState::critical},
+      {"critical alone", {zone(104'999, {}, 105'000)}, ThermalState::nominal},
+      {"own trip points", {zone(60'000, 95'000, {}), zone(50'000, 45'000, {})}, ThermalState::nominal},
+      {"order does not matter", {zone(50'000, 45'000, {}), zone(60'000, 61'000, {})}, ThermalState::fair},
+      {"equally hot", {zone(60'000, 60'000, {}), zone(60'000, 95'000, {})}, ThermalState::serious},
+      {"hotter without trip points", {zone(99'000, {}, {}), zone(60'000, 60'000, {})}, ThermalState::serious},
+      {"no temperature", {zone({}, 1, 1), zone(0, 1, 1), zone(-5000, 1, 1)}, ThermalState::nominal}};
+  for (const auto& [about, zones, state] : cases) EXPECT_EQ(thermalState(zones), state) << about;
+}
+
+TEST(MachineText, TripPointsKeepTheLowestThatSlows) {
+  const std::pair<const char*, Temperature> useless[] = {
+      {"active\n", 40'000}, {"passive\n", 0}, {"passive\n", -274'000}, {"critical\n", {}}};
+  const std::pair<const char*, Temperature> useful[] = {
+      {"critical\n", 105'000}, {"hot\n", 100'000}, {"passive\n", 90'000}, {"passive\n", 95'000}};
+  ThermalZone found;
+  for (const auto& [type, temperature] : useless) addTripPoint(found, type, temperature);
+  EXPECT_FALSE(found.passive || found.critical);
+  for (const auto& [type, temperature] : useful) addTripPoint(found, type, temperature);
+  EXPECT_EQ(found.passive, 90'000);
+  EXPECT_EQ(found.critical, 100'000);
+  EXPECT_EQ(numberAlone("-47000\n"), -47'000);
+  for (const char* text : {"", "1 2\n", "1\n2\n", "0x10"}) EXPECT_EQ(numberAlone(text), std::nullopt) << text;
+}
+
+TEST(MachineText, DiskSpaceThatDoesNotFitIsUnknown) {
+  EXPECT_EQ(diskSpace(3, 10, 4096).free, 12'288);
+  EXPECT_EQ(diskSpace(1, std::uint64_t{1} << 62U, 2).free, 0);
+  EXPECT_EQ(diskSpace(1, std::uint64_t{1} << 62U, 4).total, 0);
+}
+
+TEST(ApplicationIDTest, FollowsTheFormOfUnitNames) {
+  const std::pair<std::string, std::optional<std::string>> cases[] = {
+      {"app-firefox.service", "firefox"},
+      {"app-org.kde.kate@3f2a.service", "org.kde.kate"},
+      {"app-gnome-org.gnome.Nautilus@1-2.service", "org.gnome.Nautilus"},
+      {"app-gnome\\x2dkeyring\\x2dssh@autostart.service", "gnome-keyring-ssh"},
+      {"app-my\\x2dlauncher-code\\x2doss-99.scope", "code-oss"},
+      {"app-caf\\xc3\\xa9-1.scope", "caf\xC3\xA9"},
+      {"app-a\\xff-1.scope", "a\xEF\xBF\xBD"},
+      {"app-4021.scope", std::nullopt},
+      {"app-a\\-1.scope", std::nullopt},
+      {"app-..\\x2fetc-1.scope", std::nullopt},
+      {"app-a-b-c-d.scope", std::nullopt},
+      {"app-firefox-4021.slice", std::nullopt},
+      {"app-a\\x2g-1.scope", std::nullopt},
+      {"app-..-1.scope", std::nullopt},
+      {"app-.service", std::nullopt},
+      {"app-a\\x00b-1.scope", std::nullopt},
+      {"", std::nullopt},
+  };
+  for (const auto& [unit, id] : cases) EXPECT_EQ(applicationID(unit), id) << unit;
+}
+
+TEST(AppUnitOfCgroupTest, FindsTheUnitBelowTheApplicationSlice) {
+  const std::string manager = "/user.slice/user-1000.slice/user@1000.service";
+  const std::pair<std::string, std::optional<std::string>> cases[] = {
+      {"0::" + manager + "/app.slice/app-firefox-1.scope\n", "app-firefox-1.scope"},
+      {"9:name=systemd:" + manager + "/app.slice/app-firefox-1.scope\n0::/\n", "app-firefox-1.scope"},
+      {"12:cpu:/\n0::" + manager + "/app.slice/app-code.slice/app-code-7.scope/inner", "app-code-7.scope"},
+      {"0::" + manager + "/app.slice/app-code.slice/vte-spawn-1.scope", std::nullopt},
+      {"0::" + manager + "/session.slice/app-shell-1.scope", std::nullopt},
+      {"0::/system.slice/app.slice/app-firefox-1.scope", std::nullopt},
+      {"5:cpu:" + manager + "/app.slice/app-firefox-1.scope", std::nullopt},
+      {"", std::nullopt},
+  };
+  for (const auto& [text, unit] : cases) EXPECT_EQ(appUnitOfCgroup(text), unit) << text;
+}
+
+}  // namespace
+}  // namespace tarnwick

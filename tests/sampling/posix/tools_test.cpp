@@ -1,0 +1,303 @@
+#include <fcntl.h>
+#include <pthread.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "sampling/tools/posix/posix_tool_runner.h"
+#include "sampling/tools/posix/self.h"
+#include "sampling/tools/posix/system_clock.h"
+#include "sampling/tools/small_file.h"
+#include "sampling/tools/tool_places.h"
+#include "tests/support/testing.h"
+
+namespace tarnwick {
+namespace {
+
+TEST(SystemClock, SignalsDoNotShortenASleep) {
+  struct sigaction ignore = {};
+  struct sigaction before = {};
+  ignore.sa_handler = [](int) {};  // a handler without SA_RESTART makes a sleeping call return early
+  ASSERT_EQ(sigaction(SIGUSR1, &ignore, &before), 0);
+  SystemClock clock;
+  std::atomic<bool> done = false;
+  const pthread_t sleeper = pthread_self();
+  std::thread disturber([&] {
+    while (!done) {
+      pthread_kill(sleeper, SIGUSR1);
+      usleep(5000);
+    }
+  });
+  const double start = clock.uptime();
+  clock.sleep(0.25);
+  EXPECT_GE(clock.uptime() - start, 0.25);
+  done = true;
+  disturber.join();
+  sigaction(SIGUSR1, &before, nullptr);
+}
+
+TEST(SystemClock, NothingToSleepReturns) {
+  SystemClock clock;
+  EXPECT_GT(clock.now(), timestamp(1'700'000'000));
+  const double start = clock.uptime();
+  for (const double seconds : {0.0, -1e300, std::nan("")}) clock.sleep(seconds);
+  EXPECT_LT(clock.uptime() - start, 30);
+}
+
+TEST(Self, HomeFallsBack) {
+  EXPECT_EQ(homeFolder("/home/a//", "/b"), "/home/a");
+  EXPECT_EQ(homeFolder("relative", "/b/"), "/b");
+  EXPECT_EQ(homeFolder({}, ""), "/");
+  EXPECT_EQ(homeFolder("///", "/b"), "/");
+}
+
+TEST(Self, KnowsTheProcessAndItsCost) {
+  EXPECT_EQ(readSelf().pid, getpid());
+  EXPECT_TRUE(readSelf().home.starts_with('/'));
+  const double before = processorMilliseconds();
+  EXPECT_TRUE(waitUntil([&] { return processorMilliseconds() > before + 1; }));
+  EXPECT_LT(processorMilliseconds() - before, 60'000);  // milliseconds, not microseconds
+}
+
+namespace fs = std::filesystem;
+
+TEST(SmallFile, IsReadUpToItsLimitAndNotBeyond) {
+  const TempFolder folder;
+  const std::string bytes("caf\xC3\xA9 \xFF\0 end", 12);
+  const std::string path = folder.write("file", bytes);
+  EXPECT_EQ(readSmallFile(path, bytes.size()), bytes);
+  EXPECT_EQ(readSmallFile(path, bytes.size() - 1), std::nullopt);
+  // Larger than any buffer on the way.
+  const std::string large(100'000, 'x');
+  EXPECT_EQ(readSmallFile(folder.write("large", large), large.size()), large);
+}
+
+TEST(SmallFile, HeadAndTailAreCutAtTheirByteCount) {
+  const TempFolder folder;
+  const std::string path = folder.write("file", "0123456789");
+  const std::tuple<std::size_t, const char*, const char*> cases[] = {
+      {4, "0123", "6789"}, {10, "0123456789", "0123456789"}, {11, "0123456789", "0123456789"}};
+  for (const auto& [bytes, head, tail] : cases)
+    EXPECT_EQ(readFileHead(path, bytes).value() + readFileTail(path, bytes).value(),
+              std::string(head) + tail);
+  const std::string sparse = folder.write("sparse", "start");
+  fs::resize_file(sparse, 2'147'483'648U + 5U);
+  EXPECT_EQ(readSmallFile(sparse, 1'000), std::nullopt);
+  EXPECT_EQ(readFileHead(sparse, 6), std::string("start\0", 6));
+  EXPECT_EQ(readFileTail(sparse, 3), std::string(3, '\0'));
+}
+
+TEST(SmallFile, OnlyRegularFilesAreRead) {
+  const TempFolder folder;
+  const std::string pipe = folder.at("pipe");
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const std::string file = folder.write("file", "text");
+  fs::create_symlink(pipe, folder.at("link to pipe"));
+  fs::create_symlink(folder.at("nothing"), folder.at("dangling"));
+  const std::string cutShort = file + std::string("\0tail", 5);
+  for (const std::string& path : {pipe, folder.at("link to pipe"), folder.at("dangling"), folder.path(),
+                                  folder.at("missing"), std::string("/dev/zero"), std::string(), cutShort}) {
+    EXPECT_FALSE(readSmallFile(path, 100) || readFileHead(path, 100) || readFileTail(path, 100)) << path;
+    EXPECT_FALSE(isRegularFile(path)) << path;
+  }
+  EXPECT_TRUE(pathExists(pipe) && pathExists(folder.path()));
+  EXPECT_FALSE(pathExists(folder.at("dangling")) || pathExists(cutShort));
+  EXPECT_TRUE(isDirectory(folder.path()) && !isDirectory(file) && isRegularFile(file));
+}
+
+TEST(SmallFile, FoldersListTheirNames) {
+  const TempFolder folder;
+  EXPECT_TRUE(folderEntries(folder.path()).empty());
+  folder.write("one", "");
+  folder.write(".hidden/inner", "");
+  EXPECT_THAT(folderEntries(folder.path()), UnorderedElementsAre("one", ".hidden"));
+  EXPECT_TRUE(folderEntries(folder.at("missing")).empty());
+}
+
+struct ToolPlacesTest : testing::Test {
+  void SetUp() override { ::unsetenv("TARNWICK_NO_TOOLS"); }
+  void TearDown() override { ::unsetenv("TARNWICK_NO_TOOLS"); }
+
+  TempFolder folder_;
+};
+
+TEST_F(ToolPlacesTest, TakesTheFirstCandidateThatIsAnExecutableFile) {
+  const std::string plain = folder_.write("plain", "no program");
+  const std::string directory = folder_.at("directory");
+  std::filesystem::create_directory(directory);
+  const std::string first = folder_.script("first", "exit 0");
+  const std::string second = folder_.script("second", "exit 0");
+  const std::string link = folder_.at("link");
+  std::filesystem::create_symlink(second, link);
+
+  EXPECT_EQ(executable({}), std::nullopt);
+  EXPECT_EQ(executable({plain, directory, first, second}), first);
+  EXPECT_EQ(executable({link, first}), link);
+}
+
+TEST_F(ToolPlacesTest, LooksOnceAndKeepsTheAnswer) {
+  ToolCandidates candidates;
+  candidates.git = {folder_.script("git", "exit 0")};
+  candidates.gh = {folder_.at("gh")};
+  ToolPlaces places(candidates);
+  EXPECT_EQ(places.gitBin(), candidates.git.front());
+  EXPECT_EQ(places.ghBin(), std::nullopt);
+  EXPECT_EQ(places.simctlBin(), std::nullopt);
+
+  folder_.script("gh", "exit 0");
+  std::filesystem::remove(candidates.git.front());
+  EXPECT_EQ(places.gitBin(), candidates.git.front());
+  EXPECT_EQ(places.ghBin(), std::nullopt);
+}
+
+TEST_F(ToolPlacesTest, NoToolExistsWhileToolsAreOff) {
+  const std::string tool = folder_.script("bin/gh", "exit 0");
+  EXPECT_EQ(ToolPlaces(folder_.path()).ghBin(), tool) << "the user's own folder comes first";
+  for (const char* value : {"", "0"}) {
+    ::setenv("TARNWICK_NO_TOOLS", value, 1);
+    EXPECT_EQ(executable({tool}), std::nullopt) << value;
+    ToolPlaces places(folder_.path());
+    EXPECT_EQ(places.ghBin(), std::nullopt) << value;
+  }
+}
+
+struct ToolRunnerTest : testing::Test {
+  // Every test must leave nothing to wait for, neither running nor dead.
+  void TearDown() override {
+    EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+  }
+
+  ToolResult run(const std::string& body, const ToolOptions& options = {}) {
+    auto tool = runner_.start(folder_.script("tool", body), {"one", "two words"}, options);
+    return tool == nullptr ? ToolResult{"not started", -2} : tool->result();
+  }
+
+  TempFolder folder_;
+  PosixToolRunner runner_;
+};
+
+TEST_F(ToolRunnerTest, TakesStandardOutputAndTheExitStatus) {
+  const std::tuple<std::string, std::string, int> cases[] = {
+      {"printf '%s|' \"$@\"", "one|two words|", 0},
+      {"echo seen; echo unseen >&2; exit 3", "seen\n", 3},
+      {"printf 'a\\377'", "a\xEF\xBF\xBD", 0},
+      {"exit 255", "", 255},
+      {"echo last words; kill -KILL $$", "last words\n", -1},
+      {"exec 1>&-; sleep 0.05; exit 5", "", 5},
+  };
+  for (const auto& [body, output, exitStatus] : cases) {
+    const ToolResult result = run(body);
+    EXPECT_EQ(std::tie(result.output, result.exitStatus), std::tie(output, exitStatus)) << body;
+  }
+}
+
+TEST_F(ToolRunnerTest, WhatCannotBeLaunchedIsAbsent) {
+  const std::string plain = folder_.write("plain", "#!/bin/sh\necho never\n");
+  const std::string broken = folder_.script("broken", "");
+  folder_.write("broken", "#!/no/such/interpreter\n");
+  for (const std::string& path : {folder_.at("missing"), plain, broken, folder_.path(), std::string()})
+    EXPECT_EQ(runner_.start(path, {}), nullptr) << path;
+  EXPECT_EQ(ToolRunner::finish(nullptr), "");
+}
+
+TEST_F(ToolRunnerTest, StartedToolsRunSideBySide) {
+  // Each waits for the other's mark: one after the other, neither would ever end.
+  const std::string meet = "touch \"$1\"; while [ ! -e \"$2\" ]; do sleep 0.01; done; echo met";
+  const std::string script = folder_.script("tool", meet);
+  auto first = runner_.start(script, {folder_.at("a"), folder_.at("b")});
+  auto second = runner_.start(script, {folder_.at("b"), folder_.at("a")});
+  EXPECT_EQ(ToolRunner::finish(std::move(first)), "met\n");
+  EXPECT_EQ(ToolRunner::finish(std::move(second)), "met\n");
+}
+
+TEST_F(ToolRunnerTest, OutputIsTakenUpToItsLimit) {
+  EXPECT_EQ(run("head -c 300000 /dev/zero | tr '\\0' x").output, std::string(300'000, 'x'))
+      << "larger than a pipe";
+  const ToolOptions options{.outputBytes = 1'000};
+  EXPECT_EQ(run("head -c 1000 /dev/zero | tr '\\0' x", options).output.size(), 1'000U);
+  const ToolResult tooMuch = run("head -c 1001 /dev/zero | tr '\\0' x; exec sleep 1000", options);
+  EXPECT_EQ(tooMuch.output, "");
+  EXPECT_EQ(tooMuch.exitStatus, -1);
+}
+
+// A named pipe that a tool's whole family keeps open tells when the last of them is gone.
+class FamilyMark {
+ public:
+  explicit FamilyMark(const std::string& path) {
+    EXPECT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    descriptor_ = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  }
+  ~FamilyMark() { ::close(descriptor_); }
+  FamilyMark(const FamilyMark&) = delete;
+  FamilyMark& operator=(const FamilyMark&) = delete;
+
+  bool appears() const { return waitUntilRead(1); }
+  bool vanishes() const { return waitUntilRead(0); }
+
+ private:
+  bool waitUntilRead(ssize_t count) const {
+    char byte = 0;
+    return waitUntil([&] { return ::read(descriptor_, &byte, 1) == count; });
+  }
+
+  int descriptor_ = -1;
+};
+
+const char* const neverEnding =
+    "exec 3>\"$1\"; sleep 1000 & sh -c 'sleep 1000; :' & printf x >&3; echo said; wait";
+
+TEST_F(ToolRunnerTest, AToolThatNeverEndsIsEndedWithItsChildren) {
+  FamilyMark family(folder_.at("family"));
+  auto tool = runner_.start(folder_.script("tool", neverEnding), {folder_.at("family")}, {.seconds = 0.2});
+  ASSERT_NE(tool, nullptr);
+  ASSERT_TRUE(family.appears());
+  const ToolResult result = tool->result();
+  EXPECT_EQ(result.output, "");
+  EXPECT_EQ(result.exitStatus, -1);
+  EXPECT_TRUE(family.vanishes());
+
+  FamilyMark other(folder_.at("other"));
+  tool = runner_.start(folder_.script("tool", neverEnding), {folder_.at("other")});
+  ASSERT_TRUE(other.appears());
+  tool.reset();  // let go
+  EXPECT_TRUE(other.vanishes());
+}
+TEST_F(ToolRunnerTest, ASurvivorInTheBackgroundDoesNotHoldTheCaller) {
+  // The sleeper inherits the pipe; its end is the test's own doing.
+  const ToolResult result = run("sleep 1000 2>&1 & echo $!");
+  EXPECT_EQ(result.exitStatus, 0);
+  const int survivor = std::atoi(result.output.c_str());
+  ASSERT_GT(survivor, 1);
+  EXPECT_EQ(::kill(survivor, SIGKILL), 0);
+}
+
+TEST_F(ToolRunnerTest, EnvironmentIsInheritedExceptWhereTheCallChangesIt) {
+  ::setenv("TARNWICK_TEST_KEPT", "kept", 1);
+  ::setenv("TARNWICK_TEST_REPLACED", "old", 1);
+  ::setenv("TARNWICK_GONE_A", "a", 1);
+  const ToolOptions options{
+      .droppedVariables = {"TARNWICK_GONE_"},
+      .addedVariables = {{"TARNWICK_TEST_REPLACED", "new"}, {"TARNWICK_TEST_ADDED", "a b"}}};
+  EXPECT_EQ(run("env | grep TARNWICK_ | LC_ALL=C sort", options).output,
+            "TARNWICK_TEST_ADDED=a b\nTARNWICK_TEST_KEPT=kept\nTARNWICK_TEST_REPLACED=new\n");
+}
+
+TEST_F(ToolRunnerTest, SignalsWorkInTheToolWhateverWeDoWithThem) {
+  const auto before = std::signal(SIGPIPE, SIG_IGN);
+  sigset_t blocked;
+  sigset_t maskBefore;
+  sigemptyset(&blocked);
+  sigaddset(&blocked, SIGTERM);
+  ASSERT_EQ(::pthread_sigmask(SIG_BLOCK, &blocked, &maskBefore), 0);
+  EXPECT_EQ(run("kill -PIPE $$; echo ignored").output, "");
+  EXPECT_EQ(run("kill -TERM $$; echo blocked").output, "");
+  ::pthread_sigmask(SIG_SETMASK, &maskBefore, nullptr);
+  std::signal(SIGPIPE, before);
+}
+
+}  // namespace
+}  // namespace tarnwick
