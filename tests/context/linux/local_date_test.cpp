@@ -1,24 +1,17 @@
 #include "context/local_date.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <limits>
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 namespace {
 
-struct Language {
-  const char* all;
-  const char* time;
-  const char* lang;
-};
+using Language = std::array<const char*, 3>;  // LC_ALL, LC_TIME and LANG
 
 std::string dateIn(const Language& language, double moment) {
   ::setenv("TZ", "Asia/Tokyo", 1);
-  ::setenv("LC_ALL", language.all, 1);
-  ::setenv("LC_TIME", language.time, 1);
-  ::setenv("LANG", language.lang, 1);
+  ::setenv("LC_ALL", language[0], 1);
+  ::setenv("LC_TIME", language[1], 1);
+  ::setenv("LANG", language[2], 1);
   return localMediumDate(timestamp(moment));
 }
 
@@ -31,16 +24,14 @@ TEST(LocalDate, FollowsTheUsersLanguageAndTimeZone) {
       {{"", "", "de_DE"}, german},         {{"C.UTF-8", "de_DE", ""}, american},
       {{"", "", "POSIX"}, american},       {{"", "", ""}, american},
   };
-  for (const auto& [language, text] : cases) {
-    EXPECT_EQ(dateIn(language, moment), text) << language.all << "/" << language.time << "/" << language.lang;
-  }
+  for (const auto& [language, text] : cases)
+    EXPECT_EQ(dateIn(language, moment), text) << testing::PrintToString(language);
 }
 
 TEST(LocalDate, NonsenseMomentsStayInTheCalendar) {
   const double infinity = std::numeric_limits<double>::infinity();
-  for (const double moment : {-infinity, -1e300, 1e300, infinity, std::numeric_limits<double>::quiet_NaN()}) {
+  for (const double moment : {-infinity, -1e300, 1e300, infinity, std::numeric_limits<double>::quiet_NaN()})
     EXPECT_FALSE(dateIn({"en_US", "", ""}, moment).empty()) << moment;
-  }
 }
 
 }  // namespace

@@ -1,22 +1,84 @@
-#include "context/claude_reader.h"
-
-#include <gtest/gtest.h>
-
-#include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "tests/support/temp_folder.h"
+#include "context/claude_files.h"
+#include "context/claude_reader.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 namespace {
+
+TEST(ClaudeFiles, OnlyAnObjectIsAnObject) {
+  EXPECT_TRUE(jsonObject(R"( {"a": [1, {"b": null}]} )"));
+  EXPECT_FALSE(jsonObject("{\"a\":" + std::string(1'000'000, '[')));
+  for (const char* text : {"[1]", "null", "", "{\"a\":1", "{\"a\":1e999}", "{\"a\":\"\xFF\"}"})
+    EXPECT_FALSE(jsonObject(text)) << text;
+}
+
+TEST(ClaudeFiles, TheNewestMarkedLineIsTheOnlyOneTried) {
+  const std::string older = R"({"type":"ai-title","aiTitle":"old"})";
+  const std::string newer = R"({"n":1,"type":"ai-title","aiTitle":"new"})";
+  const std::pair<std::string, std::optional<std::string>> cases[] = {
+      {older + "\n" + newer + "\n{\"type\":\"user\"}\n", "new"},
+      {"\n\n" + newer + "\r\n", "new"},
+      {older + "\n" + R"({"type":"ai-title","other":1})" + "\n", std::nullopt},
+      {older + "\n" + newer.substr(0, newer.size() - 3), std::nullopt},
+      {older + "\n" + R"({"type": "ai-title","aiTitle":"spaced"})", "old"},
+      {older + "\n" + R"({"type":"ai-title","aiTitle":7})", std::nullopt},
+      {"", std::nullopt},
+  };
+  for (const auto& [bytes, title] : cases) {
+    const auto line = newest(bytes, "ai-title", "aiTitle");
+    EXPECT_EQ(line ? textMember(*line, "aiTitle") : std::nullopt, title) << bytes;
+  }
+}
+
+TEST(ClaudeFiles, NumbersAreWholeAndFit) {
+  const std::pair<std::string, std::optional<std::int64_t>> cases[] = {
+      {"42", 42},
+      {"-1", -1},
+      {"9223372036854775807", 9'223'372'036'854'775'807},
+      {"9223372036854775808", std::nullopt},
+      {"42.5", std::nullopt},
+      {"\"42\"", std::nullopt},
+  };
+  for (const auto& [number, expected] : cases)
+    EXPECT_EQ(numberMember(*jsonObject("{\"n\":" + number + "}"), "n"), expected) << number;
+  EXPECT_EQ(numberMember(*jsonObject("{}"), "n"), std::nullopt);
+}
+
+TEST(ClaudeFiles, TimesNeedDateTimeAndZone) {
+  const std::pair<std::string, std::optional<double>> cases[] = {
+      {"2025-11-21T05:44:12Z", 1'763'703'852},
+      {"2025-11-21T05:44:12.25Z", 1'763'703'852.25},
+      {"2025-11-21T05:44:12,5+00:00", 1'763'703'852.5},
+
+      {"2025-11-21T07:44:12+02:00", 1'763'703'852},
+      {"2025-11-21T02:14:12-0330", 1'763'703'852},
+      {"0001-01-01T00:00:00Z", -62'135'596'800},
+      {"9999-12-31T23:59:59Z", 253'402'300'799},
+      {"2025-11-21T07:44:12+02", 1'763'703'852},
+      {"2025-11-21T05:44:12.Z", std::nullopt},
+      {"2025-02-29T00:00:00Z", std::nullopt},
+      {"2025-11-21T05:44:12", std::nullopt},
+      {"2025-11-21T05:44:12+99:99", std::nullopt},
+      {"2025-11-21T05:44:12Z and more", std::nullopt},
+      {"2025-11-21 05:44:12Z", std::nullopt},
+      {"999999999999-11-21T05:44:12Z", std::nullopt},
+      {"", std::nullopt},
+  };
+  for (const auto& [text, expected] : cases) {
+    const auto moment = isoTime(text);
+    ASSERT_EQ(moment.has_value(), expected.has_value()) << text;
+    EXPECT_NEAR(seconds(moment.value_or(Timestamp{})), expected.value_or(0), 1e-6) << text;
+  }
+}
 
 const std::string titleLine = R"({"type":"ai-title","aiTitle":"Fix the cart"})"
                               "\n";
 const std::string prLine = R"({"type":"pr-link","prNumber":42,"prRepository":"acme/shop"})"
                            "\n";
 
-class ClaudeReaderTest : public testing::Test {
- protected:
+struct ClaudeReaderTest : testing::Test {
   std::string transcriptFile(const std::string& folder, const std::string& id, const std::string& text) {
     return home_.write(".claude/projects/" + folder + "/" + id + ".jsonl", text);
   }
@@ -55,8 +117,7 @@ TEST_F(ClaudeReaderTest, OnlyTheLastMebibyteOfATranscriptIsRead) {
   std::string early = titleLine;
   while (early.size() < 4 * mebibyte) early += filler;
   transcriptFile("p", "early", early + late + prLine);
-  EXPECT_EQ(reader_.transcript("early").title, std::nullopt);
-  EXPECT_EQ(reader_.transcript("early").pr, 42);
+  EXPECT_EQ(reader_.transcript("early"), (ClaudeWork{.pr = 42, .prRepo = "acme/shop"}));
 
   // The line begins exactly where reading begins, and one byte before.
   const std::string rest(mebibyte - titleLine.size(), '\n');
@@ -82,31 +143,23 @@ TEST_F(ClaudeReaderTest, ASessionIdIsAFileNameAndNothingElse) {
   transcriptFile("p", "abc", titleLine);
   const std::string nul("abc.jsonl\0x", 11);
   for (const std::string& id :
-       {std::string("../../secret"), std::string(".."), std::string(), nul, std::string("/etc/passwd")}) {
+       {std::string("../../secret"), std::string(".."), std::string(), nul, std::string("/etc/passwd")})
     EXPECT_EQ(reader_.transcript(id), ClaudeWork{}) << id;
-  }
 }
 
 TEST_F(ClaudeReaderTest, AJobIsFoundFromAnyFolderInsideItsOwn) {
   transcriptFile("p", "abc", titleLine + prLine);
   job("j1", R"({"sessionId":"abc","name":"Nightly","state":"running","cwd":"/w",
                "updatedAt":"2025-11-21T05:44:12.500Z"})");
-  const ClaudeWork expected{.title = "Fix the cart",
-                            .pr = 42,
-                            .prRepo = "acme/shop",
-                            .job = "Nightly",
-                            .jobState = "running",
-                            .jobUpdated = timestamp(1'763'703'852.5),
-                            .jobDir = "/w"};
+  const Timestamp updated = timestamp(1'763'703'852.5);
+  const ClaudeWork expected{"Fix the cart", 42, "acme/shop", "Nightly", "running", updated, "/w"};
   const std::string jobs = home_.at(".claude/jobs");
-  for (const char* inside : {"/j1", "/j1/", "//j1//a/b"}) {
+  for (const char* inside : {"/j1", "/j1/", "//j1//a/b"})
     EXPECT_EQ(reader_.claudeJob(jobs + inside), expected) << inside;
-  }
   home_.write(".claude/state.json", R"({"name":"outside"})");
   home_.write(".claude/jobs/state.json", R"({"name":"outside"})");
-  for (const char* outside : {"", "/", "//", "/j2", "/..", "/.", "2/j1"}) {
+  for (const char* outside : {"", "/", "//", "/j2", "/..", "/.", "2/j1"})
     EXPECT_EQ(reader_.claudeJob(jobs + outside), std::nullopt) << outside;
-  }
   EXPECT_EQ(reader_.claudeJob("/tmp"), std::nullopt);
 }
 

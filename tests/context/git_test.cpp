@@ -1,0 +1,181 @@
+#include "context/git_files.h"
+#include "context/git_reader.h"
+#include "tests/support/fake_clock.h"
+#include "tests/support/recording_tool_runner.h"
+
+namespace tarnwick {
+namespace {
+
+TEST(GitFiles, HeadNamesABranchOrACommit) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"ref: refs/heads/main\n", "main"},
+      {"  ref: refs/heads/feature/a b \r\n", "feature/a b"},
+      {"ref: refs/heads/caf\xC3\xA9\xFF\n", "caf\xC3\xA9\xEF\xBF\xBD"},
+      {"0123456789abcdef0123456789abcdef01234567\n", "0123456"},
+      {"ref: refs/remotes/origin/x\n", "ref: re"},
+      {"éééééééé", "ééééééé"},
+      {"", ""},
+  };
+  for (const auto& [head, branch] : cases) EXPECT_EQ(branchFrom(head), branch) << head;
+}
+
+TEST(GitFiles, AMarkerFilePointsToTheGitDirectory) {
+  const std::pair<std::string, std::optional<std::string>> cases[] = {
+      {"gitdir: /a/.git/worktrees/w\n", "/a/.git/worktrees/w"},
+      {"\n gitdir: ../a/./.git/modules/m \r\n", "/home/me/a/.git/modules/m"},
+      {"gitdir: ../../../../../x", "/x"},
+      {"gitdir:/a/.git", std::nullopt},
+      {"", std::nullopt},
+  };
+  for (const auto& [marker, directory] : cases)
+    EXPECT_EQ(gitDirectoryFrom(marker, "/home/me/work"), directory) << marker;
+}
+
+TEST(GitFiles, TheCommonDirectoryIsResolvedAgainstTheGitDirectory) {
+  const std::string gitDirectory = "/r/.git/worktrees/w";
+  EXPECT_EQ(commonDirectoryFrom("../..\n", gitDirectory), "/r/.git/");
+  EXPECT_EQ(commonDirectoryFrom("/elsewhere/.git\n", gitDirectory), "/elsewhere/.git");
+  EXPECT_EQ(commonDirectoryFrom(" \n", gitDirectory), gitDirectory);
+}
+
+TEST(GitFiles, TheFirstAddressOfOriginIsTaken) {
+  const std::pair<std::string, std::optional<std::string>> cases[] = {
+      {"[core]\n\tbare = false\n[remote \"origin\"]\n\turl = https://h/o/r.git\n\tfetch = +x\n",
+       "https://h/o/r.git"},
+      {"[remote \"up\"]\nurl = a\n[remote \"origin\"]\n  url=b=c \n  url = d\n[x]\nurl = e", "b=c"},
+      {"[remote \"origin\"]\r\n\r\n\turl = win\r\n", "win"},
+      {"[remote \"origin\"]\n[branch \"x\"]\nurl = wrong\n[remote \"origin\"]\nurl = again", "again"},
+      {"[remote \"origin\"] # note\nurl = a", std::nullopt},
+      {"[remote \"origin\"]\npushurl = a\nurls = b\n", "b"},
+      {"[remote \"origin\"]\nurl\nurl = later", std::nullopt},
+      {"[remote \"origin\"]\nurl = caf\xE9", "caf\xEF\xBF\xBD"},
+      {"", std::nullopt},
+  };
+  for (const auto& [config, url] : cases) EXPECT_EQ(originUrl(config), url) << config;
+}
+
+TEST(GitFiles, AnAddressNamesTheRepositoryAndItsOwner) {
+  const std::tuple<std::string, std::string, std::optional<std::string>> cases[] = {
+      {"https://github.com/owner/name.git", "name", "owner/name"},
+      {"git@github.com:owner/name.git", "name", "owner/name"},
+      {"ssh://git@ssh.github.com:443/owner/na.me.git", "na.me", "owner/na.me"},
+      {"github.com:name", "name", "github.com/name"},
+      {"github.com", "github.com", std::nullopt},
+      {"https://gitlab.com/owner/name.git", "name", std::nullopt},
+      {"host:path/name.git.git", "name.git", std::nullopt},
+      {"https://github.com/owner/.git", "", std::nullopt},
+      {"", "", std::nullopt},
+  };
+  for (const auto& [url, repo, slug] : cases)
+    EXPECT_EQ(std::pair(remoteParts(url).repo, remoteParts(url).slug), std::pair(repo, slug)) << url;
+  EXPECT_EQ(folderName("/a/b"), "b");
+  EXPECT_EQ(folderName("/a/b//"), "b");
+  EXPECT_EQ(folderName("/"), "");
+}
+
+using Words = std::vector<std::string>;
+
+// A repository laid by hand, and tools that exist but are never really run.
+struct GitCacheTest : testing::Test {
+  void SetUp() override { ::unsetenv("TARNWICK_NO_TOOLS"); }
+
+  ToolCandidates tools() const {
+    ToolCandidates candidates;
+    candidates.git = {folder_.script("git", "exit 1")};
+    candidates.gh = {folder_.script("gh", "exit 1")};
+    return candidates;
+  }
+
+  TempFolder folder_;
+  std::string home_ = folder_.at("home");
+  std::string project_ = folder_.at("home/project");
+  RecordingToolRunner runner_;
+  ToolPlaces places_{tools()};
+  FakeClock clock_;
+  GitReader reader_{runner_, places_, clock_, home_, [] { return false; }};
+  GitReader askingReader_{runner_, places_, clock_, home_, [] { return true; }};
+};
+
+TEST_F(GitCacheTest, AnAnswerIsGoodForLessThanFiveMinutes) {
+  folder_.write("home/project/.git/HEAD", "ref: refs/heads/main\n");
+  runner_.answer.output = "3 hours ago\nAdd a thing\n";
+  const Git first{"project", "main", "Add a thing", "3 hours ago", false, std::nullopt};
+  EXPECT_EQ(reader_.git(project_), first);
+  const Words asked = {folder_.at("git"), "-C", project_, "log", "-1", "--format=%cr%n%s"};
+  EXPECT_EQ(runner_.calls, std::vector<Words>{asked});
+
+  folder_.write("home/project/.git/HEAD", "ref: refs/heads/other\n");
+  clock_.turn(299);
+  EXPECT_EQ(reader_.git(project_), first);
+  EXPECT_EQ(runner_.calls.size(), 1U);
+  clock_.turn(1);
+  EXPECT_EQ(reader_.git(project_)->branch, "other");
+  EXPECT_EQ(runner_.calls.size(), 2U);
+  clock_.turn(-3600);  // a clock that was set back does not freeze the answer
+  reader_.git(project_);
+  EXPECT_EQ(runner_.calls.size(), 3U);
+}
+
+TEST_F(GitCacheTest, AnAbsentAnswerIsKeptJustAsLong) {
+  EXPECT_EQ(reader_.git(project_), std::nullopt);
+  folder_.write("home/project/.git/HEAD", "ref: refs/heads/main\n");
+  clock_.turn(299);
+  EXPECT_EQ(reader_.git(project_), std::nullopt);
+  clock_.turn(1);
+  EXPECT_TRUE(reader_.git(project_));
+}
+
+TEST_F(GitCacheTest, TheLibraryOfTheHomeIsNeverRead) {
+  folder_.write("home/Library/x/.git/HEAD", "ref: refs/heads/main\n");
+  folder_.write("home/Library2/.git/HEAD", "ref: refs/heads/main\n");
+  EXPECT_EQ(reader_.git(home_ + "/Library/x"), std::nullopt);
+  EXPECT_EQ(reader_.git("."), std::nullopt) << "only an absolute path is a folder";
+  EXPECT_TRUE(runner_.calls.empty());
+  EXPECT_TRUE(reader_.git(home_ + "/Library2"));
+}
+
+TEST_F(GitCacheTest, OutputOfGitIsTakenLineByLine) {
+  const std::tuple<std::string, std::string, std::string> cases[] = {
+      {"\n 2 days ago\nSubject \n\n", "2 days ago", "Subject"},
+      {"2 days ago\n", "2 days ago", ""},
+      {"", "", ""},
+  };
+  folder_.write("home/project/.git/HEAD", "ref: refs/heads/main\n");
+  for (const auto& [output, ago, subject] : cases) {
+    runner_.answer.output = output;
+    const Git git = reader_.readGit(project_).value();
+    EXPECT_EQ(std::tie(git.lastCommitAgo, git.lastCommit), std::tie(ago, subject));
+  }
+}
+
+TEST_F(GitCacheTest, TitlesAreNeverAskedForUnlessTheUserWantsThem) {
+  runner_.answer.output = "A title\n";
+  ToolPlaces none{ToolCandidates{}};
+  GitReader withoutTools(runner_, none, clock_, home_, [] { return true; });
+  for (GitReader* reader : {&reader_, &withoutTools}) EXPECT_FALSE(reader->prTitle("acme/shop", "42"));
+  EXPECT_FALSE(askingReader_.prTitle(std::nullopt, "42"));
+  EXPECT_FALSE(askingReader_.prTitle("acme/shop", std::nullopt));
+  EXPECT_FALSE(askingReader_.prTitle("acme/shop", "--web")) << "an option, not a branch";
+  EXPECT_FALSE(askingReader_.prTitle("-x/shop", "42"));
+  EXPECT_TRUE(runner_.calls.empty());
+}
+
+TEST_F(GitCacheTest, ATitleIsAskedForOncePerRun) {
+  runner_.answer.output = " Fix the “cart”\n";
+  EXPECT_EQ(askingReader_.prTitle("acme/shop", "42"), "Fix the “cart”");
+  const Words asked = {folder_.at("gh"), "pr",     "view",  "42",   "--repo",
+                       "acme/shop",      "--json", "title", "--jq", ".title"};
+  EXPECT_EQ(runner_.calls, std::vector<Words>{asked});
+
+  runner_.answer.output = " \n";
+  EXPECT_EQ(askingReader_.prTitle("acme/shop", "4"), std::nullopt);
+  EXPECT_EQ(runner_.calls.size(), 2U);
+  runner_.answer.output = "Too late";
+  clock_.turn(1e6);
+  EXPECT_EQ(askingReader_.prTitle("acme/shop", "42"), "Fix the “cart”");
+  EXPECT_EQ(askingReader_.prTitle("acme/shop", "4"), std::nullopt);
+  EXPECT_EQ(runner_.calls.size(), 2U);
+}
+
+}  // namespace
+}  // namespace tarnwick
