@@ -1,6 +1,5 @@
 // The demo reports as whole files. The files were written from the rules' texts, line by line.
 #include <fmt/format.h>
-#include <gmock/gmock.h>
 
 #include "app/demo.h"
 #include "app/demo_surroundings.h"
@@ -8,14 +7,10 @@
 #include "diagnosis/findings.h"
 #include "diagnosis/report.h"
 #include "tests/support/fake_surroundings.h"
-#include "tests/support/text_of_file.h"
 
 namespace tarnwick {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
 const Timestamp now = timestamp(1'790'000'000);
 constexpr const char* dateThere = "second 1789992800";  // as the fake surroundings say it, two hours earlier
 
@@ -47,9 +42,8 @@ TEST(DemoReports, ReadTheSameForEverybody) {
     live.repositories["/tmp/wt"] = {.repo = "real", .branch = "main"};
     live.sessions[12] = {.title = "real"};
     EXPECT_EQ(demoReport(std::nullopt, live), expected("base")) << home;
-    for (const char* scenario : {"memory", "calm", "developer"}) {
+    for (const char* scenario : {"memory", "calm", "developer"})
       EXPECT_EQ(demoReport(scenario, live), expected(scenario)) << home;
-    }
   }
 }
 
@@ -72,13 +66,9 @@ TEST(DemoCards, HaveAllTheirFields) {
   EXPECT_EQ(demoCards("developer"), expected("developer-cards"));
 }
 
-TEST(SelfTest, AcceptsTheDemosAsTheyAre) {
-  FakeSurroundings live;
-  EXPECT_EQ(firstMismatch(expectedDiagnoses(), now, live), std::nullopt);
-}
-
 TEST(SelfTest, NamesBothTextsOfTheFirstDifference) {
   FakeSurroundings live;
+  EXPECT_EQ(firstMismatch(expectedDiagnoses(), now, live), std::nullopt);
   const auto mismatch = [&](auto breakIt) {
     std::vector<ExpectedDiagnosis> diagnoses(expectedDiagnoses().begin(), expectedDiagnoses().end());
     std::vector<ExpectedFinding> findings(diagnoses[1].findings.begin(), diagnoses[1].findings.end());
@@ -87,13 +77,12 @@ TEST(SelfTest, NamesBothTextsOfTheFirstDifference) {
     return firstMismatch(diagnoses, now, live).value_or("no mismatch");
   };
   using Findings = std::vector<ExpectedFinding>;
-  EXPECT_EQ(mismatch([](ExpectedDiagnosis& d, Findings&) { d.headline = "All is well."; }),
-            "selftest: the headline of the memory demo is “Your Mac is short on memory.” but must be “All is "
-            "well.”");
+  EXPECT_EQ(
+      mismatch([](ExpectedDiagnosis& d, Findings&) { d.headline = "Fine."; }),
+      "selftest: the headline of the memory demo is “Your Mac is short on memory.” but must be “Fine.”");
   EXPECT_EQ(mismatch([](ExpectedDiagnosis&, Findings& f) { f[1].summary = "Broken."; }),
             "selftest: a summary of the memory demo is “Dropbox, Zoom, and 5 more open when you log in.” but "
-            "must be "
-            "“Broken.”");
+            "must be “Broken.”");
   EXPECT_EQ(
       mismatch([](ExpectedDiagnosis&, Findings& f) { f.back().commands = "kill -KILL 30"; }),
       "selftest: the list of fix commands of the memory demo is “kill -TERM 30” but must be “kill -KILL 30”");
@@ -107,9 +96,8 @@ const Self self{4242, 501, "/home/ada"};
 
 TEST(Demo, LooksLikeASampledMachine) {
   const Snapshot machine = demoSnapshot(now, std::nullopt, self)->snapshot;
-  EXPECT_THAT(machine.procs, SizeIs(31 + 9));
-  EXPECT_THAT(machine.apps, SizeIs(9 + 2));
-  EXPECT_EQ(machine.now, now);
+  EXPECT_EQ(std::tuple(machine.procs.size(), machine.apps.size(), machine.now),
+            std::tuple(31 + 9, 9 + 2, now));
   EXPECT_THAT(machine.children.at(15), ElementsAre(16, 17)) << "indexed";
   EXPECT_EQ(machine.procs.at(20).app, std::nullopt) << "a bundle outside the application folders";
   EXPECT_EQ(machine.procs.at(61).app, "Google Chrome") << "a helper belongs to the outer bundle";
@@ -118,13 +106,7 @@ TEST(Demo, LooksLikeASampledMachine) {
 
   EXPECT_THAT(demoSnapshot(now, "memory", self)->snapshot.procs, SizeIs(40 + 24));
   EXPECT_THAT(demoSnapshot(now, "calm", self)->snapshot.procs, IsEmpty());
-  EXPECT_THAT(demoSnapshot(now, "calm", self)->snapshot.children, IsEmpty());
   EXPECT_THAT(demoSnapshot(now, "developer", self)->repositories, SizeIs(1));
-}
-
-TEST(Demo, OtherNamesAreUnknown) {
-  for (const char* name : {"", "Memory", "memory ", "base"})
-    EXPECT_FALSE(demoSnapshot(now, name, self)) << name;
 }
 
 }  // namespace

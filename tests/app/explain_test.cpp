@@ -1,19 +1,13 @@
 #include "app/explain.h"
 
-#include <gmock/gmock.h>
-
 #include "app/explain_child.h"
 #include "sampling/tools/posix/posix_tool_runner.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 namespace {
 
-using testing::ElementsAre;
-using testing::Pair;
-
-class FakeModel : public LanguageModel {
- public:
+struct FakeModel : LanguageModel {
   bool available() override { return isAvailable; }
   std::optional<Guess> answer(const std::string& given, const std::string& question) override {
     instructions = given;
@@ -43,20 +37,16 @@ TEST(Explain, SentencesAreMadeFromAnswers) {
 }
 
 TEST(Explain, ThePromptHoldsThreeThousandCharactersOfTheEvidence) {
-  const auto repeated = [](int times, const std::string& text) {
-    std::string result;
-    for (int i = 0; i < times; ++i) result += text;
-    return result;
-  };
-  EXPECT_EQ(explainPrompt(repeated(3000, "é")), "Evidence:\n" + repeated(3000, "é"));
-  EXPECT_EQ(explainPrompt(repeated(2999, "a") + "😀b"), "Evidence:\n" + repeated(2999, "a") + "😀");
-  EXPECT_EQ(explainPrompt(repeated(3001, "\xFF")), "Evidence:\n" + repeated(3000, "\uFFFD"));
+  const std::string most(2999, 'a');
+  EXPECT_EQ(explainPrompt(most + "é"), "Evidence:\n" + most + "é");
+  EXPECT_EQ(explainPrompt(most + "😀b"), "Evidence:\n" + most + "😀");
+  EXPECT_EQ(explainPrompt(most + "\xFF\xFF"), "Evidence:\n" + most + "\uFFFD");
 }
 
 TEST(Explain, AnAnswerNeedsAModelThatIsAvailableAndAnswers) {
   FakeModel model;
-  EXPECT_EQ(explain("x", nullptr), std::nullopt);
   model.isAvailable = false;
+  EXPECT_EQ(explain("x", nullptr), std::nullopt);
   EXPECT_EQ(explain("x", &model), std::nullopt);
   EXPECT_EQ(model.prompt, "") << "a model that is not available is not asked";
   model.isAvailable = true;

@@ -1,14 +1,7 @@
-#include "app/fix_execution.h"
-
-#include <gmock/gmock.h>
-
 #include "tests/support/fake_fix_targets.h"
 
 namespace tarnwick {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 const std::optional<std::string> done;
 const std::string replaced = "Not done: the process is gone, belongs to another user, or was replaced.";
@@ -58,9 +51,8 @@ TEST(FixExecution, SignalSentences) {
 
 TEST(FixExecution, PidsBelowTwoReachNobody) {
   FakeFixTargets targets;
-  for (const Pid pid : {1, 0, -1, -41, std::numeric_limits<Pid>::min()}) {
+  for (const Pid pid : {1, 0, -1, -41, std::numeric_limits<Pid>::min()})
     EXPECT_EQ(apply(term(pid), targets), replaced) << pid;
-  }
   EXPECT_THAT(targets.asked, IsEmpty());
 }
 

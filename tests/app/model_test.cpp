@@ -1,18 +1,8 @@
-#include "app/model.h"
-
-#include <gmock/gmock.h>
-
 #include "tests/support/fake_model_services.h"
 #include "tests/support/hand_executor.h"
 
 namespace tarnwick {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Pair;
-using testing::SizeIs;
-using testing::UnorderedElementsAre;
 
 const Timestamp start = timestamp(1'700'000'000);
 constexpr std::uint64_t mb = 1U << 20U;
@@ -27,8 +17,7 @@ Action action(decltype(Fix::kind) kind) { return {.label = "Do it", .fix = {std:
 
 Action terminate(Pid pid) { return action(Signal{.pid = pid, .number = 15, .started = start}); }
 
-class ModelTest : public testing::Test {
- protected:
+struct ModelTest : testing::Test {
   // What the model held when it told of a change: the old values, one line a change.
   std::string seen() const {
     return std::to_string(model.snap().has_value()) + " " + std::to_string(model.found().size()) + " " +
@@ -80,23 +69,18 @@ TEST_F(ModelTest, ARemedyWaitsChecksAndTellsWhatItAchieved) {
   const char* still = "Done, but it is still there. Refresh in a few seconds.";
   const char* allowed = "Allowed. The card below now shows tabs that you can close.";
   const char* closed = "Closed the duplicate tabs. To bring one back, press Cmd-Shift-T in the browser.";
-  const struct {
-    Action action;
-    std::vector<Finding> after;
-    const char* outcome;
-    bool error = false;
-  } cases[] = {
-      {terminate(9), {card("b", 900 * mb)}, "Done. Freed 300 MB."},
-      {terminate(9), {card("a", 300 * mb)}, still},
-      {action(DockerStop{"c"}), {card("b", 0), card("a", 100 * mb)}, "Done. Freed 200 MB."},
-      {action(All{}), {card("a", 299 * mb), card("a", 0)}, "Done. Freed 1 MB."},
-      {action(AskAutomation{"b"}), {}, allowed},
-      {action(CloseDuplicateTabs{"b"}), {card("a", 300 * mb)}, closed},
+  // The remedy, what is found afterwards, what the note says, and whether that is an error.
+  const std::tuple<Action, std::vector<Finding>, const char*, bool> cases[] = {
+      {terminate(9), {card("b", 900 * mb)}, "Done. Freed 300 MB.", false},
+      {terminate(9), {card("a", 300 * mb)}, still, false},
+      {action(DockerStop{"c"}), {card("b", 0), card("a", 100 * mb)}, "Done. Freed 200 MB.", false},
+      {action(All{}), {card("a", 299 * mb), card("a", 0)}, "Done. Freed 1 MB.", false},
+      {action(AskAutomation{"b"}), {}, allowed, false},
+      {action(CloseDuplicateTabs{"b"}), {card("a", 300 * mb)}, closed, false},
       {terminate(9), {}, "Not done: no.", true},
       {action(AskAutomation{"b"}), {card("a", 1)}, "Not allowed.", true},
   };
   for (const auto& [action, after, outcome, error] : cases) {
-    SCOPED_TRACE(outcome);
     services.calls.clear();
     services.next.found = after;
     services.error = error ? std::optional<std::string>(outcome) : std::nullopt;
@@ -108,8 +92,8 @@ TEST_F(ModelTest, ARemedyWaitsChecksAndTellsWhatItAchieved) {
     EXPECT_TRUE(model.busy());
     services.time = start + Seconds(500);
     executor.runAll();
-    EXPECT_EQ(model.note(), (error ? Note{outcome, warningIcon, NoteColor::orange, services.time}
-                                   : Note{outcome, doneIcon, NoteColor::green, services.time}));
+    EXPECT_EQ(model.note(), (Note{outcome, error ? warningIcon : doneIcon,
+                                  error ? NoteColor::orange : NoteColor::green, services.time}));
     EXPECT_FALSE(model.busy());
     EXPECT_EQ(model.found(), after);
     EXPECT_THAT(services.calls,

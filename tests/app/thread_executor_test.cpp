@@ -1,17 +1,11 @@
 #include "app/thread_executor.h"
 
-#include <gmock/gmock.h>
-
-#include <atomic>
 #include <latch>
 
 #include "tests/support/fake_model_services.h"
 
 namespace tarnwick {
 namespace {
-
-using testing::ElementsAre;
-using testing::SizeIs;
 
 // A main loop as a toolkit has one: sleeps until somebody wakes it.
 class MainLoop {
@@ -98,8 +92,7 @@ TEST(ThreadExecutor, TheEndWaitsForWhatRunsAndDropsWhatIsLeftForTheMainThread) {
 
 // Keeps plain, unguarded state as the real scan does: the thread sanitizer sees two checks at once, or a
 // cache reset beside a check.
-class UnguardedServices : public FakeServices {
- public:
+struct UnguardedServices : FakeServices {
   using FakeServices::FakeServices;
   std::string explainByChild(const std::string&, const std::string& evidence) override {
     return "It is " + evidence + ".";  // several at once are fine

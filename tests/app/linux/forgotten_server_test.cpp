@@ -1,13 +1,9 @@
 // From end to end on the live machine: a real server in a real repository, and a clock that is thirteen hours
 // ahead, so that nobody has to wait until it is forgotten.
-#include <gmock/gmock.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <array>
-#include <csignal>
 
 #include "app/fix_execution.h"
 #include "app/linux/linux_fix_targets.h"
@@ -22,16 +18,11 @@
 #include "tests/support/fake_transport.h"
 #include "tests/support/fake_workspace.h"
 #include "tests/support/posix/git_world.h"
-#include "tests/support/wait_until.h"
 
 namespace tarnwick {
 namespace {
 
-using testing::HasSubstr;
-using testing::MatchesRegex;
-
-class ClockAhead : public SystemClock {
- public:
+struct ClockAhead : SystemClock {
   Timestamp now() override { return SystemClock::now() + Seconds{13 * 3'600}; }
 };
 

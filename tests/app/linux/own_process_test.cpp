@@ -1,6 +1,5 @@
 #include "app/own_process.h"
 
-#include <gmock/gmock.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -9,6 +8,7 @@
 
 #include "app/linux/linux_own_cost.h"
 #include "sampling/tools/posix/posix_tool_runner.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 namespace {
@@ -50,7 +50,7 @@ TEST(OwnProcess, ItsPathStartsTheSameProgram) {
   ASSERT_TRUE(path);
   PosixToolRunner tools;
   const std::string output = ToolRunner::finish(tools.start(*path, {"--gtest_list_tests"}));
-  EXPECT_THAT(output, testing::HasSubstr("ItsPathStartsTheSameProgram"));
+  EXPECT_THAT(output, HasSubstr("ItsPathStartsTheSameProgram"));
 }
 
 }  // namespace

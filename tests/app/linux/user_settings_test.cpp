@@ -1,19 +1,14 @@
-#include <gmock/gmock.h>
 #include <sys/stat.h>
-
-#include <cstdlib>
-#include <filesystem>
 
 #include "app/linux/config_file.h"
 #include "app/linux/login_item.h"
 #include "app/linux/user_defaults.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::HasSubstr;
 
 TEST(UserSettings, DefaultsReadOneNameAmongOthers) {
   const TempFolder folder;
@@ -46,9 +41,8 @@ TEST(UserSettings, AFileThatCannotBeReadOrWrittenChangesNothing) {
   fs::create_directories(folder.at("tarnwick"));
   ASSERT_EQ(mkfifo(folder.at("tarnwick/defaults").c_str(), 0600), 0);
   EXPECT_FALSE(UserDefaults(folder.path()).isTrue("prTitles")) << "and does not wait for a writer";
-  folder.write("file", "");
-  EXPECT_FALSE(UserDefaults(folder.at("file")).set("prTitles", true));
-  EXPECT_FALSE(LoginItem(folder.at("file"), "/bin/x").setEnabled(true));
+  const std::string file = folder.write("file", "");
+  EXPECT_FALSE(UserDefaults(file).set("prTitles", true) || LoginItem(file, "/bin/x").setEnabled(true));
 }
 
 TEST(UserSettings, ALinkedFileStaysALink) {
@@ -67,9 +61,9 @@ TEST(UserSettings, TheLoginItemComesAndGoes) {
   EXPECT_FALSE(item.isEnabled());
   EXPECT_TRUE(item.setEnabled(true));
   EXPECT_TRUE(item.isEnabled());
-  const std::string entry = readConfigFile(folder.at("autostart/tarnwick.desktop"));
-  EXPECT_THAT(entry, HasSubstr("[Desktop Entry]\nType=Application\nName=Tarnwick\n"));
-  EXPECT_THAT(entry, HasSubstr("\nExec=\"/opt/my tools/50%%/\\\\$x/tarnwick\"\n"));
+  EXPECT_THAT(readConfigFile(folder.at("autostart/tarnwick.desktop")),
+              AllOf(HasSubstr("[Desktop Entry]\nType=Application\nName=Tarnwick\n"),
+                    HasSubstr("\nExec=\"/opt/my tools/50%%/\\\\$x/tarnwick\"\n")));
   EXPECT_TRUE(item.setEnabled(false));
   EXPECT_FALSE(item.isEnabled());
   EXPECT_FALSE(fs::exists(folder.at("autostart/tarnwick.desktop")));
@@ -81,9 +75,7 @@ TEST(UserSettings, TheLoginItemComesAndGoes) {
 }
 
 TEST(ConfigFolder, FollowsTheEnvironmentOnlyToAnAbsolutePlace) {
-  const std::pair<const char*, const char*> cases[] = {{"/etc/xdg", "/etc/xdg"},
-                                                       {"relative", "/home/me/.config"}};
-  for (const auto& [named, folder] : cases) {
+  for (const auto& [named, folder] : {std::pair{"/etc/xdg", "/etc/xdg"}, {"relative", "/home/me/.config"}}) {
     setenv("XDG_CONFIG_HOME", named, 1);
     EXPECT_EQ(configFolder("/home/me"), folder);
   }

@@ -1,7 +1,3 @@
-#include "app/panel/panel_controller.h"
-
-#include <gmock/gmock.h>
-
 #include "tests/app/panel/panel_sample.h"
 #include "tests/support/fake_model_services.h"
 #include "tests/support/hand_executor.h"
@@ -9,13 +5,7 @@
 namespace tarnwick {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
-
-class FakeWindow : public PanelWindow {
- public:
+struct FakeWindow : PanelWindow {
   bool isVisible() const override { return visible; }
   void open() override { visible = true; }
   void close() override { visible = false; }
@@ -34,13 +24,10 @@ class FakeWindow : public PanelWindow {
   std::vector<MenuItem> menuItems;
 };
 
-class PanelControllerTest : public testing::Test {
- protected:
-  PanelControllerTest() {
+struct PanelControllerTest : testing::Test {
+  void openWithFindings() {
     services.next = {sampleSnapshot(), sampleFindings()};
     services.answer = "A guess.";
-  }
-  void openWithFindings() {
     controller.toggle();
     executor.runAll();
     services.calls.clear();
@@ -57,6 +44,7 @@ class PanelControllerTest : public testing::Test {
 };
 
 TEST_F(PanelControllerTest, OpeningChecksUnlessTheLastCheckIsFresh) {
+  services.next.snapshot = sampleSnapshot();
   controller.toggle();
   EXPECT_TRUE(window.visible);
   EXPECT_TRUE(model.busy());
@@ -132,7 +120,7 @@ TEST_F(PanelControllerTest, ControlsReachTheModel) {
   EXPECT_THAT(services.calls, ElementsAre("reset", "check", "free memory"));
 
   controller.perform(CopyReport{});
-  EXPECT_THAT(services.copied, testing::StartsWith("16.0 GB memory"));
+  EXPECT_THAT(services.copied, StartsWith("16.0 GB memory"));
   controller.perform(Quit{});
   EXPECT_TRUE(window.hasQuit);
 }
@@ -174,9 +162,9 @@ TEST_F(PanelControllerTest, ADrawingThatWaitsIsDroppedWithItsPanel) {
     PanelController second{model, executor, window, settings, [this] { return services.time; }};
     second.toggle();
   }
-  const std::size_t before = window.shown.size();
+  window.shown.clear();
   while (!executor.mainTasks.empty()) executor.runMain();
-  EXPECT_EQ(window.shown.size(), before + 1) << "only the panel that lives draws";
+  EXPECT_THAT(window.shown, SizeIs(1)) << "only the panel that lives draws";
 }
 
 }  // namespace

@@ -1,12 +1,11 @@
 // Values that the panel's tests show, and ways to look into a tree.
 #pragma once
 
-#include <string>
 #include <variant>
-#include <vector>
 
 #include "app/panel/content.h"
 #include "app/panel/panel_controller.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 
@@ -15,8 +14,7 @@ inline constexpr std::int64_t gib = 1024LL * 1024 * 1024;
 inline constexpr Timestamp sampleTime = timestamp(1'700'000'000);
 
 // The two settings, one of which can be stuck.
-class FakeSettings : public PanelSettings {
- public:
+struct FakeSettings : PanelSettings {
   bool opensAtLogin() override { return login; }
   void setOpensAtLogin(bool on) override { login = on; }
   bool prTitles() override { return titles; }
@@ -41,7 +39,8 @@ struct Shown {
 
 // A healthy machine.
 inline Snapshot sampleSnapshot() {
-  return {.diskFree = 140 * gib,
+  const std::int64_t free = 140 * gib;
+  return {.diskFree = free,
           .diskTotal = 256 * gib,
           .ram = 16384 * mib,
           .cpuBusy = 0.12,

@@ -1,16 +1,10 @@
 // The program as a user meets it: started by a shell, looked at from outside.
-#include <gmock/gmock.h>
-
-#include <cstdlib>
 
 #include "sampling/tools/posix/posix_tool_runner.h"
-#include "tests/support/text_of_file.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 namespace {
-
-using testing::MatchesRegex;
-using testing::StartsWith;
 
 // Runs a shell line in which $T is the program; standard error goes where the line sends it.
 ToolResult shell(const std::string& line) {

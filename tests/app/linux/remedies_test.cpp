@@ -1,26 +1,86 @@
-#include "app/linux/linux_fix_targets.h"
-
-#include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <csignal>
-#include <functional>
-
+#include "app/linux/linux_fix_targets.h"
+#include "app/linux/linux_signals.h"
 #include "context/linux/linux_browsers.h"
 #include "sampling/tools/posix/posix_tool_runner.h"
 #include "tests/support/fake_transport.h"
 #include "tests/support/linux/found_processes.h"
 #include "tests/support/posix/child_process.h"
-#include "tests/support/temp_folder.h"
 
 namespace tarnwick {
 namespace {
 
+using Kind = SignalOutcome::Kind;
+using Road = LinuxSignals::Road;
+
+constexpr unsigned nobody = 65'534;
+
+struct LinuxSignalsTest : testing::TestWithParam<Road> {
+  FoundProcesses found_;
+  LinuxSignals signals_{::getuid(), found_.clock(), GetParam()};
+};
+
+std::string roadName(const testing::TestParamInfo<Road>& road) {
+  return road.param == Road::pidOnly ? "PidOnly" : "Handle";
+}
+INSTANTIATE_TEST_SUITE_P(BothRoads, LinuxSignalsTest,
+                         testing::Values(Road::handleWherePossible, Road::pidOnly), roadName);
+
+TEST_P(LinuxSignalsTest, ReachesTheProcessThatWasFound) {
+  for (const int number : {SIGTERM, SIGKILL}) {
+    ChildProcess child;
+    EXPECT_EQ(signals_.send(found_.signalTo(child.pid(), number)).kind, Kind::sent);
+    EXPECT_EQ(child.endedBy(), number);
+  }
+}
+
+TEST_P(LinuxSignalsTest, RefusesAnotherStartTime) {
+  ChildProcess child;
+  const Signal right = found_.signalTo(child.pid());
+  for (const double by : {-1.0, 1.0, -0.001})
+    EXPECT_EQ(signals_.send({right.pid, right.number, right.started + Seconds{by}}).kind, Kind::refused)
+        << by;
+  EXPECT_EQ(signals_.started(child.pid()), right.started);
+  EXPECT_EQ(child.killed(), SIGKILL);
+}
+
+TEST_P(LinuxSignalsTest, RefusesWhatHasEnded) {
+  ChildProcess child;
+  const Signal right = found_.signalTo(child.pid());
+  ::kill(child.pid(), SIGKILL);
+  child.waitUntilZombie();
+  EXPECT_EQ(signals_.send(right).kind, Kind::refused) << "ended, but not reaped";
+  EXPECT_EQ(child.endedBy(), SIGKILL);
+  EXPECT_EQ(signals_.send(right).kind, Kind::refused) << "gone";
+  EXPECT_EQ(signals_.started(right.pid), std::nullopt);
+}
+
+TEST_P(LinuxSignalsTest, RefusesAnotherUsersProcess) {
+  if (::getuid() != 0) GTEST_SKIP() << "starting a process of another user takes root";
+  ChildProcess child([] {
+    if (::setuid(nobody) != 0) ::_exit(1);
+  });
+  EXPECT_EQ(signals_.send(FoundProcesses(nobody).signalTo(child.pid())).kind, Kind::refused);
+  EXPECT_EQ(child.killed(), SIGKILL);
+}
+
+TEST_P(LinuxSignalsTest, RefusesPidsThatMeanNoSingleProcess) {
+  for (const Pid pid : {1, 0, -1, -::getpgrp()})
+    EXPECT_EQ(signals_.send({pid, 0, {}}).kind, Kind::refused) << pid;
+}
+
+TEST_P(LinuxSignalsTest, TellsInTheSystemsWordsWhySendingFailed) {
+  ChildProcess child;
+  const SignalOutcome outcome = signals_.send(found_.signalTo(child.pid(), 4711));
+  EXPECT_EQ(std::tie(outcome.kind, outcome.error), std::tuple(Kind::failed, "Invalid argument"));
+  EXPECT_EQ(child.killed(), SIGKILL);
+}
+
 const std::optional<std::string> done;
 
 // A session whose applications the test names; `onAsked` runs before each answer.
-class NamedApps final : public Workspace {
- public:
+struct NamedApps final : Workspace {
   std::vector<RunningApp> apps;
   std::function<void()> onAsked = [] {};
   std::vector<RunningApp> runningApps() override {
@@ -29,8 +89,7 @@ class NamedApps final : public Workspace {
   }
 };
 
-class LinuxFixTargetsTest : public testing::Test {
- protected:
+struct LinuxFixTargetsTest : testing::Test {
   RunningApp app(const ChildProcess& child, const std::string& id) {
     return {child.pid(), id, id, "/" + id, false};
   }
@@ -54,8 +113,7 @@ TEST_F(LinuxFixTargetsTest, QuitAsksEveryUnitOfThatApplication) {
   session_.apps = {app(first, "org.example.Mail"), app(other, "org.example.Mailer"),
                    app(second, "org.example.Mail")};
   EXPECT_EQ(apply({QuitApp{"org.example.Mail"}}, targets_), done);
-  EXPECT_EQ(first.endedBy(), SIGTERM);
-  EXPECT_EQ(second.endedBy(), SIGTERM);
+  EXPECT_EQ(std::pair(first.endedBy(), second.endedBy()), std::pair(SIGTERM, SIGTERM));
   EXPECT_EQ(apply({QuitApp{"org.example.Gone"}}, targets_), done);
   EXPECT_EQ(other.killed(), SIGKILL);
 }
@@ -73,12 +131,10 @@ TEST_F(LinuxFixTargetsTest, QuitSparesAProcessThatIsNoLongerTheApplications) {
 }
 
 TEST_F(LinuxFixTargetsTest, WhatLinuxLacksIsRefused) {
-  const Fix lacking[] = {{SimShutdown{"U"}},
-                         {OpenSettings{"p"}},
-                         {CloseDuplicateTabs{"b"}},
-                         {OpenTab{"b", "u"}},
-                         {AskAutomation{"b"}}};
-  for (const Fix& fix : lacking) EXPECT_NE(apply(fix, targets_), done) << fix.command();
+  using Kinds = std::vector<decltype(Fix::kind)>;
+  for (const auto& kind : Kinds{SimShutdown{"U"}, OpenSettings{"p"}, CloseDuplicateTabs{"b"},
+                                OpenTab{"b", "u"}, AskAutomation{"b"}})
+    EXPECT_NE(apply({kind}, targets_), done);
   EXPECT_EQ(browsers_.access("b"), Access::unknown);
   EXPECT_EQ(browsers_.readTabs("b"), std::nullopt);
 }
