@@ -138,7 +138,7 @@ TEST(TestBrowsers, CountTheirTreeAndAreForcedWhenStillThere) {
   const Finding found = only(testBrowsers(m, {20}, {4242, myUid, "/Users/x"}));
   EXPECT_EQ(found.bytes, 332 * megabyte);
   EXPECT_THAT(*found.evidence, EndsWith("\nBrowser command: chrome --headless --user data"));
-  EXPECT_EQ(found.actions.front(), (Action{"Force quit", {Signal{20, 9, proc.started}}}));
+  EXPECT_EQ(found.actions.front(), (Action{"Force quit", {Signal{20, 9, m.procs.at(20).started}}}));
 }
 
 }  // namespace

@@ -15,7 +15,8 @@ inline constexpr Timestamp testNow = timestamp(1'790'000'000);
 // Bytes with 16 GB installed, cores with 10 of them.
 inline Snapshot machine() { return {.ram = 16 * gigabyte, .cores = 10, .now = testNow}; }
 
-// Adds a process that is `age` seconds old and idle; callers change the rest. Call index() at the end.
+// Adds a process that is `age` seconds old and idle; callers change the rest before they add another. Call
+// index() at the end.
 inline Proc& add(Snapshot& snapshot, Pid pid, Pid ppid, std::vector<std::string> args, double age = 60) {
   Proc proc{.pid = pid, .ppid = ppid, .uid = myUid, .args = std::move(args), .cwd = "/tmp"};
   proc.started = snapshot.now - Seconds{age};
