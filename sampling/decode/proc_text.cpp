@@ -86,7 +86,8 @@ std::optional<ProcStat> procStat(std::string_view bytes) {
                   *flags,
                   *user,
                   *system,
-                  *start};
+                  *start,
+                  number<std::int64_t>(words[17]).value_or(1)};
 }
 
 std::optional<std::int64_t> startSeconds(const ProcStat& stat, const ProcClock& clock) {

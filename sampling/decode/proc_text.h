@@ -23,9 +23,11 @@ struct ProcStat {
   std::uint64_t userTicks = 0;    // clock ticks, all threads
   std::uint64_t systemTicks = 0;  // clock ticks, all threads
   std::uint64_t startTicks = 0;   // clock ticks from the machine's start to the process's start
+  std::int64_t threads = 1;       // a process may go on after its first thread, whose state this is, ended
 
   bool kernelThread() const { return (flags & 0x0020'0000U) != 0; }  // PF_KTHREAD
-  bool zombie() const { return state == 'Z' || state == 'X'; }       // ended, waits for its parent
+  // Ended, waits for its parent.
+  bool zombie() const { return (state == 'Z' || state == 'X') && threads <= 1; }
 };
 std::optional<ProcStat> procStat(std::string_view bytes);
 

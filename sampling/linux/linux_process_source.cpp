@@ -99,17 +99,16 @@ std::optional<ProcessFacts> LinuxProcessSource::facts(Pid pid) {
   statPid_ = pid;
   stat_.reset();
   timeAtFacts_.reset();
+  memoryAtFacts_.reset();
   const auto folder = reader_.hold(pid);
   if (!folder || folder->uid != options_.uid) return std::nullopt;
   if (const ProcStat* kept = stats_.find(pid, folder->inode)) {
-    // Asked here rather than with the usage, because it also tells that the process has not ended since.
-    timeAtFacts_ = nanoseconds(processorClock(pid));
-    if (timeAtFacts_) stat_ = *kept;
+    stat_ = stillTrue(pid, *kept);
   } else {
     stat_ = readStat(pid);
     if (stat_) stats_.keep(pid, folder->inode, *stat_);
   }
-  if (!stat_) return std::nullopt;
+  if (!stat_ || stat_->zombie()) return std::nullopt;
   userManagers_[pid] = looksLikeUserManager(*stat_);
   const std::optional<std::int64_t> started = startSeconds(*stat_, clock_);
   if (!started) return std::nullopt;
@@ -149,7 +148,8 @@ std::optional<ProcessUsage> LinuxProcessSource::usage(Pid pid) {
   if (!stat) return std::nullopt;
   auto time = std::exchange(timeAtFacts_, std::nullopt);
   if (!time) time = live_ ? processorTime(pid) : timeFromTicks(*stat);
-  const auto memory = hasProgram(pid) ? memory_.of(pid) : MemoryUse{};
+  auto memory = std::exchange(memoryAtFacts_, std::nullopt);
+  if (!memory) memory = hasProgram(pid) ? memory_.of(pid) : MemoryUse{};
   if (!time || !memory) return std::nullopt;
   return ProcessUsage{memory->footprint, memory->resident, *time};
 }
@@ -167,11 +167,22 @@ std::optional<ProcStat> LinuxProcessSource::readStat(Pid pid) {
   return text ? procStat(*text) : std::nullopt;
 }
 
+// The usage is asked for here already, because it also tells that the process has not ended since: then it
+// has no clock, or, as long as its parent has not asked about it, no memory.
+std::optional<ProcStat> LinuxProcessSource::stillTrue(Pid pid, const ProcStat& kept) {
+  timeAtFacts_ = nanoseconds(processorClock(pid));
+  if (!timeAtFacts_) return std::nullopt;
+  if (kept.kernelThread()) return kept;
+  memoryAtFacts_ = memory_.of(pid);
+  return memoryAtFacts_ && memoryAtFacts_->resident > 0 ? kept : readStat(pid);
+}
+
 const std::optional<ProcStat>& LinuxProcessSource::statOf(Pid pid) {
   if (statPid_ != pid) {
     stat_ = readStat(pid);
     statPid_ = pid;
     timeAtFacts_.reset();
+    memoryAtFacts_.reset();
   }
   return stat_;
 }

@@ -41,12 +41,14 @@ class LinuxProcessSource : public ProcessSource {
   std::vector<Pid> candidates() override;
   std::uint64_t wallTime() override;
   std::optional<std::uint64_t> processorTime(Pid pid) override;
+  // An ended process that its parent has not asked about yet has none: it is gone for everybody else.
   // An orphan that the user's service manager adopted has parent 1, as if there were no such manager.
   std::optional<ProcessFacts> facts(Pid pid) override;
   std::string path(Pid pid) override;
   // From the process's unit; absent too for what runs in a terminal inside an application's unit.
   std::optional<std::string> app(Pid pid, const std::string& path) override;
-  // Without arguments and executable (kernel threads, ended processes) the kernel's name for the process.
+  // Without arguments and executable (kernel threads, a first thread that ended) the kernel's name for the
+  // process.
   std::vector<std::string> args(Pid pid) override;
   std::optional<ProcessUsage> usage(Pid pid) override;
   std::string cwd(Pid pid) override;
@@ -57,6 +59,8 @@ class LinuxProcessSource : public ProcessSource {
 
  private:
   std::optional<ProcStat> readStat(Pid pid);
+  // What earlier checks read, asked whether the process still lives.
+  std::optional<ProcStat> stillTrue(Pid pid, const ProcStat& kept);
   // The stat that facts() read, while the questions are about the same process; else a fresh one.
   const std::optional<ProcStat>& statOf(Pid pid);
   // Kernel threads and ended processes have no memory, executable, arguments or folder.
@@ -80,6 +84,7 @@ class LinuxProcessSource : public ProcessSource {
   std::optional<ProcStat> stat_;
   std::optional<std::uint64_t>
       timeAtFacts_;  // the processor time of `statPid_`, where facts() has asked for it
+  std::optional<MemoryUse> memoryAtFacts_;                  // the same for its memory
   std::array<char, ProcReader::longestLink> textBuffer_{};  // of the file or link that is being read
   std::vector<char> argumentBuffer_;                        // grows at most once in a pass
   std::unordered_map<Pid, bool> userManagers_;              // what this pass knows of each pid

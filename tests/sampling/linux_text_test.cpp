@@ -27,6 +27,9 @@ TEST(ProcStatTest, NameEndsAtTheLastBracket) {
   }
   const char* thread = "2 (kthreadd) S 0 0 0 0 -1 2129984 0 0 0 0 0 6 0 0 20 0 1 0 0 0 0\n";
   EXPECT_TRUE(procStat(thread).value().kernelThread());
+  const std::string ended = "7 (a) Z 1 7 7 0 -1 0 0 0 0 0 0 0 0 0 20 0 ";
+  EXPECT_TRUE(procStat(ended + "1 0 5 0 0").value().zombie());
+  EXPECT_FALSE(procStat(ended + "2 0 5 0 0").value().zombie()) << "only its first thread has ended";
 }
 
 TEST(ProcStatTest, GarbageIsAbsent) {
