@@ -55,6 +55,7 @@ class TrayApplication : public QObject {
             [this](const PanelAction& action) { controller_.perform(action); }),
         controller_(*model_, executor_, popup_, *application.settings, application.now) {
     connect(&popup_.widget(), &PopupWidget::focusLeft, this, [this] {
+      if (!popup_.isVisible()) return;  // a closed panel loses it too
       focusLeft_.start();
       controller_.close();
     });
