@@ -43,7 +43,7 @@ QColor Theme::link() const { return dark_ ? QColor(0x6c, 0xb2, 0xff) : QColor(0x
 
 QColor Theme::buttonFace() const { return dark_ ? QColor(255, 255, 255, 30) : QColor(255, 255, 255); }
 
-QColor Theme::hover() const { return dark_ ? QColor(255, 255, 255, 22) : QColor(0, 0, 0, 14); }
+QColor Theme::hover() const { return dark_ ? QColor(255, 255, 255, 18) : QColor(0, 0, 0, 14); }
 
 QPalette Theme::palette() const {
   const QColor text = colour(ColourRole::label);
