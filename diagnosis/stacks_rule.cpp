@@ -72,20 +72,24 @@ struct Run {
   TreeMemory memory;
 };
 
-Stack stackOf(const std::string& root, std::vector<const Proc*> servers, Run& run,
+Stack stackOf(const std::string& root, const std::vector<const Proc*>& servers, Run& run,
               Surroundings& surroundings) {
   Stack stack{.root = root, .name = std::string(lastPathComponent(root))};
-  std::stable_sort(servers.begin(), servers.end(),
-                   [](const Proc* a, const Proc* b) { return a->ports.front() < b->ports.front(); });
-  for (const Proc* server : servers) {
+  for (const Proc* server : servers) {  // in ascending pid, the order of the snapshot's memory
     stack.servers.push_back({server, serverKind(*server)});
     stack.bytes = checkedAdd(stack.bytes, run.memory.of(*server));
   }
+  std::stable_sort(stack.servers.begin(), stack.servers.end(),
+                   [](const StackServer& a, const StackServer& b) {
+                     return a.proc->ports.front() < b.proc->ports.front();
+                   });
   stack.containers = containersOf(stack.name, run.snapshot);
   for (const Container* container : stack.containers) stack.bytes = checkedAdd(stack.bytes, container->mem);
 
-  const Proc* oldest = *std::min_element(
-      servers.begin(), servers.end(), [](const Proc* a, const Proc* b) { return a->started < b->started; });
+  const auto isOlder = [](const StackServer& a, const StackServer& b) {
+    return a.proc->started < b.proc->started;
+  };
+  const Proc* oldest = std::min_element(stack.servers.begin(), stack.servers.end(), isOlder)->proc;
   stack.age = secondsBetween(oldest->started, run.snapshot.now);
   stack.start = run.starters.of(*oldest);
   if (stack.start.claude) stack.work = surroundings.claudeSession(*stack.start.claude);
