@@ -126,6 +126,7 @@ std::optional<double> Popup::visibleScreenHeight() const {
   return screen->availableGeometry().height();
 }
 
-void Popup::quit() { QCoreApplication::quit(); }
+// Not quit(): that asks every window first, and the panel refuses to be closed by others.
+void Popup::quit() { QCoreApplication::exit(); }
 
 }  // namespace tarnwick

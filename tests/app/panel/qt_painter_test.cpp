@@ -11,6 +11,7 @@
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTextEdit>
+#include <QTimer>
 
 #include "app/panel/qt/picture.h"
 #include "app/panel/qt/popup.h"
@@ -119,6 +120,12 @@ TEST_F(QtPanel, TheMenuShowsItsFiveLinesAndRunsThem) {
   EXPECT_TRUE(lines[3]->isSeparator());
   lines[1]->trigger();
   EXPECT_FALSE(settings.login);
+}
+
+TEST_F(QtPanel, QuittingEndsTheLoopWhileThePanelIsOpen) {
+  QTimer::singleShot(0, &popup.widget(), [&] { controller.perform(Quit{}); });
+  QTimer::singleShot(60'000, &popup.widget(), [] { QCoreApplication::exit(1); });
+  EXPECT_EQ(QCoreApplication::exec(), 0);
 }
 
 TEST_F(QtPanel, TheKeyboardReachesEveryControlAndStaysAcrossARedraw) {
