@@ -33,6 +33,7 @@ class Toolkit : public testing::Environment {
   void SetUp() override {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("XDG_RUNTIME_DIR", folder_.path().toUtf8());
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere");  // without one, it would start a bus
     toolkit_ = std::make_unique<QApplication>(count_, words_);
     Theme::install();
   }
