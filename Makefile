@@ -3,6 +3,9 @@
 
 ARGS ?= --print
 
+# The targets build in the same folders and ask the same package manager; ninja uses all processors anyway.
+.NOTPARALLEL:
+
 .PHONY: all run tray app test bench check check-macos format install clean deps-run deps-tray deps-test deps-bench deps-check deps-macos
 
 all: release
@@ -12,25 +15,19 @@ run: release
 
 # The application in the tray. Needs Qt, which the command line does without.
 tray: deps-tray
-	@mkdir -p build
-	@{ cmake --preset release -DTARNWICK_PANEL=ON && cmake --build --preset release; } >build/release.log 2>&1 \
-	  || { cat build/release.log >&2; exit 1; }
+	@tools/build release -DTARNWICK_PANEL=ON
 	build/release/tarnwick
 
-# Quiet unless something fails: what `make run` prints is the report.
+# What is said while it builds goes to standard error: what `make run` prints is the report.
 release: deps-run
-	@mkdir -p build
-	@{ cmake --preset release && cmake --build --preset release; } >build/release.log 2>&1 \
-	  || { cat build/release.log >&2; exit 1; }
+	@tools/build release
 
-test: release deps-test
-	cmake --preset dev
-	cmake --build --preset dev
+test: deps-test
+	@tools/build dev
 	ctest --preset dev -j 2 --progress
 
 bench: release deps-bench
-	cmake --preset release -DTARNWICK_BENCHMARKS=ON >/dev/null
-	cmake --build --preset release --target tarnwick_bench check_cost
+	@tools/build release -DTARNWICK_BENCHMARKS=ON -- --target tarnwick_bench check_cost
 	build/release/bench/tarnwick_bench
 	build/release/bench/check_cost 1000 15 build/release/tarnwick
 	build/release/tarnwick --bench
