@@ -92,7 +92,7 @@ int runSnapshot(const CommandLine& commandLine, const Self& self) {
                    .dark = commandLine.dark,
                    .open = commandLine.open,
                    .path = *commandLine.imagePath});
-  return 0;  // a picture that could not be drawn or written is not said
+  return 0;  // also when the picture could not be drawn or written
 }
 
 int runApplication(const CommandLine& commandLine, const Self& self) {
