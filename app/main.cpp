@@ -1,7 +1,7 @@
 #include <string>
 #include <vector>
 
-#include "app/command_line.h"
+#include "app/cli/command_line.h"
 #include "app/own_process.h"
 #include "app/run.h"
 

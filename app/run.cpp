@@ -1,16 +1,19 @@
 #include "app/run.h"
 
+#include <algorithm>
+
 #include "app/bench_mode.h"
+#include "app/cli/help.h"
 #include "app/demo.h"
 #include "app/demo_surroundings.h"
 #include "app/explain.h"
-#include "app/help.h"
 #include "app/live_check.h"
 #include "app/live_parts.h"
 #include "app/live_services.h"
 #include "app/output.h"
 #include "app/panel/panel_jobs.h"
 #include "app/self_test.h"
+#include "app/terminal_text.h"
 #include "diagnosis/findings.h"
 #include "diagnosis/report.h"
 #include "records/checked.h"
@@ -43,6 +46,15 @@ Check checkLive(const CommandLine& commandLine, const Self& self) {
   return LiveServices(live, {}).check({});
 }
 
+// The words come from outside: whatever they hold, they make one line and do nothing to a terminal.
+void complainUnknownWords(std::vector<std::string> words) {
+  for (std::string& word : words) {
+    std::ranges::replace(word, '\n', ' ');
+    word = harmlessForTerminal(word);
+  }
+  complain(unknownWordsText(words));
+}
+
 int complainUnknownScenario(const CommandLine& commandLine) {
   printText(unknownScenario(*commandLine.scenario));
   return 1;
@@ -68,7 +80,7 @@ int runPrint(const CommandLine& commandLine, const Self& self) {
 }
 
 int runExplain(const CommandLine& commandLine) {
-  return printText(explain(commandLine.evidence, systemLanguageModel().get()).value_or(""));
+  return printText(explain(*commandLine.evidence, systemLanguageModel().get()).value_or(""));
 }
 
 int runSnapshot(const CommandLine& commandLine, const Self& self) {
@@ -79,8 +91,8 @@ int runSnapshot(const CommandLine& commandLine, const Self& self) {
                    .found = check->found,
                    .dark = commandLine.dark,
                    .open = commandLine.open,
-                   .path = commandLine.imagePath});
-  return 0;  // a picture that could not be drawn or written is not said
+                   .path = *commandLine.imagePath});
+  return 0;  // also when the picture could not be drawn or written
 }
 
 int runApplication(const CommandLine& commandLine, const Self& self) {
@@ -116,6 +128,7 @@ int runSelfTest(const Self& self) {
 }  // namespace
 
 int run(const CommandLine& commandLine) {
+  if (!commandLine.unknown.empty()) complainUnknownWords(commandLine.unknown);
   const Self self = readSelf();
   switch (commandLine.mode) {
     case Mode::selfTest:

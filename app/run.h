@@ -1,7 +1,7 @@
 // Runs one mode of the program from start to end.
 #pragma once
 
-#include "app/command_line.h"
+#include "app/cli/command_line.h"
 
 namespace tarnwick {
 

@@ -1,5 +1,5 @@
 #include "app/bench_mode.h"
-#include "app/command_line.h"
+#include "app/cli/command_line.h"
 #include "app/terminal_text.h"
 #include "tests/support/testing.h"
 
@@ -19,6 +19,10 @@ TEST(CommandLine, TheFirstModeInTheFixedOrderWins) {
       {{"--version", "--snapshot"}, Mode::version},
       {{"--version", "--help"}, Mode::help},
       {{"--PRINT"}, Mode::application},
+      {{"-h", "-V"}, Mode::help},
+      {{"-V", "--demo"}, Mode::demo},
+      {{"-V", "--scenario"}, Mode::version},
+      {{"-hV"}, Mode::application},
   };
   for (const auto& [words, mode] : cases)
     EXPECT_EQ(parseCommandLine(words).mode, mode) << testing::PrintToString(words);
@@ -35,6 +39,23 @@ TEST(CommandLine, ValuesAreTheVeryNextWordOfTheFirstOccurrence) {
 
   const CommandLine all = parseCommandLine({"--open", "--dark", "--live", "--ai", "--pr", "--exercise"});
   EXPECT_TRUE(all.open && all.dark && all.live && all.askModel && all.prTitles && all.exercise);
+}
+
+TEST(CommandLine, NamesTheWordsThatAreNeitherOptionNorValue) {
+  using Words = std::vector<std::string>;
+  const std::pair<Words, Words> cases[] = {
+      {{"--demo", "--jsn", "foo", ""}, {"--jsn", "foo", ""}},
+      {{"--print", "--Ai", "-ai", "--print=yes", "-hV", "-"}, {"--Ai", "-ai", "--print=yes", "-hV", "-"}},
+      {{"--scenario", "foo", "bar"}, {"bar"}},
+      {{"--explain", "a", "--snapshot", "b"}, {}},
+      {{"--demo", "--scenario", "calm", "--scenario", "memory"}, {}},
+      {{"--scenario", "--print", "foo"}, {"foo"}},
+      {{"--scenario", "--snapshot", "x.png"}, {}},
+      {{"foo", "--scenario"}, {"foo"}},
+      {{"-h", "-V", "--demo", "--bench", "--selftest", "--ai", "--pr", "--exercise"}, {}},
+  };
+  for (const auto& [words, unknown] : cases)
+    EXPECT_EQ(parseCommandLine(words).unknown, unknown) << testing::PrintToString(words);
 }
 
 TEST(TerminalText, WhatControlsATerminalIsMadeVisible) {

@@ -22,6 +22,7 @@ const std::vector<Room>& rooms() {
       {"sampling/", {"sampling/", "records/", "context/"}},
       {"context/",
        {"context/", "records/", "diagnosis/surroundings.h", "sampling/tools/", "sampling/decode/"}},
+      {"app/cli/", {"app/cli/", "records/"}},
       {"app/panel/", {"app/", "records/", "diagnosis/", "sampling/", "context/"}},
       {"app/", {"app/", "records/", "diagnosis/", "sampling/", "context/"}},
       {"bench/", {""}},

@@ -1,0 +1,50 @@
+#include "app/cli/command_line.h"
+
+#include <algorithm>
+
+#include "app/cli/options.h"
+
+namespace tarnwick {
+namespace {
+
+using Words = std::vector<std::string>;
+
+// The first place where the option stands, in whichever form.
+Words::const_iterator find(const Words& words, const Option& option) {
+  return std::ranges::find_if(words, [&](const std::string& word) { return isForm(option, word); });
+}
+
+// Takes over what one option asks for. One that lacks its value asks for nothing.
+void apply(const Option& option, const Words& words, CommandLine& line) {
+  const auto found = find(words, option);
+  const bool takesValue = option.value != OptionValue::none;
+  if (found == words.end() || (takesValue && std::next(found) == words.end())) return;
+  if (option.mode) line.mode = std::min(line.mode, *option.mode);
+  if (option.flag != nullptr) line.*option.flag = true;
+  if (option.text != nullptr) line.*option.text = *std::next(found);
+}
+
+// The words that no option accounts for. What stands behind an option that takes a value was meant as one,
+// even where an earlier value counts.
+Words unknownWords(const Words& words) {
+  Words unknown;
+  const Option* before = nullptr;
+  for (const std::string& word : words) {
+    const Option* option = optionOf(word);
+    const bool isValue = before != nullptr && before->value != OptionValue::none;
+    if (option == nullptr && !isValue) unknown.push_back(word);
+    before = option;
+  }
+  return unknown;
+}
+
+}  // namespace
+
+CommandLine parseCommandLine(const std::vector<std::string>& words) {
+  CommandLine line;
+  for (const Option& option : options()) apply(option, words, line);
+  line.unknown = unknownWords(words);
+  return line;
+}
+
+}  // namespace tarnwick

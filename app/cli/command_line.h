@@ -1,0 +1,34 @@
+// What the words after the program's name ask for. A pure function; the fixed order in which the modes are
+// looked at is that of Mode and nowhere else.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tarnwick {
+
+// The modes in the order they are looked at; the first that is asked for runs.
+enum class Mode { selfTest, explain, demo, bench, print, snapshot, help, version, application };
+
+struct CommandLine {
+  Mode mode = Mode::application;
+  std::optional<std::string> scenario;   // demo scenario by name, unchecked; absent: none was named
+  std::optional<std::string> evidence;   // explain: the facts about one process; there in that mode
+  std::optional<std::string> imagePath;  // snapshot: where the picture goes; there in that mode
+  bool askModel = false;                 // print: ask the on-device model about each finding's evidence
+  bool live = false;                     // snapshot: this machine instead of a demo
+  bool dark = false;                     // snapshot: dark appearance
+  bool open = false;                     // snapshot: first card and the leftovers fold open
+  bool exercise = false;                 // application: drive the panel on a timed script
+  bool prTitles = false;                 // ask for pull-request titles over the network
+  std::vector<std::string> unknown;      // words that are neither an option nor a value, as they came
+
+  bool operator==(const CommandLine&) const = default;
+};
+
+// Words are matched whole and case-sensitively; an option that takes a value takes the very next word,
+// whatever it is, and is ignored when it is last. Words that mean nothing change nothing.
+CommandLine parseCommandLine(const std::vector<std::string>& words);
+
+}  // namespace tarnwick
