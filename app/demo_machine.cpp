@@ -8,7 +8,7 @@
 namespace tarnwick {
 namespace {
 
-constexpr std::string_view testBrowser =
+constexpr std::string_view testBrowserPath =
     "/Users/x/Library/Caches/ms-playwright/chromium-1/chrome-mac-arm64/Google Chrome for "
     "Testing.app/Contents/"
     "MacOS/Google Chrome for Testing";
@@ -18,7 +18,7 @@ constexpr std::string_view testBrowserCrashReporter =
     "Frameworks/crashpad";
 
 // Where a demo process works.
-enum class Folder { scratch, project, container };
+enum class DemoFolder { scratch, project, container };
 
 struct DemoProc {
   Pid pid;
@@ -28,7 +28,7 @@ struct DemoProc {
   double age;  // seconds
   std::uint64_t megabytes = 0;
   double cpu = 0;
-  Folder folder = Folder::scratch;
+  DemoFolder folder = DemoFolder::scratch;
   std::vector<std::uint16_t> ports = {};
 };
 
@@ -42,19 +42,19 @@ std::vector<DemoProc> demoProcs(const std::string& home) {
       {15, 14, "python", {"python", "-m", "pytest"}, 60, 0, 0.9},
       {16, 15, "python", {"python"}, 60, 0, 0.9},
       {17, 15, "python", {"python"}, 60, 0, 0.9},
-      {20, 1, testBrowser, {""}, 518'400, 300},
+      {20, 1, testBrowserPath, {""}, 518'400, 300},
       {21, 20, "helper", {"helper"}, 60, 30},
-      {22, 11, testBrowser, {""}, 518'400},
+      {22, 11, testBrowserPath, {""}, 518'400},
       {23, 1, testBrowserCrashReporter, {"crashpad"}, 518'400},
       {30, 11, "caffeinate", {"caffeinate", "-dimsu"}, 7'200},
       {31, 12, "caffeinate", {"caffeinate", "-i", "-t", "300"}, 7'200},
       {32, 11, "caffeinate", {"caffeinate", "-i", "make"}, 7'200},
       {33, 11, "caffeinate", {"caffeinate", "-i"}, 60},
-      {40, 1, "Python", {"Python", "-m", "uvicorn", "app:app"}, 46'800, 50, 0, Folder::project, {8000}},
-      {41, 11, "node", {"node", "server.mjs"}, 46'800, 20, 0, Folder::project, {3000}},
-      {42, 40, "Python", {"Python", "-m", "uvicorn"}, 46'800, 0, 0, Folder::project, {8000}},
-      {43, 11, "node", {"node", "fresh.mjs"}, 60, 0, 0, Folder::project, {5173}},
-      {44, 1, "helper", {"helper", "serve.js"}, 46'800, 0, 0, Folder::container, {9999}},
+      {40, 1, "Python", {"Python", "-m", "uvicorn", "app:app"}, 46'800, 50, 0, DemoFolder::project, {8000}},
+      {41, 11, "node", {"node", "server.mjs"}, 46'800, 20, 0, DemoFolder::project, {3000}},
+      {42, 40, "Python", {"Python", "-m", "uvicorn"}, 46'800, 0, 0, DemoFolder::project, {8000}},
+      {43, 11, "node", {"node", "fresh.mjs"}, 60, 0, 0, DemoFolder::project, {5173}},
+      {44, 1, "helper", {"helper", "serve.js"}, 46'800, 0, 0, DemoFolder::container, {9999}},
       {50,
        1,
        "launchd_sim",
@@ -139,8 +139,8 @@ Proc procOf(const DemoProc& row, Timestamp now, const std::string& projectDir, c
             .cpu = row.cpu,
             .cwd = "/tmp/wt",
             .ports = row.ports};
-  if (row.folder == Folder::project) proc.cwd = projectDir;
-  if (row.folder == Folder::container) proc.cwd = self.home + "/Library/Containers/com.example/Data";
+  if (row.folder == DemoFolder::project) proc.cwd = projectDir;
+  if (row.folder == DemoFolder::container) proc.cwd = self.home + "/Library/Containers/com.example/Data";
   proc.app = appName(proc.path, self.home);
   return proc;
 }

@@ -5,6 +5,8 @@
 #include <array>
 #include <iterator>
 
+#include "records/text.h"
+#include "records/text.h"
 #include "records/utf8.h"
 
 namespace tarnwick {
@@ -38,20 +40,13 @@ char32_t lowered(char32_t character) {
   return character;
 }
 
-std::string withSmallFirst(const std::string& text) {
+std::string withSmallFirst(std::string_view text) {
   if (text.empty()) return {};
   auto rest = text.begin();
   const char32_t first = utf8::next(rest, text.end());
   std::string result;
   utf8::append(lowered(first), std::back_inserter(result));
   return result.append(rest, text.end());
-}
-
-std::string trimmed(const std::string& text) {
-  constexpr const char* outer = " .";
-  const std::size_t begin = text.find_first_not_of(outer);
-  if (begin == std::string::npos) return {};
-  return text.substr(begin, text.find_last_not_of(outer) - begin + 1);
 }
 
 }  // namespace
@@ -62,7 +57,7 @@ std::string explainPrompt(std::string_view evidence) {
 
 std::string sentence(const Guess& guess) {
   return std::string("It ") + (guess.sure ? "" : "probably ") +
-         withSmallFirst(trimmed(repairUtf8(guess.does))) + ".";
+         withSmallFirst(trimmed(repairUtf8(guess.does), " .")) + ".";
 }
 
 std::optional<std::string> explain(std::string_view evidence, LanguageModel* model) {

@@ -7,7 +7,6 @@ namespace {
 
 using Message = std::optional<std::string>;
 
-constexpr Pid firstOrdinaryPid = 2;  // 0 would mean our own process group, 1 is the system's first process
 constexpr const char* notThatProcess =
     "Not done: the process is gone, belongs to another user, or was replaced.";
 

@@ -74,20 +74,6 @@ std::optional<nlohmann::json> newest(std::string_view bytes, std::string_view ty
   return line;
 }
 
-std::optional<std::string> textMember(const nlohmann::json& object, std::string_view key) {
-  const auto member = object.find(key);
-  if (member == object.end() || !member->is_string()) return std::nullopt;
-  return member->get<std::string>();
-}
-
-std::optional<std::int64_t> numberMember(const nlohmann::json& object, std::string_view key) {
-  constexpr auto largest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-  const auto member = object.find(key);
-  if (member == object.end() || !member->is_number_integer()) return std::nullopt;
-  if (member->is_number_unsigned() && member->get<std::uint64_t>() > largest) return std::nullopt;
-  return member->get<std::int64_t>();
-}
-
 std::optional<Timestamp> isoTime(std::string_view text) {
   constexpr std::string_view form = "0000-00-00T00:00:00";
   const std::string_view wholeSeconds = text.substr(0, form.size());

@@ -18,12 +18,6 @@ std::optional<nlohmann::json> jsonObject(std::string_view text);
 // is cut or lacks `key`, even if an older line would serve.
 std::optional<nlohmann::json> newest(std::string_view bytes, std::string_view type, std::string_view key);
 
-// A member that is a text.
-std::optional<std::string> textMember(const nlohmann::json& object, std::string_view key);
-
-// A member that is a whole number of 64 bits with sign.
-std::optional<std::int64_t> numberMember(const nlohmann::json& object, std::string_view key);
-
 // An ISO 8601 date and time with its zone, such as 2026-11-21T05:44:12.345Z or 2026-11-21T07:44:12+02:00.
 std::optional<Timestamp> isoTime(std::string_view text);
 

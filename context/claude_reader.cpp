@@ -5,6 +5,8 @@
 #include <string_view>
 
 #include "context/claude_files.h"
+#include "records/text.h"
+#include "sampling/decode/json_members.h"
 #include "sampling/tools/small_file.h"
 
 namespace tarnwick {
@@ -14,12 +16,6 @@ constexpr std::size_t jsonFileBytes = 1U << 20U;
 
 // Transcripts grow without bound, and the newest facts are at the end.
 constexpr std::size_t transcriptTailBytes = 1U << 20U;
-
-// Can the text be a part of a file's path without leading anywhere else?
-bool isPlainName(std::string_view name) {
-  return !name.empty() && name != "." && name != ".." && name.find('/') == std::string_view::npos &&
-         name.find('\0') == std::string_view::npos;
-}
 
 }  // namespace
 
@@ -32,7 +28,7 @@ std::optional<nlohmann::json> ClaudeReader::json(const std::string& path) {
 std::optional<ClaudeWork> ClaudeReader::claudeSession(Pid pid) {
   const auto session = json(home_ + "/.claude/sessions/" + std::to_string(pid) + ".json");
   if (!session) return std::nullopt;
-  const auto sessionId = textMember(*session, "sessionId");
+  const auto sessionId = textMember(&*session, "sessionId");
   if (!sessionId) return std::nullopt;
   return transcript(*sessionId);
 }
@@ -43,23 +39,23 @@ std::optional<ClaudeWork> ClaudeReader::claudeJob(const std::string& dir) {
   const std::size_t start = dir.find_first_not_of('/', prefix.size());
   if (start == std::string::npos) return std::nullopt;
   const std::string jobName = dir.substr(start, dir.find('/', start) - start);
-  if (!isPlainName(jobName)) return std::nullopt;
+  if (!isPlainFileName(jobName)) return std::nullopt;
   const auto state = json(prefix + jobName + "/state.json");
   if (!state) return std::nullopt;
 
-  const auto sessionId = textMember(*state, "sessionId");
+  const auto sessionId = textMember(&*state, "sessionId");
   ClaudeWork work = sessionId ? transcript(*sessionId) : ClaudeWork{};
-  work.job = textMember(*state, "name");
-  work.jobState = textMember(*state, "state");
-  work.jobDir = textMember(*state, "cwd");
-  if (const auto updatedAt = textMember(*state, "updatedAt")) work.jobUpdated = isoTime(*updatedAt);
+  work.job = textMember(&*state, "name");
+  work.jobState = textMember(&*state, "state");
+  work.jobDir = textMember(&*state, "cwd");
+  if (const auto updatedAt = textMember(&*state, "updatedAt")) work.jobUpdated = isoTime(*updatedAt);
   return work;
 }
 
 std::string ClaudeReader::transcriptPath(const std::string& sessionId) {
   const auto known = transcriptPaths.find(sessionId);
   if (known != transcriptPaths.end()) return known->second;
-  if (!isPlainName(sessionId)) return {};
+  if (!isPlainFileName(sessionId)) return {};
   const std::string projects = home_ + "/.claude/projects";
   for (const std::string& folder : folderEntries(projects)) {
     std::string path = projects;
@@ -76,10 +72,10 @@ ClaudeWork ClaudeReader::transcript(const std::string& sessionId) {
   const std::string path = transcriptPath(sessionId);
   if (path.empty()) return work;
   const std::string tail = readFileTail(path, transcriptTailBytes).value_or("");
-  if (const auto line = newest(tail, "ai-title", "aiTitle")) work.title = textMember(*line, "aiTitle");
+  if (const auto line = newest(tail, "ai-title", "aiTitle")) work.title = textMember(&*line, "aiTitle");
   if (const auto line = newest(tail, "pr-link", "prNumber")) {
-    work.pr = numberMember(*line, "prNumber");
-    work.prRepo = textMember(*line, "prRepository");
+    work.pr = numberMember(&*line, "prNumber");
+    work.prRepo = textMember(&*line, "prRepository");
   }
   return work;
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "records/snapshot.h"
+#include "records/text.h"
 #include "records/utf8.h"
 
 namespace tarnwick {
@@ -15,12 +16,6 @@ namespace {
 constexpr std::string_view codeHost = "github.com";
 
 constexpr std::size_t shortCommitCharacters = 7;
-
-std::string_view trimmedOf(std::string_view text, std::string_view dropped) {
-  const std::size_t first = text.find_first_not_of(dropped);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(dropped) - first + 1);
-}
 
 // The pieces between any of the separators; empty pieces are dropped.
 std::vector<std::string_view> pieces(std::string_view text, std::string_view separators) {
@@ -41,8 +36,6 @@ std::string resolved(std::string_view path, const std::string& base) {
 }
 
 }  // namespace
-
-std::string_view trimmed(std::string_view text) { return trimmedOf(text, " \t\r\n\v\f"); }
 
 std::optional<std::string> gitDirectoryFrom(std::string_view marker, const std::string& dir) {
   constexpr std::string_view prefix = "gitdir: ";
@@ -66,7 +59,7 @@ std::string commonDirectoryFrom(std::string_view commondir, const std::string& g
 std::optional<std::string> originUrl(std::string_view config) {
   bool insideOrigin = false;
   for (const std::string_view piece : pieces(config, "\r\n")) {
-    const std::string_view line = trimmedOf(piece, " \t");
+    const std::string_view line = trimmed(piece, " \t");
     if (line.starts_with('[')) {
       insideOrigin = line == "[remote \"origin\"]";
     } else if (insideOrigin && line.starts_with("url")) {

@@ -8,9 +8,6 @@
 
 namespace tarnwick {
 
-// The text without the white space and line ends around it.
-std::string_view trimmed(std::string_view text);
-
 // The git directory that a ".git" file in `dir` points to; absent when the file says anything else.
 std::optional<std::string> gitDirectoryFrom(std::string_view marker, const std::string& dir);
 

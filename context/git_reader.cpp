@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "context/git_files.h"
+#include "records/text.h"
 #include "sampling/tools/small_file.h"
 
 namespace tarnwick {

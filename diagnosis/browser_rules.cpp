@@ -17,7 +17,6 @@
 namespace tarnwick {
 namespace {
 
-constexpr double busyCores = 1.0;
 constexpr double largeShare = 0.2;  // of the installed memory
 constexpr double testSeconds = 3'600;
 constexpr std::string_view chromeID = "com.google.Chrome";

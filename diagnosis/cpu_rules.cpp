@@ -19,7 +19,6 @@ namespace tarnwick {
 namespace {
 
 constexpr double idleCores = 0.01;
-constexpr double busyCores = 1.0;
 constexpr double awakeSeconds = 3'600;
 constexpr std::size_t shownCharacters = 60;
 constexpr std::size_t evidenceCharacters = 300;

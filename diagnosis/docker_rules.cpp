@@ -17,7 +17,6 @@ namespace {
 
 constexpr std::string_view dockerID = "com.docker.docker";
 constexpr std::uint64_t largeBytes = 1'073'741'824;  // 1 GiB
-constexpr double busyCores = 1.0;
 constexpr double noteworthyCores = 0.5;
 constexpr std::size_t mostStopActions = 3;
 constexpr std::size_t udidLength = 36;

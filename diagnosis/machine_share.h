@@ -8,6 +8,9 @@
 
 namespace tarnwick {
 
+// From here on something counts as busy, in cores' worth of work.
+inline constexpr double busyCores = 1.0;
+
 // Bytes as a share of the installed memory; memory that is unknown counts as one byte.
 inline double memoryShare(std::uint64_t bytes, const Snapshot& snapshot) {
   return static_cast<double>(bytes) / static_cast<double>(std::max<std::uint64_t>(snapshot.ram, 1));

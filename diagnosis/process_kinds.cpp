@@ -20,7 +20,7 @@ constexpr std::array<Kind, 3> workKinds{{
 }};
 
 // The first row wins: a name with both "mysql" and "mariadb" is MySQL.
-constexpr std::array<Kind, 5> databases{{
+constexpr std::array<Kind, 5> databaseKinds{{
     {{"postgres"}, "Postgres"},
     {{"mysql"}, "MySQL"},
     {{"mariadb"}, "MariaDB"},
@@ -29,7 +29,7 @@ constexpr std::array<Kind, 5> databases{{
 }};
 
 // The tool must be one of the words.
-constexpr std::array<Kind, 5> servers{{
+constexpr std::array<Kind, 5> serverKinds{{
     {{"next-server", "next"}, "Next.js web app"},
     {{"uvicorn", "gunicorn", "hypercorn", "daphne", "flask", "fastapi"}, "Python API"},
     {{"vite"}, "Vite dev server"},
@@ -91,14 +91,14 @@ std::optional<std::string_view> workKind(std::string_view commandLine) {
 }
 
 std::string_view dbKind(std::string_view text) {
-  return firstContained(text, databases).value_or("container");
+  return firstContained(text, databaseKinds).value_or("container");
 }
 
 std::string serverKind(const Proc& proc) {
   const std::string name = lowerCased(proc.name());
   const std::string_view tool = serverTool(proc, name);
   const std::string lowerTool = lowerCased(tool);
-  for (const Kind& kind : servers) {
+  for (const Kind& kind : serverKinds) {
     if (!lowerTool.empty() && isOneOf(lowerTool, kind.words)) return std::string(kind.label);
   }
   if (name.starts_with("python")) return "Python server";

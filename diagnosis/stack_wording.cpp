@@ -70,9 +70,9 @@ std::string contents(const Stack& stack, Ports ports) {
     if (ports == Ports::shown) phrase += " " + portsText(tally.ports);
     phrases.push_back(std::move(phrase));
   }
-  std::map<std::string_view, std::int64_t> databases;
-  for (const Container* container : stack.containers) ++databases[dbKind(container->image)];
-  for (const auto& [label, n] : databases) phrases.push_back(counted(n, std::string(label) + " database"));
+  std::map<std::string_view, std::int64_t> byLabel;
+  for (const Container* container : stack.containers) ++byLabel[dbKind(container->image)];
+  for (const auto& [label, n] : byLabel) phrases.push_back(counted(n, std::string(label) + " database"));
   return list(phrases);
 }
 

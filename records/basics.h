@@ -11,8 +11,10 @@ namespace tarnwick {
 using Seconds = std::chrono::duration<double>;
 using Timestamp = std::chrono::sys_time<Seconds>;
 
-// A process id. 0 and 1 belong to the system and are never a remedy's target.
+// A process id. 0 and 1 belong to the system and are never a remedy's target: 0 would mean our own process
+// group, 1 is the system's first process.
 using Pid = std::int32_t;
+inline constexpr Pid firstOrdinaryPid = 2;
 
 // The timestamp that lies `seconds` after the start of 1970.
 constexpr Timestamp timestamp(double seconds) { return Timestamp{Seconds{seconds}}; }

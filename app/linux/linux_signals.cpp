@@ -11,7 +11,6 @@
 namespace tarnwick {
 namespace {
 
-constexpr Pid firstOrdinaryPid = 2;
 constexpr std::size_t statBytes = 4096;  // a stat line is a tenth of that
 
 SignalOutcome refused() { return {SignalOutcome::Kind::refused, {}}; }

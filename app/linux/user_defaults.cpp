@@ -4,23 +4,10 @@
 #include <utility>
 
 #include "app/linux/config_file.h"
+#include "records/text.h"
 
 namespace tarnwick {
 namespace {
-
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t\r";
-  const std::size_t first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
-std::string_view nextLine(std::string_view& rest) {
-  const std::size_t end = rest.find('\n');
-  const std::string_view line = rest.substr(0, end);
-  rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
-  return line;
-}
 
 // The value when the line sets that name; a null view otherwise.
 std::string_view valueOf(std::string_view line, std::string_view name) {
@@ -42,7 +29,7 @@ bool UserDefaults::isTrue(std::string_view name) const {
   const std::string text = readConfigFile(file_);
   bool value = false;
   for (std::string_view rest = text; !rest.empty();) {
-    const std::string_view found = valueOf(nextLine(rest), name);
+    const std::string_view found = valueOf(takeLine(rest), name);
     if (!found.empty()) value = found == "true";
   }
   return value;
@@ -52,7 +39,7 @@ bool UserDefaults::set(std::string_view name, bool value) const {
   const std::string old = readConfigFile(file_);
   std::string text;
   for (std::string_view rest = old; !rest.empty();) {
-    const std::string_view line = nextLine(rest);
+    const std::string_view line = takeLine(rest);
     if (valueOf(line, name).empty()) text.append(line) += '\n';
   }
   text.append(name).append(value ? " = true\n" : " = false\n");

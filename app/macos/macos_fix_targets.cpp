@@ -15,7 +15,6 @@ namespace tarnwick {
 // macOS has no handle on a process: the look comes right before the signal, and what can still pass between
 // the two is the time of one system call.
 SignalOutcome MacosFixTargets::signal(const Signal& signal) {
-  constexpr Pid firstOrdinaryPid = 2;
   if (signal.pid < firstOrdinaryPid) return {SignalOutcome::Kind::refused};
   const auto record = processRecord(signal.pid);
   if (!record || record->pbi_uid != uid_ ||

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "records/text.h"
 #include "records/utf8.h"
 
 namespace tarnwick {
@@ -30,7 +31,7 @@ std::vector<std::string_view> pieces(std::string_view text, char separator) {
 }
 
 // Undoes "\x2d" and its like; absent when a backslash starts anything else.
-std::optional<std::string> unescaped(std::string_view text) {
+std::optional<std::string> unescapedUnitName(std::string_view text) {
   constexpr std::size_t escapeLength = 4;
   std::string plain;
   while (!text.empty()) {
@@ -48,11 +49,6 @@ std::optional<std::string> unescaped(std::string_view text) {
     text.remove_prefix(escapeLength);
   }
   return plain;
-}
-
-bool safeInFileName(std::string_view id) {
-  return !id.empty() && id != "." && id != ".." && id.find('/') == std::string_view::npos &&
-         id.find('\0') == std::string_view::npos;
 }
 
 // The path in one line "hierarchy:controllers:path", if it is the line of the user manager's hierarchy:
@@ -94,8 +90,8 @@ std::optional<std::string> applicationID(std::string_view unitName) {
   if (parts.front() != "app") return std::nullopt;
   if (scope) parts.pop_back();
   if (parts.size() != 2 && parts.size() != 3) return std::nullopt;
-  const auto id = unescaped(parts.back());
-  if (!id || !safeInFileName(*id)) return std::nullopt;
+  const auto id = unescapedUnitName(parts.back());
+  if (!id || !isPlainFileName(*id)) return std::nullopt;
   return repairUtf8(*id);
 }
 

@@ -2,31 +2,21 @@
 
 #include <algorithm>
 
+#include "records/text.h"
 #include "records/utf8.h"
 
 namespace tarnwick {
 namespace {
 
-constexpr std::string_view blanks = " \t\r";
-
-std::string_view trimmed(std::string_view text) {
-  const auto start = text.find_first_not_of(blanks);
-  if (start == std::string_view::npos) return {};
-  return text.substr(start, text.find_last_not_of(blanks) - start + 1);
-}
+constexpr std::string_view entryBlanks = " \t\r";
 
 // Takes the next line off `text`, without blanks at its ends.
-std::string_view takeLine(std::string_view& text) {
-  const auto end = text.find('\n');
-  const std::string_view line = text.substr(0, end);
-  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-  return trimmed(line);
-}
+std::string_view takeTrimmedLine(std::string_view& text) { return trimmed(takeLine(text), entryBlanks); }
 
 // Moves to the first line of the group; false when there is none.
 bool enterGroup(std::string_view& text) {
   while (!text.empty()) {
-    if (takeLine(text) == "[Desktop Entry]") return true;
+    if (takeTrimmedLine(text) == "[Desktop Entry]") return true;
   }
   return false;
 }
@@ -49,7 +39,7 @@ std::optional<char> escaped(char letter) {
   }
 }
 
-std::string unescaped(std::string_view value) {
+std::string unescapedValue(std::string_view value) {
   std::string text;
   text.reserve(value.size());
   for (std::size_t at = 0; at < value.size(); ++at) {
@@ -99,12 +89,12 @@ std::optional<DesktopEntryText> desktopEntryText(std::string_view text,
   bool application = false;
   bool hidden = false;
   while (!text.empty()) {
-    const std::string_view line = takeLine(text);
+    const std::string_view line = takeTrimmedLine(text);
     if (line.starts_with('[')) break;  // actions and other groups have names of their own
     const auto equals = line.find('=');
     if (line.starts_with('#') || equals == std::string_view::npos) continue;
-    const std::string_view key = trimmed(line.substr(0, equals));
-    const std::string_view value = trimmed(line.substr(equals + 1));
+    const std::string_view key = trimmed(line.substr(0, equals), entryBlanks);
+    const std::string_view value = trimmed(line.substr(equals + 1), entryBlanks);
     if (key == "Type") application = value == "Application";
     if (key == "NoDisplay" || key == "Hidden") hidden = hidden || value == "true";
     const auto rank = nameRank(key, variants);
@@ -112,7 +102,7 @@ std::optional<DesktopEntryText> desktopEntryText(std::string_view text,
     best = *rank;
     name = value;
   }
-  return DesktopEntryText{.name = repairUtf8(unescaped(name)), .shown = application && !hidden};
+  return DesktopEntryText{.name = repairUtf8(unescapedValue(name)), .shown = application && !hidden};
 }
 
 }  // namespace tarnwick

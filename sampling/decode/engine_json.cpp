@@ -6,7 +6,9 @@
 #include <optional>
 #include <string>
 
+#include "records/text.h"
 #include "records/utf8.h"
+#include "sampling/decode/json_members.h"
 
 namespace tarnwick {
 namespace {
@@ -19,13 +21,6 @@ constexpr std::uint64_t mostBytes = std::uint64_t{1} << 60U;
 // Repaired before it is parsed: one bad byte in one name would cost the whole list otherwise.
 Json parse(std::string_view body) { return Json::parse(repairUtf8(body), nullptr, false); }
 
-// The member of an object; absent where there is none.
-const Json* member(const Json* object, const char* key) {
-  if (object == nullptr || !object->is_object()) return nullptr;
-  const auto found = object->find(key);
-  return found == object->end() ? nullptr : &*found;
-}
-
 std::string textOr(const Json* value, std::string otherwise) {
   return value != nullptr && value->is_string() ? value->get<std::string>() : std::move(otherwise);
 }
@@ -36,28 +31,22 @@ std::uint64_t bytesOrZero(const Json* value) {
   return bytes > mostBytes ? 0 : bytes;
 }
 
-std::string trimmedOfSlashes(const std::string& text) {
-  const std::size_t first = text.find_first_not_of('/');
-  if (first == std::string::npos) return {};
-  return text.substr(first, text.find_last_not_of('/') - first + 1);
-}
-
 // The first text in the list of names; an engine gives a container several when others link to it.
 const Json* firstName(const Json& object) {
-  const Json* names = member(&object, "Names");
+  const Json* names = jsonMember(&object, "Names");
   if (names == nullptr || !names->is_array()) return nullptr;
   const auto found = std::find_if(names->begin(), names->end(), [](const Json& n) { return n.is_string(); });
   return found == names->end() ? nullptr : &*found;
 }
 
 std::optional<Container> containerOf(const Json& object) {
-  const Json* id = member(&object, "Id");
+  const Json* id = jsonMember(&object, "Id");
   if (id == nullptr || !id->is_string()) return std::nullopt;
   Container container;
   container.id = firstCharacters(id->get_ref<const std::string&>(), idCharacters);
-  container.name = trimmedOfSlashes(textOr(firstName(object), container.id));
-  container.status = textOr(member(&object, "Status"), "");
-  container.image = textOr(member(&object, "Image"), "");
+  container.name = std::string(trimmed(textOr(firstName(object), container.id), "/"));
+  container.status = textOr(jsonMember(&object, "Status"), "");
+  container.image = textOr(jsonMember(&object, "Image"), "");
   return container;
 }
 
@@ -82,12 +71,12 @@ std::vector<Container> containersOf(std::string_view body) {
 
 std::uint64_t memoryOf(std::string_view body) {
   const Json statistics = parse(body);
-  const Json* memory = member(&statistics, "memory_stats");
-  const std::uint64_t usage = bytesOrZero(member(memory, "usage"));
-  const Json* details = member(memory, "stats");
+  const Json* memory = jsonMember(&statistics, "memory_stats");
+  const std::uint64_t usage = bytesOrZero(jsonMember(memory, "usage"));
+  const Json* details = jsonMember(memory, "stats");
   // Engines on the older kind of control groups may have only the second figure.
-  const Json* inactive = member(details, "inactive_file");
-  if (inactive == nullptr) inactive = member(details, "total_inactive_file");
+  const Json* inactive = jsonMember(details, "inactive_file");
+  if (inactive == nullptr) inactive = jsonMember(details, "total_inactive_file");
   const std::uint64_t droppable = bytesOrZero(inactive);
   return droppable < usage ? usage - droppable : usage;
 }

@@ -1,40 +1,13 @@
 #include "sampling/decode/machine_text.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
 
+#include "records/text.h"
+
 namespace tarnwick {
 namespace {
-
-constexpr std::string_view blanks = " \t";
-
-// Takes the next line off `text`, without its end.
-std::string_view takeLine(std::string_view& text) {
-  const auto end = text.find('\n');
-  const std::string_view line = text.substr(0, end);
-  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-  return line;
-}
-
-// Takes the next word off `line`; empty at its end.
-std::string_view takeWord(std::string_view& line) {
-  const auto start = line.find_first_not_of(blanks);
-  if (start == std::string_view::npos) return line = {};
-  line.remove_prefix(start);
-  const std::string_view word = line.substr(0, line.find_first_of(blanks));
-  line.remove_prefix(word.size());
-  return word;
-}
-
-template <typename Number>
-std::optional<Number> number(std::string_view word) {
-  Number value = 0;
-  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
-  if (error != std::errc{} || end != word.data() + word.size()) return std::nullopt;
-  return value;
-}
 
 // The line whose first word is `key`, without that word.
 std::optional<std::string_view> lineOf(std::string_view text, std::string_view key) {
@@ -54,7 +27,7 @@ bool addFits(std::uint64_t& sum, std::uint64_t value) {
 std::optional<std::uint64_t> kilobytes(std::string_view meminfo, std::string_view key) {
   auto line = lineOf(meminfo, key);
   if (!line) return std::nullopt;
-  const auto count = number<std::uint64_t>(takeWord(*line));
+  const auto count = wholeNumber<std::uint64_t>(takeWord(*line));
   if (!count || takeWord(*line) != "kB") return std::nullopt;
   if (*count > std::numeric_limits<std::uint64_t>::max() / 1024) return std::nullopt;
   return *count * 1024;
@@ -67,7 +40,7 @@ std::optional<double> stallShare(std::string_view stalls, std::string_view kind)
   if (!line) return std::nullopt;
   std::string_view word = takeWord(*line);
   if (!word.starts_with(key)) return std::nullopt;
-  const auto share = number<double>(word.substr(key.size()));
+  const auto share = wholeNumber<double>(word.substr(key.size()));
   if (!share || !std::isfinite(*share) || *share < 0) return std::nullopt;
   return share;
 }
@@ -108,7 +81,7 @@ CpuTicks cpuTicksFromStat(std::string_view stat) {
   for (std::size_t column = 0; column < columns; ++column) {
     const std::string_view word = takeWord(*line);
     if (word.empty() && column > idleColumn) break;  // old kernels have fewer columns
-    const auto value = number<std::uint64_t>(word);
+    const auto value = wholeNumber<std::uint64_t>(word);
     if (!value || !addFits(ticks.total, *value)) return {};
     if (column != idleColumn && column != waitColumn) ticks.busy += *value;
   }
@@ -152,7 +125,7 @@ std::optional<std::int32_t> pressureFromAvailable(const MemoryInfo& memory) {
 
 std::optional<std::int64_t> numberAlone(std::string_view text) {
   std::string_view line = takeLine(text);
-  const auto value = number<std::int64_t>(takeWord(line));
+  const auto value = wholeNumber<std::int64_t>(takeWord(line));
   return takeWord(line).empty() && text.empty() ? value : std::nullopt;
 }
 

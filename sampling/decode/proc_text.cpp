@@ -2,58 +2,26 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstddef>
 #include <limits>
 
+#include "records/text.h"
 #include "records/utf8.h"
 
 namespace tarnwick {
 namespace {
-
-// The whole of `text` as a number; absent when anything else stands in it or it does not fit.
-template <typename Number>
-std::optional<Number> number(std::string_view text, int base = 10) {
-  Number value{};
-  const char* end = text.data() + text.size();
-  const auto result = std::from_chars(text.data(), end, value, base);
-  if (text.empty() || result.ec != std::errc{} || result.ptr != end) return std::nullopt;
-  return value;
-}
-
-// Blanks, line ends and control characters.
-bool isBlank(char byte) { return static_cast<unsigned char>(byte) <= ' '; }
-
-// Takes the next word off the front of `text`; empty when none is left. Words are a few bytes long, which a
-// plain loop passes three times as fast as the searches of the standard library.
-std::string_view nextWord(std::string_view& text) {
-  std::size_t begin = 0;
-  while (begin < text.size() && isBlank(text[begin])) ++begin;
-  std::size_t end = begin;
-  while (end < text.size() && !isBlank(text[end])) ++end;
-  const std::string_view word = text.substr(begin, end - begin);
-  text.remove_prefix(end);
-  return word;
-}
-
-// Takes the next line, without its line feed, off the front of `text`.
-std::string_view nextLine(std::string_view& text) {
-  const std::string_view line = text.substr(0, text.find('\n'));
-  text.remove_prefix(std::min(line.size() + 1, text.size()));
-  return line;
-}
 
 // One line of net/tcp or net/tcp6, such as
 // "  0: 0100007F:1F90 00000000:0000 0A 00000000:00000000 00:00000000 00000000  1000        0 4711 1 ...".
 std::optional<Listener> listenerOfLine(std::string_view line) {
   constexpr std::string_view listening = "0A";
   std::array<std::string_view, 10> words;
-  for (auto& word : words) word = nextWord(line);
+  for (auto& word : words) word = takeWord(line);
   if (words[3] != listening) return std::nullopt;
   const auto colon = words[1].rfind(':');
   if (colon == std::string_view::npos) return std::nullopt;
-  const auto port = number<std::uint16_t>(words[1].substr(colon + 1), 16);
-  const auto inode = number<std::uint64_t>(words[9]);
+  const auto port = wholeNumber<std::uint16_t>(words[1].substr(colon + 1), 16);
+  const auto inode = wholeNumber<std::uint64_t>(words[9]);
   if (!port || !inode) return std::nullopt;
   return Listener{*inode, *port};
 }
@@ -69,13 +37,13 @@ std::optional<ProcStat> procStat(std::string_view bytes) {
   for (auto next = close; next != std::string_view::npos; next = bytes.find(')', next + 1)) close = next;
   std::string_view rest = bytes.substr(close + 1);
   std::array<std::string_view, 20> words;  // from the state, the third field, to the start, the 22nd
-  for (auto& word : words) word = nextWord(rest);
-  const auto ppid = number<Pid>(words[1]);
-  const auto terminal = number<std::int32_t>(words[4]);
-  const auto flags = number<std::uint32_t>(words[6]);
-  const auto user = number<std::uint64_t>(words[11]);
-  const auto system = number<std::uint64_t>(words[12]);
-  const auto start = number<std::uint64_t>(words[19]);
+  for (auto& word : words) word = takeWord(rest);
+  const auto ppid = wholeNumber<Pid>(words[1]);
+  const auto terminal = wholeNumber<std::int32_t>(words[4]);
+  const auto flags = wholeNumber<std::uint32_t>(words[6]);
+  const auto user = wholeNumber<std::uint64_t>(words[11]);
+  const auto system = wholeNumber<std::uint64_t>(words[12]);
+  const auto start = wholeNumber<std::uint64_t>(words[19]);
   if (words[0].size() != 1 || !ppid || *ppid < 0 || !terminal || !flags || !user || !system || !start) {
     return std::nullopt;
   }
@@ -87,7 +55,7 @@ std::optional<ProcStat> procStat(std::string_view bytes) {
                   *user,
                   *system,
                   *start,
-                  number<std::int64_t>(words[17]).value_or(1)};
+                  wholeNumber<std::int64_t>(words[17]).value_or(1)};
 }
 
 std::optional<std::int64_t> startSeconds(const ProcStat& stat, const ProcClock& clock) {
@@ -100,20 +68,20 @@ std::optional<std::int64_t> startSeconds(const ProcStat& stat, const ProcClock& 
 }
 
 std::optional<ProcPages> procPages(std::string_view bytes) {
-  nextWord(bytes);
-  const auto resident = number<std::uint64_t>(nextWord(bytes));
-  const auto shared = number<std::uint64_t>(nextWord(bytes));
+  takeWord(bytes);
+  const auto resident = wholeNumber<std::uint64_t>(takeWord(bytes));
+  const auto shared = wholeNumber<std::uint64_t>(takeWord(bytes));
   if (!resident || !shared) return std::nullopt;
   return ProcPages{*resident, *shared};
 }
 
 std::optional<std::uint64_t> kilobyteField(std::string_view text, std::string_view name) {
   while (!text.empty()) {
-    std::string_view line = nextLine(text);
+    std::string_view line = takeLine(text);
     if (!line.starts_with(name) || line.substr(name.size(), 1) != ":") continue;
     line.remove_prefix(name.size() + 1);
-    const auto value = number<std::uint64_t>(nextWord(line));
-    if (!value || nextWord(line) != "kB" || *value > std::numeric_limits<std::uint64_t>::max() / 1024) {
+    const auto value = wholeNumber<std::uint64_t>(takeWord(line));
+    if (!value || takeWord(line) != "kB" || *value > std::numeric_limits<std::uint64_t>::max() / 1024) {
       return std::nullopt;
     }
     return *value * 1024;
@@ -123,15 +91,15 @@ std::optional<std::uint64_t> kilobyteField(std::string_view text, std::string_vi
 
 std::optional<std::int64_t> bootTime(std::string_view text) {
   while (!text.empty()) {
-    std::string_view line = nextLine(text);
-    if (nextWord(line) == "btime") return number<std::int64_t>(nextWord(line));
+    std::string_view line = takeLine(text);
+    if (takeWord(line) == "btime") return wholeNumber<std::int64_t>(takeWord(line));
   }
   return std::nullopt;
 }
 
 std::optional<Pid> newestPid(std::string_view text) {
-  for (int load = 0; load < 4; ++load) nextWord(text);  // three averages, running/all threads
-  const auto pid = number<Pid>(nextWord(text));
+  for (int load = 0; load < 4; ++load) takeWord(text);  // three averages, running/all threads
+  const auto pid = wholeNumber<Pid>(takeWord(text));
   return pid && *pid > 0 ? pid : std::nullopt;
 }
 
@@ -156,13 +124,13 @@ std::optional<std::uint64_t> socketInode(std::string_view target) {
   if (!target.starts_with(opening) || !target.ends_with(']')) return std::nullopt;
   target.remove_prefix(opening.size());
   target.remove_suffix(1);
-  return number<std::uint64_t>(target);
+  return wholeNumber<std::uint64_t>(target);
 }
 
 std::vector<Listener> tcpListeners(std::string_view text) {
   std::vector<Listener> listeners;
   while (!text.empty()) {
-    if (const auto listener = listenerOfLine(nextLine(text))) listeners.push_back(*listener);
+    if (const auto listener = listenerOfLine(takeLine(text))) listeners.push_back(*listener);
   }
   return listeners;
 }

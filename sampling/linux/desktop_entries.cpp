@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "records/text.h"
 #include "records/utf8.h"
 #include "sampling/decode/desktop_entry.h"
 #include "sampling/tools/small_file.h"
@@ -25,11 +26,8 @@ void addFolder(std::vector<std::string>& folders, std::string_view base) {
   if (base.starts_with('/')) folders.push_back(std::string(base) + "/applications");
 }
 
-// An id names files below the application folders and nothing else.
-bool isSafe(std::string_view id) {
-  return !id.empty() && !id.starts_with('.') && id.find('/') == std::string_view::npos &&
-         id.find('\0') == std::string_view::npos;
-}
+// An id names files below the application folders and nothing else, hidden ones not.
+bool isSafe(std::string_view id) { return isPlainFileName(id) && !id.starts_with('.'); }
 
 struct FoundEntry {
   std::string file;

@@ -2,6 +2,7 @@
 
 #include "context/claude_files.h"
 #include "context/claude_reader.h"
+#include "sampling/decode/json_members.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {
@@ -28,7 +29,7 @@ TEST(ClaudeFiles, TheNewestMarkedLineIsTheOnlyOneTried) {
   };
   for (const auto& [bytes, title] : cases) {
     const auto line = newest(bytes, "ai-title", "aiTitle");
-    EXPECT_EQ(line ? textMember(*line, "aiTitle") : std::nullopt, title) << bytes;
+    EXPECT_EQ(line ? textMember(&*line, "aiTitle") : std::nullopt, title) << bytes;
   }
 }
 
@@ -41,9 +42,11 @@ TEST(ClaudeFiles, NumbersAreWholeAndFit) {
       {"42.5", std::nullopt},
       {"\"42\"", std::nullopt},
   };
-  for (const auto& [number, expected] : cases)
-    EXPECT_EQ(numberMember(*jsonObject("{\"n\":" + number + "}"), "n"), expected) << number;
-  EXPECT_EQ(numberMember(*jsonObject("{}"), "n"), std::nullopt);
+  for (const auto& [number, expected] : cases) {
+    const auto object = jsonObject("{\"n\":" + number + "}");
+    EXPECT_EQ(numberMember(&*object, "n"), expected) << number;
+    EXPECT_EQ(numberMember(&*object, "other"), std::nullopt);
+  }
 }
 
 TEST(ClaudeFiles, TimesNeedDateTimeAndZone) {
