@@ -225,7 +225,7 @@ TEST(ProjectRoot, IsBelowTheHomeDirectory) {
 
 TEST(Stop, ForcesWhatWasAskedBefore) {
   Snapshot m = machine();
-  const Proc& proc = add(m, 41, 1, {"node"});
+  const Proc proc = add(m, 41, 1, {"node"});
   EXPECT_EQ(stop(proc, {40, 42}, "Close it"), (Action{"Close it", {Signal{41, 15, proc.started}}}));
   EXPECT_EQ(stop(proc, {40, 41}, "Close it"), (Action{"Force quit", {Signal{41, 9, proc.started}}}));
 }
