@@ -6,7 +6,7 @@ ARGS ?= --print
 # The targets build in the same folders and ask the same package manager; ninja uses all processors anyway.
 .NOTPARALLEL:
 
-.PHONY: all run tray app test bench check check-macos format install clean deps-run deps-tray deps-test deps-bench deps-check deps-macos
+.PHONY: all run tray app test bench check check-macos format install uninstall package clean deps-run deps-tray deps-test deps-bench deps-check deps-macos deps-package
 
 all: release
 
@@ -37,6 +37,7 @@ format: deps-check
 
 check: deps-check
 	tools/check-style
+	tools/check-documents
 
 check-macos: deps-macos
 	tools/check-macos
@@ -45,11 +46,25 @@ check-macos: deps-macos
 app: release
 	@tools/make-app build/release/tarnwick
 
-install: release
-	cmake --install build/release
+# As packagers expect them: PREFIX is where it will stand, DESTDIR a folder that stands for the root meanwhile.
+PREFIX ?= /usr/local
+DESTDIR ?=
+install uninstall: export PREFIX := $(PREFIX)
+install uninstall: export DESTDIR := $(DESTDIR)
+
+install:
+	@tools/install-program
+
+uninstall:
+	@tools/install-program --remove
+
+# Debian packages and the source archive, in build/packages.
+package: deps-tray deps-package
+	@tools/build release -DTARNWICK_PANEL=ON
+	@tools/make-package
 
 clean:
 	rm -rf build
 
-deps-run deps-tray deps-test deps-bench deps-check deps-macos:
+deps-run deps-tray deps-test deps-bench deps-check deps-macos deps-package:
 	@tools/install-deps $(@:deps-%=%)
