@@ -6,7 +6,7 @@ ARGS ?= --print
 # The targets build in the same folders and ask the same package manager; ninja uses all processors anyway.
 .NOTPARALLEL:
 
-.PHONY: all run tray app test bench check check-macos format install uninstall package clean deps-run deps-tray deps-test deps-bench deps-check deps-macos deps-package
+.PHONY: all run tray panel app test bench check check-macos format install uninstall package clean deps-run deps-tray deps-test deps-bench deps-check deps-macos deps-package
 
 all: release
 
@@ -14,9 +14,11 @@ run: release
 	@build/release/tarnwick $(ARGS)
 
 # The application in the tray. Needs Qt, which the command line does without.
-tray: deps-tray
-	@tools/build release -DTARNWICK_PANEL=ON
+tray: panel
 	build/release/tarnwick
+
+panel: deps-tray
+	@tools/build release -DTARNWICK_PANEL=ON
 
 # What is said while it builds goes to standard error: what `make run` prints is the report.
 release: deps-run
@@ -59,8 +61,7 @@ uninstall:
 	@tools/install-program --remove
 
 # Debian packages and the source archive, in build/packages.
-package: deps-tray deps-package
-	@tools/build release -DTARNWICK_PANEL=ON
+package: panel deps-package
 	@tools/make-package
 
 clean:
