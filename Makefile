@@ -6,7 +6,7 @@ ARGS ?= --print
 # The targets build in the same folders and ask the same package manager; ninja uses all processors anyway.
 .NOTPARALLEL:
 
-.PHONY: all run tray app test bench check check-macos format install clean deps-run deps-tray deps-test deps-bench deps-check deps-macos
+.PHONY: all run tray panel app test bench check check-macos format install uninstall package clean deps-run deps-tray deps-test deps-bench deps-check deps-macos deps-package
 
 all: release
 
@@ -14,9 +14,11 @@ run: release
 	@build/release/tarnwick $(ARGS)
 
 # The application in the tray. Needs Qt, which the command line does without.
-tray: deps-tray
-	@tools/build release -DTARNWICK_PANEL=ON
+tray: panel
 	build/release/tarnwick
+
+panel: deps-tray
+	@tools/build release -DTARNWICK_PANEL=ON
 
 # What is said while it builds goes to standard error: what `make run` prints is the report.
 release: deps-run
@@ -37,6 +39,7 @@ format: deps-check
 
 check: deps-check
 	tools/check-style
+	tools/check-documents
 
 check-macos: deps-macos
 	tools/check-macos
@@ -45,11 +48,24 @@ check-macos: deps-macos
 app: release
 	@tools/make-app build/release/tarnwick
 
-install: release
-	cmake --install build/release
+# As packagers expect them: PREFIX is where it will stand, DESTDIR a folder that stands for the root meanwhile.
+PREFIX ?= /usr/local
+DESTDIR ?=
+install uninstall: export PREFIX := $(PREFIX)
+install uninstall: export DESTDIR := $(DESTDIR)
+
+install:
+	@tools/install-program
+
+uninstall:
+	@tools/install-program --remove
+
+# Debian packages and the source archive, in build/packages.
+package: panel deps-package
+	@tools/make-package
 
 clean:
 	rm -rf build
 
-deps-run deps-tray deps-test deps-bench deps-check deps-macos:
+deps-run deps-tray deps-test deps-bench deps-check deps-macos deps-package:
 	@tools/install-deps $(@:deps-%=%)
