@@ -1,6 +1,10 @@
 # What the scripts of this folder say while somebody waits; read with “.” by the others. Everything goes to
 # standard error: standard output belongs to the program that is built. POSIX sh.
 
+# Started with an empty environment, a shell finds its tools, but CMake not its own files.
+PATH=${PATH:-/usr/local/bin:/usr/bin:/bin}
+export PATH
+
 say() { echo "tarnwick: $*" >&2; }
 fail() {
   say "$*"
@@ -27,7 +31,7 @@ quote_log() {
 # hold_build: at most one build of this checkout at a time; a second one waits for the first. The lock is the
 # open file, so that it ends with the process, however that ends.
 hold_build() {
-  mkdir -p build 2>/dev/null && { : >>build/lock; } 2>/dev/null \
+  (mkdir -p build && : >>build/lock) 2>/dev/null \
     || fail "this folder cannot be written: $PWD. Please copy the checkout to a folder of yours."
   exec 9>>build/lock
   if command -v flock >/dev/null 2>&1; then
