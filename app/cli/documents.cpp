@@ -166,12 +166,16 @@ std::string zshCompletion() {
     if (option.value == OptionValue::name) what += ":name:(" + joined(option.choices) + ")";
     if (option.value == OptionValue::path) what += ":path:_files";
     if (option.value == OptionValue::text) what += ":text: ";
-    const std::string word(option.word);
-    const std::string shortForm(option.shortForm);
-    specs += " \\\n  ";
-    specs += shortForm.empty()
-                 ? shellQuoted(word + what)
-                 : "'(" + shortForm + " " + word + ")'{" + shortForm + "," + word + "}" + shellQuoted(what);
+    std::string spec(option.word);
+    if (option.shortForm.empty()) {
+      spec = shellQuoted(spec + what);
+    } else {
+      // The two forms exclude each other.
+      const std::string shortForm(option.shortForm);
+      spec = shellQuoted("(" + shortForm + " " + spec + ")").append("{" + shortForm + "," + spec + "}");
+      spec += shellQuoted(what);
+    }
+    specs.append(" \\\n  ").append(spec);
   }
   return "#compdef tarnwick\n# zsh " + std::string(madeFrom) + "_arguments" + specs + "\n";
 }
