@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 Extent fillColumn(const Stack& stack, double inner, const MakeChild& makeChild, std::vector<Spot>& spots) {
@@ -58,4 +58,4 @@ Arrangement arrange(const Stack& stack, double width, const MakeChild& makeChild
   return result;
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -8,7 +8,7 @@
 
 #include "app/panel/panel_tree.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 struct Extent {
   double width = 0, height = 0;
@@ -31,4 +31,4 @@ using MakeChild = std::function<Extent(std::size_t child, double width)>;
 // `makeChild` is called once for each child: in a row, those that grow come last.
 Arrangement arrange(const Stack& stack, double width, const MakeChild& makeChild);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

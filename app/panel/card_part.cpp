@@ -1,6 +1,6 @@
 #include "app/panel/parts.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr double iconSide = 28;
@@ -62,4 +62,4 @@ Node card(const Finding& finding, const PanelView& view) {
               .child = {{inside}}}};
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

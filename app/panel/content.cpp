@@ -6,7 +6,7 @@
 #include "records/checked.h"
 #include "records/wording.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr std::size_t alwaysShown = 3;
@@ -92,4 +92,4 @@ Node content(const PanelView& view, const PanelState& state, Timestamp now) {
   return {all};
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

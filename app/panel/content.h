@@ -7,7 +7,7 @@
 #include "app/panel/panel_state.h"
 #include "app/panel/panel_tree.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // The whole panel, 400 points wide.
 Node content(const PanelView& view, const PanelState& state, Timestamp now);
@@ -15,4 +15,4 @@ Node content(const PanelView& view, const PanelState& state, Timestamp now);
 // The menu behind the footer's last button, top to bottom.
 std::vector<MenuItem> menu(bool opensAtLogin, bool prTitles);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

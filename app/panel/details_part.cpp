@@ -1,6 +1,6 @@
 #include "app/panel/parts.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 Node copyable(const std::string& text) {
@@ -59,4 +59,4 @@ Node details(const Finding& finding, const PanelView& view) {
   return {all};
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -8,7 +8,7 @@
 #include "app/panel/panel_state.h"
 #include "app/panel/panel_window.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 class PanelController {
  public:
@@ -51,4 +51,4 @@ class PanelController {
   Model::Subscription watch;
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr double gap = 6;     // between icon and panel
@@ -15,4 +15,4 @@ Spot panelOrigin(const Area& icon, const Extent& panel, const Area& visible) {
   return {std::max(std::min(icon.x - margin, rightmost), visible.x + margin), icon.y - gap - panel.height};
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -4,7 +4,7 @@
 
 #include "app/panel/arrangement.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 struct Area {
   double x = 0, y = 0, width = 0, height = 0;  // x and y: the lower left corner
@@ -14,4 +14,4 @@ struct Area {
 // screen without its bars. Where the screen is too narrow, the panel's left side stays on it.
 Spot panelOrigin(const Area& icon, const Extent& panel, const Area& visible);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

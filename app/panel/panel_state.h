@@ -7,7 +7,7 @@
 
 #include "app/model.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // A look at the model's published values; valid as long as what it refers to, and unchanged for that time.
 struct PanelView {
@@ -31,4 +31,4 @@ struct PanelState {
   std::optional<double> visibleScreenHeight;  // points of the main screen; absent: there is none
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

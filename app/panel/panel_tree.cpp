@@ -2,7 +2,7 @@
 
 #include <tuple>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // Written out: some compilers cannot derive a comparison that leads back to itself.
 
@@ -31,4 +31,4 @@ bool Fold::operator==(const Fold& other) const {
 
 bool Node::operator==(const Node& other) const { return grows == other.grows && view == other.view; }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -10,7 +10,7 @@
 
 #include "app/panel/panel_action.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 enum class FontRole {
   headline,     // bold 13
@@ -147,4 +147,4 @@ struct MenuItem {
   bool operator==(const MenuItem&) const = default;
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

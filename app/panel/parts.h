@@ -8,7 +8,7 @@
 #include "app/panel/panel_state.h"
 #include "app/panel/panel_tree.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 inline constexpr double panelWidth = 400;
 inline constexpr double panelMargin = 14;
@@ -49,4 +49,4 @@ Node details(const Finding& finding, const PanelView& view);
 // footer_part.cpp
 Node footer(const PanelView& view, Timestamp now);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

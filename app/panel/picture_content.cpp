@@ -1,7 +1,7 @@
 #include "app/panel/content.h"
 #include "app/panel/panel_jobs.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 Node pictureContent(const PanelPicture& picture) {
   const std::optional<Snapshot> snap = picture.snapshot;
@@ -13,4 +13,4 @@ Node pictureContent(const PanelPicture& picture) {
                  picture.snapshot.now);
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -31,9 +31,9 @@ void copyToPasteboard(const std::string& /*text*/) {}
 bool isDefaultTrue(const std::string& /*name*/) { return false; }
 void setDefault(const std::string& /*name*/, bool /*value*/) {}
 
-bool isLoginItem() { return false; }
-void setLoginItem(bool /*on*/) {}
-int showApplication(const PanelApplication& /*application*/) { return 1; }
-bool writePanelImage(const PanelPicture& /*picture*/) { return false; }
+bool panel::isLoginItem() { return false; }
+void panel::setLoginItem(bool /*on*/) {}
+int panel::showApplication(const panel::PanelApplication& /*application*/) { return 1; }
+bool panel::writePanelImage(const panel::PanelPicture& /*picture*/) { return false; }
 
 }  // namespace tarnwick

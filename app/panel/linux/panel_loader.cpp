@@ -8,7 +8,7 @@
 #include "app/output.h"
 #include "app/panel/panel_module.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 // Either the entry or, when that is null, a sentence that says why.
@@ -54,4 +54,4 @@ bool writePanelImage(const PanelPicture& picture) {
   return module.entry != nullptr && module.entry(picture) == 0;
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 // The name of the file, not the link to it: the entry is read by another process, in another run.
@@ -21,4 +21,4 @@ std::unique_ptr<PanelSettings> userPanelSettings(const Self& self) {
   return std::make_unique<UserPanelSettings>(self.home);
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -7,7 +7,7 @@
 #include "app/linux/user_defaults.h"
 #include "app/panel/panel_window.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 class UserPanelSettings : public PanelSettings {
  public:
@@ -24,4 +24,4 @@ class UserPanelSettings : public PanelSettings {
   UserDefaults defaults_;
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

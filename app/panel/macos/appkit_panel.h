@@ -10,7 +10,7 @@
 #import "app/panel/macos/panel.h"
 #include "app/panel/panel_window.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 class AppKitPanel final : public PanelWindow {
  public:
@@ -49,4 +49,4 @@ class AppKitPanel final : public PanelWindow {
   bool focusLost_ = false;  // while the panel closes because another window took the keyboard
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

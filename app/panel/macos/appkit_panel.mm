@@ -5,7 +5,7 @@
 #import "app/panel/macos/panel_menu.h"
 #include "app/panel/panel_place.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 Area areaOf(NSRect rect) { return {NSMinX(rect), NSMinY(rect), NSWidth(rect), NSHeight(rect)}; }
@@ -149,4 +149,4 @@ std::optional<double> AppKitPanel::visibleScreenHeight() const {
 
 void AppKitPanel::quit() { [NSApp terminate:nil]; }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -6,7 +6,7 @@
 
 #include "app/panel/panel_tree.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // No wider than `width`.
 MadeView makeButton(const Button& button, double width, Target* target);
@@ -14,4 +14,4 @@ MadeView makeButton(const Button& button, double width, Target* target);
 // Around the row, which stays a picture: the whole surface is one button.
 MadeView makeFold(const Fold& fold, const MadeView& row, Target* target);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -42,7 +42,7 @@ __attribute__((objc_runtime_name("TarnwickFoldButton")))
 
 @end
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr double symbolSize = 15;
@@ -133,4 +133,4 @@ MadeView makeFold(const Fold& fold, const MadeView& row, Target* target) {
   return {view, size};
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

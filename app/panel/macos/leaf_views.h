@@ -5,7 +5,7 @@
 
 #include "app/panel/panel_tree.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // Wrapped, no wider than `width`.
 MadeView makeLabel(const Label& label, double width);
@@ -19,4 +19,4 @@ void hideFromReaders(NSView* view);
 // Null where this release of the system does not have the symbol.
 NSImage* symbolImage(const std::string& name, double pointSize, Symbol::Weight weight);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

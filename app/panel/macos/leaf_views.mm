@@ -7,7 +7,7 @@
 #import "app/panel/macos/surfaces.h"
 #include "sampling/tools/macos/foundation_text.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr CGFloat unbounded = 100'000;  // higher than any text
@@ -90,4 +90,4 @@ MadeView makeSpinner(const Spinner& spinner) {
   return {view, {spinner.size, spinner.size}};
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -2,7 +2,7 @@
 // only programs that lie in an application bundle. Main thread.
 #pragma once
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // False also where the service is missing.
 bool isLoginItem();
@@ -10,4 +10,4 @@ bool isLoginItem();
 // Where the service is missing or refuses, nothing changes.
 void setLoginItem(bool on);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -13,7 +13,7 @@
 
 @end
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr NSInteger enabled = 1;  // SMAppServiceStatusEnabled
@@ -43,4 +43,4 @@ void setLoginItem(bool on) {
   }
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

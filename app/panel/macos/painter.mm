@@ -9,7 +9,7 @@
 #import "app/panel/macos/surfaces.h"
 #include "sampling/tools/macos/foundation_text.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr double unbounded = 4000;
@@ -116,4 +116,4 @@ Painting paint(const Node& node, const Perform& perform) {
   return walk.painting(made.view);
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

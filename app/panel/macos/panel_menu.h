@@ -7,7 +7,7 @@
 
 #include "app/panel/macos/painter.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // `perform` must outlive the menu.
 NSMenu* makeMenu(const std::vector<MenuItem>& items, const Perform& perform);
@@ -16,4 +16,4 @@ NSMenu* makeMenu(const std::vector<MenuItem>& items, const Perform& perform);
 // menu opens where the event happened in the panel; under `button`, which may be nil, when it was no click.
 void popUp(NSMenu* menu, NSView* panel, NSView* button);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -2,7 +2,7 @@
 
 #include "sampling/tools/macos/foundation_text.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 NSMenuItem* makeItem(const MenuItem& item, const Perform& perform) {
@@ -53,4 +53,4 @@ void popUp(NSMenu* menu, NSView* panel, NSView* button) {
   [menu popUpMenuPositioningItem:nil atLocation:NSMakePoint(NSMinX(anchor.bounds), bottom) inView:anchor];
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -10,7 +10,7 @@
 #include "records/checked.h"
 #include "sampling/tools/macos/foundation_text.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr double scale = 2;
@@ -100,4 +100,4 @@ bool writePanelImage(const PanelPicture& picture) {
   }
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -6,10 +6,10 @@
 
 #include "app/panel/panel_tree.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 NSFont* fontOf(FontRole role);
 NSFont* buttonFont();
 NSColor* colourOf(ColourRole role);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

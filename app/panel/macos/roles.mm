@@ -1,6 +1,6 @@
 #import "app/panel/macos/roles.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 NSFont* styled(NSFontTextStyle style) { return [NSFont preferredFontForTextStyle:style options:@{}]; }
@@ -47,4 +47,4 @@ NSColor* colourOf(ColourRole role) {
   return NSColor.labelColor;
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -20,7 +20,7 @@ __attribute__((objc_runtime_name("TarnwickListener")))
 
 @end
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // True when another instance has opened its panel. Waits only when there may be one, two seconds at most.
 bool askFirstInstance();
@@ -28,4 +28,4 @@ bool askFirstInstance();
 // Answers later starts until it is stopped.
 Listener* listenForSecondStarts(std::function<void()> open);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -36,7 +36,7 @@
 
 @end
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr NSTimeInterval patience = 2;  // seconds; the first one may be busy drawing
@@ -94,4 +94,4 @@ Listener* listenForSecondStarts(std::function<void()> open) {
                                 }];
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -7,7 +7,7 @@
 
 #import "app/panel/macos/target.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // In the bar as long as it lives.
 class StatusItem {
@@ -27,4 +27,4 @@ class StatusItem {
 // Can this process show anything? Asked before the application object is made, which would end the process.
 bool hasDisplay();
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -3,7 +3,7 @@
 #include <memory>
 #include <utility>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 // The first of them that this release of the system has; nil: none.
@@ -41,4 +41,4 @@ bool hasDisplay() {
   return true;
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

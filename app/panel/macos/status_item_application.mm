@@ -14,7 +14,7 @@
 #include "app/panel/panel_jobs.h"
 #include "app/thread_executor.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr NSTimeInterval sameClick = 0.3;  // seconds between losing the keyboard and the click that took it
@@ -120,4 +120,4 @@ int showApplication(const PanelApplication& application) {
   return 0;
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

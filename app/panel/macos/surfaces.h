@@ -22,7 +22,7 @@ __attribute__((objc_runtime_name("TarnwickBackdrop")))
 __attribute__((objc_runtime_name("TarnwickBoxView")))
 @interface BoxView : FlippedView
 
-- (instancetype)initWithBox:(const tarnwick::Box&)box;
+- (instancetype)initWithBox:(const tarnwick::panel::Box&)box;
 
 @end
 

@@ -24,12 +24,12 @@
 @end
 
 @implementation BoxView {
-  tarnwick::ColourRole _colour;
+  tarnwick::panel::ColourRole _colour;
   CGFloat _opacity;
   std::optional<double> _cornerRadius;
 }
 
-- (instancetype)initWithBox:(const tarnwick::Box&)box {
+- (instancetype)initWithBox:(const tarnwick::panel::Box&)box {
   self = [super initWithFrame:NSZeroRect];
   if (self != nil) {
     _colour = box.background;
@@ -41,7 +41,7 @@
 
 - (void)drawRect:(NSRect)__unused dirtyRect {
   const CGFloat radius = _cornerRadius.value_or(NSHeight(self.bounds) / 2);
-  [[tarnwick::colourOf(_colour) colorWithAlphaComponent:_opacity] setFill];
+  [[tarnwick::panel::colourOf(_colour) colorWithAlphaComponent:_opacity] setFill];
   [[NSBezierPath bezierPathWithRoundedRect:self.bounds xRadius:radius yRadius:radius] fill];
 }
 

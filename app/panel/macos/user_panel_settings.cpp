@@ -3,7 +3,7 @@
 #include "app/panel/macos/login_item.h"
 #include "app/panel/panel_window.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 class UserPanelSettings final : public PanelSettings {
@@ -20,4 +20,4 @@ std::unique_ptr<PanelSettings> userPanelSettings(const Self& /*self*/) {
   return std::make_unique<UserPanelSettings>();
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

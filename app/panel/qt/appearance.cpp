@@ -7,7 +7,7 @@
 #include <QGuiApplication>
 #include <QPalette>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
@@ -50,4 +50,4 @@ void Appearance::take(const QVariant& value) {
   preferred_ = scheme == 1 ? std::optional(true) : scheme == 2 ? std::optional(false) : std::nullopt;
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -6,7 +6,7 @@
 #include <QObject>
 #include <optional>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 class Appearance : public QObject {
   Q_OBJECT
@@ -24,4 +24,4 @@ class Appearance : public QObject {
   std::optional<bool> preferred_;  // what the portal said; absent: nothing yet, or no preference
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -4,7 +4,7 @@
 
 #include "app/panel/qt/symbol_views.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr int sidePadding = 10;  // left and right of a small button's title
@@ -113,4 +113,4 @@ void FoldView::paintEvent(QPaintEvent* /*event*/) {
   drawFocusRing(painter, 6);
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -12,7 +12,7 @@
 #include <QLibraryInfo>
 #include <cstdlib>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr const char* watcherName = "org.kde.StatusNotifierWatcher";
@@ -109,4 +109,4 @@ bool TrayHost::isPresent() const {
   return bus.isConnected() && bus.interface()->isServiceRegistered(QLatin1String(watcherName));
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

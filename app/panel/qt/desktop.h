@@ -5,7 +5,7 @@
 #include <QObject>
 #include <memory>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // Can the toolkit open a window here? To be asked before the QApplication is made; picks the platform.
 bool prepareDisplay();
@@ -32,4 +32,4 @@ class TrayHost : public QObject {
   std::unique_ptr<ManagerFilter> filter_;
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -11,7 +11,7 @@
 #include "app/panel/qt/symbol_views.h"
 #include "app/panel/qt/text_views.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr int unbounded = 4000;
@@ -161,4 +161,4 @@ QWidget* paint(const Node& node, const Theme& theme, const Perform& perform, QWi
   return Walk(theme, perform).make(node, unbounded, parent);
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -6,7 +6,7 @@
 #include "app/panel/qt/theme.h"
 #include "app/panel/qt/tray_application.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 void keepSilent(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& /*text*/) {}
@@ -33,8 +33,8 @@ int run(const PanelPicture& picture) {
 }
 
 }  // namespace
-}  // namespace tarnwick
+}  // namespace tarnwick::panel
 
-extern "C" __attribute__((visibility("default"))) int tarnwickPanel(const tarnwick::PanelJob& job) {
-  return std::visit([](const auto& kind) { return tarnwick::run(kind); }, job);
+extern "C" __attribute__((visibility("default"))) int tarnwickPanel(const tarnwick::panel::PanelJob& job) {
+  return std::visit([](const auto& kind) { return tarnwick::panel::run(kind); }, job);
 }

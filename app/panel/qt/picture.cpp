@@ -7,7 +7,7 @@
 
 #include "app/panel/qt/painter.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr int scale = 2;
@@ -44,4 +44,4 @@ bool savePicture(const PanelPicture& picture) {
   return !image.isNull() && file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit();
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

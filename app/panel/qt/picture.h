@@ -6,7 +6,7 @@
 
 class QImage;
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // The panel of that picture on the colour of a window.
 QImage drawPicture(const PanelPicture& picture);
@@ -14,4 +14,4 @@ QImage drawPicture(const PanelPicture& picture);
 // False when the file could not be written; then there is none, or the old one.
 bool savePicture(const PanelPicture& picture);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

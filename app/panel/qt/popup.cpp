@@ -10,7 +10,7 @@
 
 #include "app/panel/qt/popup_place.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr int movementMilliseconds = 160;
@@ -129,4 +129,4 @@ std::optional<double> Popup::visibleScreenHeight() const {
 // Not quit(): that asks every window first, and the panel refuses to be closed by others.
 void Popup::quit() { QCoreApplication::exit(); }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -11,7 +11,7 @@
 #include "app/panel/qt/appearance.h"
 #include "app/panel/qt/painter.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // The bare window: draws its ground, and tells when the user wants it gone.
 class PopupWidget : public QWidget {
@@ -71,4 +71,4 @@ class Popup : public PanelWindow {
   bool visible_ = false;
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr int gap = 6;     // between icon and panel
@@ -24,4 +24,4 @@ QRect popupFrame(const QRect& anchor, const QSize& panel, const QRect& available
           panel};
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

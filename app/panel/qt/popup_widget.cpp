@@ -7,7 +7,7 @@
 #include "app/panel/qt/desktop.h"
 #include "app/panel/qt/popup.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr double corner = 14;
@@ -88,4 +88,4 @@ bool PopupWidget::event(QEvent* event) {
   return QWidget::event(event);
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -4,7 +4,7 @@
 #include <QLocalSocket>
 #include <utility>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr int patienceMilliseconds = 2000;  // the first one may be busy drawing
@@ -43,4 +43,4 @@ void SingleInstance::listen(std::function<void()> open) {
   server_->listen(socket_);
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <array>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 struct Glyph {
@@ -78,4 +78,4 @@ QFont symbolFont(double pixels) {
 
 bool hasSymbolFont() { return QFontDatabase::hasFamily(family); }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

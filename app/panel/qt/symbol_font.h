@@ -5,7 +5,7 @@
 #include <QString>
 #include <string_view>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // The glyph for a symbol name; the one for "app" when the name is not in the table.
 QString glyphOf(std::string_view symbol);
@@ -20,4 +20,4 @@ QFont symbolFont(double pixels);
 bool hasSymbolFont();
 QString plainSign(std::string_view symbol);  // empty: a ring
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -10,7 +10,7 @@
 #include "app/panel/qt/symbol_font.h"
 #include "app/panel/qt/theme.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr int spokes = 12;
@@ -133,4 +133,4 @@ void SpinnerView::timerEvent(QTimerEvent* event) {
   update();
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -6,7 +6,7 @@
 
 #include "app/panel/panel_tree.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // Draws a symbol centred in `area`.
 void drawSymbol(QPainter& painter, const QRectF& area, std::string_view name, double pixels,
@@ -47,4 +47,4 @@ class SpinnerView : public QWidget {
   int turn_ = 0;  // in twelfths
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -3,7 +3,7 @@
 #include <QTextOption>
 #include <cmath>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr int shortLine = 12;  // characters that look lost on a line of their own
@@ -56,4 +56,4 @@ int TextBlock::layOut(const QString& text, int width, Qt::Alignment alignment) {
 
 void TextBlock::draw(QPainter& painter, QPoint topLeft) const { layout_.draw(&painter, topLeft); }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

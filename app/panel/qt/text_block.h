@@ -9,7 +9,7 @@
 #include <QString>
 #include <QTextLayout>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 class TextBlock {
  public:
@@ -31,4 +31,4 @@ class TextBlock {
   QSize size_;
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

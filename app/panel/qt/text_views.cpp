@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 TextView::TextView(const QString& text, const QFont& font, const QColor& colour, int width, QWidget* parent)
     : QLabel(parent), block_(text, font, width), colour_(colour) {
@@ -57,4 +57,4 @@ void CopyableText::focusOutEvent(QFocusEvent* event) {
   setTextCursor(cursor);
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -6,7 +6,7 @@
 
 #include "app/panel/qt/text_block.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // A text that is only read. A QLabel for the sake of screen readers; it draws itself.
 class TextView : public QLabel {
@@ -33,4 +33,4 @@ class CopyableText : public QTextEdit {
   void focusOutEvent(QFocusEvent* event) override;
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -5,7 +5,7 @@
 #include <QStandardPaths>
 #include <QStringList>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 QFont interface(int pixels, QFont::Weight weight) {
@@ -91,4 +91,4 @@ QFont Theme::font(FontRole role) {
 
 QFont Theme::buttonFont() { return interface(11, QFont::Medium); }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -9,7 +9,7 @@
 
 #include "app/panel/panel_tree.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 class Theme {
  public:
@@ -34,4 +34,4 @@ class Theme {
   bool dark_;
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -16,7 +16,7 @@
 #include "app/panel/qt/symbol_views.h"
 #include "app/thread_executor.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 void copyToClipboard(const std::string& text) {
@@ -141,4 +141,4 @@ int runTrayApplication(const PanelApplication& application) {
   return QApplication::exec();
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -3,9 +3,9 @@
 
 #include "app/panel/panel_jobs.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // Until the user quits. The exit status; see showApplication().
 int runTrayApplication(const PanelApplication& application);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -2,7 +2,7 @@
 #include "app/panel/panel_place.h"
 #include "tests/app/panel/panel_sample.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 // Children as wide as they want to be or as they may; `asked` tells in which order and width.
@@ -250,4 +250,4 @@ TEST(PanelContent, EveryControlHasANameAndAnIdOfItsOwn) {
 }
 
 }  // namespace
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -2,7 +2,7 @@
 #include "tests/support/fake_model_services.h"
 #include "tests/support/hand_executor.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 struct FakeWindow : PanelWindow {
@@ -168,4 +168,4 @@ TEST_F(PanelControllerTest, ADrawingThatWaitsIsDroppedWithItsPanel) {
 }
 
 }  // namespace
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -7,7 +7,7 @@
 #include "app/panel/panel_controller.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 inline constexpr std::uint64_t mib = 1024ULL * 1024;
 inline constexpr std::int64_t gib = 1024LL * 1024 * 1024;
@@ -120,4 +120,4 @@ inline std::vector<std::string> textsOf(const Node& node) {
   return texts;
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -24,7 +24,7 @@
 #include "tests/support/fake_model_services.h"
 #include "tests/support/hand_executor.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 // The toolkit lives as long as the test program.
@@ -312,4 +312,4 @@ TEST(QtSingleInstance, ALaterStartIsHeardByTheFirst) {
 }
 
 }  // namespace
-}  // namespace tarnwick
+}  // namespace tarnwick::panel
