@@ -141,8 +141,7 @@ class Walk {
     const QColor colour = theme_.colour(ColourRole::secondary);
     return QStringLiteral(
                "QScrollBar{background:transparent;width:%1px;margin:0}"
-               "QScrollBar::handle{background:rgba(%2,%3,%4,150);border-radius:3px;min-height:24px;margin:0 "
-               "2px}"
+               "QScrollBar::handle{background:rgba(%2,%3,%4,150);border-radius:3px;min-height:24px;margin:0 2px}"
                "QScrollBar::add-line,QScrollBar::sub-line{height:0}"
                "QScrollBar::add-page,QScrollBar::sub-page{background:transparent}")
         .arg(scrollerWidth)
