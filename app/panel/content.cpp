@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/panel/panel_jobs.h"
 #include "app/panel/parts.h"
 #include "records/checked.h"
 #include "records/wording.h"
@@ -90,6 +91,16 @@ Node content(const PanelView& view, const PanelState& state, Timestamp now) {
         {Scroll{.width = listWidth, .heightCap = heightCap(state), .child = {{std::move(list)}}}});
   all.children.push_back(footer(view, now));
   return {all};
+}
+
+Node pictureContent(const PanelPicture& picture) {
+  const std::optional<Snapshot> snap = picture.snapshot;
+  const std::optional<Note> note;
+  const Guesses guesses;
+  std::optional<std::string> openCard;
+  if (picture.open && !picture.found.empty()) openCard = picture.found.front().id;
+  return content({snap, picture.found, false, note, guesses, openCard}, {.showLeftovers = picture.open},
+                 picture.snapshot.now);
 }
 
 }  // namespace tarnwick::panel

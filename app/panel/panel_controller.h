@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "app/executor.h"
-#include "app/panel/panel_state.h"
+#include "app/panel/content.h"
 #include "app/panel/panel_window.h"
 
 namespace tarnwick::panel {
