@@ -6,7 +6,7 @@
 
 #include <functional>
 
-#include "app/panel/macos/target.h"
+#import "app/panel/macos/control_views.h"
 #include "app/panel/panel_tree.h"
 
 namespace tarnwick::panel {

@@ -56,7 +56,7 @@ void ControlView::drawHover(QPainter& painter, double radius) const {
 ButtonView::ButtonView(const Button& button, const Theme& theme, int width, QWidget* parent)
     : ControlView(theme, parent),
       button_(button),
-      title_(titleOf(button), Theme::buttonFont(), width - 2 * paddingOf(button), Qt::AlignLeft) {
+      title_(titleOf(button), Theme::buttonFont(), width - 2 * paddingOf(button)) {
   setObjectName(QString::fromStdString(button.id));
   setToolTip(plainToolTip(button.toolTip));
   setAccessibleName(QString::fromStdString(button.accessibleName));

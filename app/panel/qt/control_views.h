@@ -4,7 +4,7 @@
 #include <QPushButton>
 
 #include "app/panel/panel_tree.h"
-#include "app/panel/qt/text_block.h"
+#include "app/panel/qt/text_views.h"
 #include "app/panel/qt/theme.h"
 
 namespace tarnwick::panel {

@@ -2,9 +2,8 @@
 
 #include <QApplication>
 
-#include "app/panel/qt/picture.h"
+#include "app/panel/qt/jobs.h"
 #include "app/panel/qt/theme.h"
-#include "app/panel/qt/tray_application.h"
 
 namespace tarnwick::panel {
 namespace {
@@ -17,7 +16,7 @@ struct Arguments {
   int count = 1;
 };
 
-int run(const PanelApplication& application) { return runTrayApplication(application); }
+int run(const PanelApplication& application) { return runApplication(application); }
 
 // Needs no display, and must not depend on the desktop it runs on.
 int run(const PanelPicture& picture) {

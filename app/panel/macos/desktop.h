@@ -1,15 +1,18 @@
-// The icon in the menu bar. Main thread, after the application has launched.
+// What the desktop has for the panel: a display, and an icon in the menu bar. Main thread.
 #pragma once
 
 #import <AppKit/AppKit.h>
 
 #include <functional>
 
-#import "app/panel/macos/target.h"
+#import "app/panel/macos/control_views.h"
 
 namespace tarnwick::panel {
 
-// In the bar as long as it lives.
+// Can this process show anything? Asked before the application object is made, which would end the process.
+bool findDisplay();
+
+// The icon, in the menu bar as long as it lives; after the application has launched.
 class StatusItem {
  public:
   explicit StatusItem(std::function<void()> clicked);
@@ -23,8 +26,5 @@ class StatusItem {
   NSStatusItem* item_;
   Target* target_;
 };
-
-// Can this process show anything? Asked before the application object is made, which would end the process.
-bool hasDisplay();
 
 }  // namespace tarnwick::panel

@@ -1,4 +1,4 @@
-#import "app/panel/macos/roles.h"
+#import "app/panel/macos/theme.h"
 
 namespace tarnwick::panel {
 namespace {
@@ -7,7 +7,7 @@ NSFont* styled(NSFontTextStyle style) { return [NSFont preferredFontForTextStyle
 
 }  // namespace
 
-NSFont* fontOf(FontRole role) {
+NSFont* Theme::font(FontRole role) {
   switch (role) {
     case FontRole::headline:
       return styled(NSFontTextStyleHeadline);
@@ -31,9 +31,9 @@ NSFont* fontOf(FontRole role) {
   return styled(NSFontTextStyleCaption1);
 }
 
-NSFont* buttonFont() { return [NSFont systemFontOfSize:NSFont.smallSystemFontSize]; }
+NSFont* Theme::buttonFont() { return [NSFont systemFontOfSize:NSFont.smallSystemFontSize]; }
 
-NSColor* colourOf(ColourRole role) {
+NSColor* Theme::colour(ColourRole role) {
   switch (role) {
     case ColourRole::label:
       break;

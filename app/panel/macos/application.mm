@@ -6,13 +6,44 @@
 
 #include "app/macos/applications.h"
 #include "app/output.h"
-#import "app/panel/macos/appkit_panel.h"
-#import "app/panel/macos/application_delegate.h"
-#import "app/panel/macos/second_start.h"
-#import "app/panel/macos/status_item.h"
+#import "app/panel/macos/desktop.h"
+#import "app/panel/macos/panel.h"
+#import "app/panel/macos/single_instance.h"
 #include "app/panel/panel_controller.h"
 #include "app/panel/panel_jobs.h"
 #include "app/thread_executor.h"
+
+// What the system tells the application.
+__attribute__((objc_runtime_name("TarnwickApplicationDelegate")))
+@interface ApplicationDelegate : NSObject<NSApplicationDelegate>
+
+@property(nonatomic, copy) void (^launched)(void);
+@property(nonatomic, copy) void (^reopened)(void);  // the bundle was opened once more
+@property(nonatomic, copy) void (^ending)(void);    // the process ends when it returns
+
+@end
+
+@implementation ApplicationDelegate
+
+- (void)applicationDidFinishLaunching:(NSNotification*)__unused notification {
+  self.launched();
+}
+
+- (BOOL)applicationShouldHandleReopen:(NSApplication*)__unused sender
+                    hasVisibleWindows:(BOOL)__unused hasVisibleWindows {
+  self.reopened();
+  return NO;
+}
+
+- (void)applicationWillTerminate:(NSNotification*)__unused notification {
+  self.ending();
+}
+
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)__unused application {
+  return YES;
+}
+
+@end
 
 namespace tarnwick::panel {
 namespace {
@@ -24,9 +55,9 @@ void after(int64_t delay, dispatch_block_t step) {
                  dispatch_get_main_queue(), step);
 }
 
-class StatusItemApplication {
+class RunningApplication {
  public:
-  explicit StatusItemApplication(const PanelApplication& application)
+  explicit RunningApplication(const PanelApplication& application)
       : executor_([this] { drainSoon(); }),
         model_(application.makeModel(executor_, copyToPasteboard)),
         panel_([this] { return item_.has_value() ? item_->button() : nil; },
@@ -36,13 +67,12 @@ class StatusItemApplication {
         controller_(*model_, executor_, panel_, *application.settings, application.now),
         exercise_(application.exercise) {}
 
-  ~StatusItemApplication() { [secondStarts_ stop]; }
-  StatusItemApplication(const StatusItemApplication&) = delete;
-  StatusItemApplication& operator=(const StatusItemApplication&) = delete;
+  RunningApplication(const RunningApplication&) = delete;
+  RunningApplication& operator=(const RunningApplication&) = delete;
 
   void launch() {
     item_.emplace([this] { clickItem(); });
-    secondStarts_ = listenForSecondStarts([this] { controller_.open(); });
+    instance_.listen([this] { controller_.open(); });
     if (exercise_) exercise();
   }
 
@@ -87,7 +117,7 @@ class StatusItemApplication {
   AppKitPanel panel_;
   PanelController controller_;
   std::optional<StatusItem> item_;  // absent: not launched yet
-  Listener* secondStarts_ = nil;
+  SingleInstance instance_;
   NSTimeInterval focusLeftAt_ = -sameClick;  // since the machine started; before it: never
   bool exercise_;
 };
@@ -96,11 +126,11 @@ class StatusItemApplication {
 
 int showApplication(const PanelApplication& application) {
   @autoreleasepool {
-    if (!hasDisplay()) return complain("There is no display to show the panel on. Try --print.");
-    if (askFirstInstance()) return 0;
+    if (!findDisplay()) return complain("There is no display to show the panel on. Try --print.");
+    if (SingleInstance().askToOpen()) return 0;
 
     [NSApplication.sharedApplication setActivationPolicy:NSApplicationActivationPolicyAccessory];
-    auto running = std::make_unique<StatusItemApplication>(application);
+    auto running = std::make_unique<RunningApplication>(application);
     auto* place = &running;
     // The application holds its delegate weakly.
     NS_VALID_UNTIL_END_OF_SCOPE ApplicationDelegate* delegate = [[ApplicationDelegate alloc] init];

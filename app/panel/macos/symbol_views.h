@@ -1,4 +1,4 @@
-// Texts, symbols and the sign of work in progress as views. Main thread.
+// Symbols, file icons and the sign of work in progress as views. Main thread.
 #pragma once
 
 #import "app/panel/macos/made_view.h"
@@ -6,9 +6,6 @@
 #include "app/panel/panel_tree.h"
 
 namespace tarnwick::panel {
-
-// Wrapped, no wider than `width`.
-MadeView makeLabel(const Label& label, double width);
 
 MadeView makeSymbol(const Symbol& symbol);
 MadeView makeSpinner(const Spinner& spinner);

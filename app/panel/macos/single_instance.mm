@@ -1,9 +1,22 @@
-#import "app/panel/macos/second_start.h"
+#import "app/panel/macos/single_instance.h"
 
 #import <AppKit/AppKit.h>
 
 #include <memory>
 #include <utility>
+
+// Hears one kind of distributed notification as long as it lives.
+__attribute__((objc_runtime_name("TarnwickListener")))
+@interface Listener : NSObject
+
+// `object` nil: whatever it is about.
+- (instancetype)initForName:(NSNotificationName)name
+                     object:(NSString*)object
+                     action:(void (^)(NSString* object))action;
+
+- (void)stop;
+
+@end
 
 @implementation Listener {
   void (^_action)(NSString*);
@@ -39,7 +52,7 @@
 namespace tarnwick::panel {
 namespace {
 
-constexpr NSTimeInterval patience = 2;  // seconds; the first one may be busy drawing
+constexpr NSTimeInterval answerWithin = 2;  // seconds; the first one may be busy drawing
 
 NSNotificationName const question = @"tarnwick.openPanel";  // about the asking process, by its id
 NSNotificationName const answer = @"tarnwick.panelOpened";  // about the process that asked
@@ -66,7 +79,9 @@ bool anotherMayRun() {
 
 }  // namespace
 
-bool askFirstInstance() {
+SingleInstance::~SingleInstance() { [listener_ stop]; }
+
+bool SingleInstance::askToOpen() const {
   if (!anotherMayRun()) return false;
   NSString* asking = @(NSProcessInfo.processInfo.processIdentifier).stringValue;
   __block bool answered = false;
@@ -76,7 +91,7 @@ bool askFirstInstance() {
                                                 answered = true;
                                               }];
   tell(question, asking);
-  NSDate* deadline = [NSDate dateWithTimeIntervalSinceNow:patience];
+  NSDate* deadline = [NSDate dateWithTimeIntervalSinceNow:answerWithin];
   while (!answered && deadline.timeIntervalSinceNow > 0) {
     if (![NSRunLoop.currentRunLoop runMode:NSDefaultRunLoopMode beforeDate:deadline]) break;
   }
@@ -84,14 +99,14 @@ bool askFirstInstance() {
   return answered;
 }
 
-Listener* listenForSecondStarts(std::function<void()> open) {
+void SingleInstance::listen(std::function<void()> open) {
   const auto shared = std::make_shared<const std::function<void()>>(std::move(open));
-  return [[Listener alloc] initForName:question
-                                object:nil
-                                action:^(NSString* object) {
-                                  tell(answer, object);
-                                  (*shared)();
-                                }];
+  listener_ = [[Listener alloc] initForName:question
+                                     object:nil
+                                     action:^(NSString* object) {
+                                       tell(answer, object);
+                                       (*shared)();
+                                     }];
 }
 
 }  // namespace tarnwick::panel

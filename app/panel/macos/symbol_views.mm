@@ -1,16 +1,12 @@
-#import "app/panel/macos/leaf_views.h"
+#import "app/panel/macos/symbol_views.h"
 
-#include <algorithm>
 #include <cmath>
 
-#import "app/panel/macos/roles.h"
-#import "app/panel/macos/surfaces.h"
+#import "app/panel/macos/theme.h"
 #include "sampling/tools/macos/foundation_text.h"
 
 namespace tarnwick::panel {
 namespace {
-
-constexpr CGFloat unbounded = 100'000;  // higher than any text
 
 // Of a control, readers of the screen see the cell: that an image view is no element would be lost on them.
 id<NSAccessibility> whatReadersSee(NSView* view) {
@@ -47,18 +43,6 @@ NSImage* symbolImage(const std::string& name, double pointSize, Symbol::Weight w
                                                                                           weight:fontWeight]];
 }
 
-MadeView makeLabel(const Label& label, double width) {
-  NSTextField* field = [NSTextField wrappingLabelWithString:foundationText(label.text)];
-  field.selectable = label.selectable;
-  field.font = fontOf(label.font);
-  field.textColor = colourOf(label.colour);
-  const double widest = std::min(width, label.wrapWidth.value_or(width));
-  const NSSize room = [field frameForAlignmentRect:NSMakeRect(0, 0, widest, unbounded)].size;
-  const NSSize needed = [field.cell cellSizeForBounds:NSMakeRect(0, 0, room.width, room.height)];
-  field.frame = NSMakeRect(0, 0, std::min(std::ceil(needed.width), room.width), std::ceil(needed.height));
-  return asFramed(field);
-}
-
 // The image lies in a plain view: its own alignment would move it out of the middle.
 MadeView makeSymbol(const Symbol& symbol) {
   const bool isFile = symbol.name.starts_with('/');
@@ -67,13 +51,13 @@ MadeView makeSymbol(const Symbol& symbol) {
   NSSize size = NSMakeSize(symbol.frame, symbol.frame);
   if (symbol.frame <= 0 && image != nil)
     size = NSMakeSize(std::ceil(image.size.width), std::ceil(image.size.height));
-  NSView* square = [[FlippedView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)];
+  NSView* square = [[NSView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)];
   if (image == nil) return asFramed(square);
 
   NSImageView* view = [NSImageView imageViewWithImage:image];
   view.frame = square.bounds;
   view.imageScaling = NSImageScaleProportionallyDown;
-  if (!isFile) view.contentTintColor = colourOf(symbol.colour);
+  if (!isFile) view.contentTintColor = Theme::colour(symbol.colour);
   nameForReaders(view, symbol.accessibleName);
   [square addSubview:view];
   return asFramed(square);

@@ -1,5 +1,5 @@
 // The system's fonts and colours for the roles of the panel tree. The colours follow the appearance that is
-// current when they are drawn.
+// current when they are drawn. Main thread.
 #pragma once
 
 #import <AppKit/AppKit.h>
@@ -8,8 +8,10 @@
 
 namespace tarnwick::panel {
 
-NSFont* fontOf(FontRole role);
-NSFont* buttonFont();
-NSColor* colourOf(ColourRole role);
+struct Theme {
+  static NSColor* colour(ColourRole role);
+  static NSFont* font(FontRole role);
+  static NSFont* buttonFont();
+};
 
 }  // namespace tarnwick::panel

@@ -13,13 +13,11 @@
 #include <QTextEdit>
 #include <QTimer>
 
-#include "app/panel/qt/picture.h"
-#include "app/panel/qt/popup.h"
-#include "app/panel/qt/popup_place.h"
+#include "app/panel/qt/jobs.h"
+#include "app/panel/qt/panel.h"
 #include "app/panel/qt/single_instance.h"
-#include "app/panel/qt/symbol_font.h"
 #include "app/panel/qt/symbol_views.h"
-#include "app/panel/qt/text_block.h"
+#include "app/panel/qt/text_views.h"
 #include "tests/app/panel/panel_sample.h"
 #include "tests/support/fake_model_services.h"
 #include "tests/support/hand_executor.h"
@@ -54,8 +52,8 @@ void send(QWidget* widget, QEvent::Type type, Qt::MouseButtons held) {
   QCoreApplication::sendEvent(widget, &event);
 }
 
-struct QtPanel : testing::Test {
-  QtPanel() {
+struct QtPanelTest : testing::Test {
+  QtPanelTest() {
     services.next = {sampleSnapshot(), sampleFindings()};
     controller.toggle();
     executor.runAll();
@@ -63,7 +61,7 @@ struct QtPanel : testing::Test {
   }
   void TearDown() override { controller.close(); }
 
-  QAbstractButton* button(const QString& id) { return popup.widget().findChild<QAbstractButton*>(id); }
+  QAbstractButton* button(const QString& id) { return panel.window().findChild<QAbstractButton*>(id); }
 
   // With the pointer, on the views as they are on the screen; old views go in the next turn of the loop.
   void click(const QString& id) {
@@ -89,12 +87,16 @@ struct QtPanel : testing::Test {
   FakeSettings settings;
   Model model{executor, services};
   Appearance appearance{nullptr};
-  Popup popup{appearance, [] { return QRect(500, 0, 24, 24); },
-              [this](const PanelAction& action) { controller.perform(action); }};
-  PanelController controller{model, executor, popup, settings, [this] { return services.time; }};
+  int dismissals = 0;
+  QtPanel panel{appearance,
+                [] { return QRect(500, 0, 24, 24); },
+                {.perform = [this](const PanelAction& action) { controller.perform(action); },
+                 .focusLeft = [] {},
+                 .dismissed = [this] { ++dismissals; }}};
+  PanelController controller{model, executor, panel, settings, [this] { return services.time; }};
 };
 
-TEST_F(QtPanel, ClicksReachTheController) {
+TEST_F(QtPanelTest, ClicksReachTheController) {
   click("details:docker");
   EXPECT_EQ(model.openCard(), "docker");
   EXPECT_EQ(button("details:docker")->accessibleName().toStdString(), "Less: Docker holds 8.0 GB of memory");
@@ -106,13 +108,13 @@ TEST_F(QtPanel, ClicksReachTheController) {
   EXPECT_THAT(services.calls, ElementsAre("apply: kill -TERM 41", "reset", "check", "free memory"));
   click("leftovers");
   EXPECT_TRUE(button("leftovers")->isChecked());
-  EXPECT_TRUE(button("details:caffeinate:30")->isVisibleTo(&popup.widget()));
+  EXPECT_TRUE(button("details:caffeinate:30")->isVisibleTo(&panel.window()));
 }
 
-TEST_F(QtPanel, TheMenuShowsItsFiveLinesAndRunsThem) {
+TEST_F(QtPanelTest, TheMenuShowsItsFiveLinesAndRunsThem) {
   settings.login = true;
   click("menu");
-  auto* menu = popup.widget().findChild<QMenu*>();
+  auto* menu = panel.window().findChild<QMenu*>();
   ASSERT_NE(menu, nullptr);
   const QList<QAction*> lines = menu->actions();
   ASSERT_THAT(lines, SizeIs(5));
@@ -123,18 +125,18 @@ TEST_F(QtPanel, TheMenuShowsItsFiveLinesAndRunsThem) {
   EXPECT_FALSE(settings.login);
 }
 
-TEST_F(QtPanel, QuittingEndsTheLoopWhileThePanelIsOpen) {
-  QTimer::singleShot(0, &popup.widget(), [&] { controller.perform(Quit{}); });
-  QTimer::singleShot(60'000, &popup.widget(), [] { QCoreApplication::exit(1); });
+TEST_F(QtPanelTest, QuittingEndsTheLoopWhileThePanelIsOpen) {
+  QTimer::singleShot(0, &panel.window(), [&] { controller.perform(Quit{}); });
+  QTimer::singleShot(60'000, &panel.window(), [] { QCoreApplication::exit(1); });
   EXPECT_EQ(QCoreApplication::exec(), 0);
 }
 
-TEST_F(QtPanel, TheKeyboardReachesEveryControlAndStaysAcrossARedraw) {
-  EXPECT_EQ(popup.widget().focusWidget(), &popup.widget()) << "no remedy is one key press away";
+TEST_F(QtPanelTest, TheKeyboardReachesEveryControlAndStaysAcrossARedraw) {
+  EXPECT_EQ(panel.window().focusWidget(), &panel.window()) << "no remedy is one key press away";
   std::vector<std::string> reached;
-  for (QWidget* next = popup.widget().nextInFocusChain(); next != &popup.widget();
+  for (QWidget* next = panel.window().nextInFocusChain(); next != &panel.window();
        next = next->nextInFocusChain()) {
-    if ((next->focusPolicy() & Qt::TabFocus) == 0 || !next->isVisibleTo(&popup.widget())) continue;
+    if ((next->focusPolicy() & Qt::TabFocus) == 0 || !next->isVisibleTo(&panel.window())) continue;
     reached.push_back(next->objectName().toStdString());
     EXPECT_FALSE(next->accessibleName().isEmpty()) << reached.back();
   }
@@ -146,23 +148,21 @@ TEST_F(QtPanel, TheKeyboardReachesEveryControlAndStaysAcrossARedraw) {
   button("details:docker")->setFocus();
   press(button("details:docker"), Qt::Key_Return);
   EXPECT_EQ(model.openCard(), "docker");
-  EXPECT_EQ(popup.widget().focusWidget(), button("details:docker"));
-  bool dismissed = false;
-  QObject::connect(&popup.widget(), &PopupWidget::dismissed, [&] { dismissed = true; });
-  press(&popup.widget(), Qt::Key_Escape);
-  EXPECT_TRUE(dismissed);
+  EXPECT_EQ(panel.window().focusWidget(), button("details:docker"));
+  press(&panel.window(), Qt::Key_Escape);
+  EXPECT_EQ(dismissals, 1);
 }
 
-TEST_F(QtPanel, ALowScreenScrollsAndKeepsItsPlace) {
+TEST_F(QtPanelTest, ALowScreenScrollsAndKeepsItsPlace) {
   click("more");
   click("leftovers");
   click("details:docker");
-  auto* list = popup.widget().findChild<QScrollArea*>("list");
+  auto* list = panel.window().findChild<QScrollArea*>("list");
   ASSERT_GT(list->widget()->height(), list->height()) << "the offscreen screen is 800 points high";
   list->verticalScrollBar()->setValue(77);
   model.setOpenCard(std::nullopt);
   settle();
-  list = popup.widget().findChild<QScrollArea*>("list");
+  list = panel.window().findChild<QScrollArea*>("list");
   EXPECT_EQ(list->verticalScrollBar()->value(), std::min(77, list->verticalScrollBar()->maximum()));
 }
 
@@ -246,17 +246,33 @@ TEST(QtText, AShortLastLineIsNotLeftAlone) {
 }
 
 TEST(QtSymbols, EveryNameInUseHasItsOwnGlyph) {
-  const QString names =
-      "gauge.with.dots.needle.67percent checkmark.circle.fill exclamationmark.circle.fill "
-      "exclamationmark.triangle.fill hourglass memorychip cpu internaldrive thermometer.high globe "
-      "server.rack iphone shippingbox cup.and.saucer terminal gearshape app photo.on.rectangle.angled icloud "
-      "magnifyingglass power sparkles chevron.right chevron.down arrow.clockwise ellipsis.circle";
-  std::set<QString> glyphs;
-  for (const QString& name : names.split(' ')) {
-    EXPECT_TRUE(isKnownSymbol(name.toStdString())) << name.toStdString();
-    EXPECT_TRUE(glyphs.insert(glyphOf(name.toStdString())).second) << name.toStdString();
-  }
-  EXPECT_FALSE(isKnownSymbol("chevron"));
+  const char* const names[] = {"gauge.with.dots.needle.67percent",
+                               "checkmark.circle.fill",
+                               "exclamationmark.circle.fill",
+                               "exclamationmark.triangle.fill",
+                               "hourglass",
+                               "memorychip",
+                               "cpu",
+                               "internaldrive",
+                               "thermometer.high",
+                               "globe",
+                               "server.rack",
+                               "iphone",
+                               "shippingbox",
+                               "cup.and.saucer",
+                               "terminal",
+                               "gearshape",
+                               "photo.on.rectangle.angled",
+                               "icloud",
+                               "magnifyingglass",
+                               "power",
+                               "sparkles",
+                               "chevron.right",
+                               "chevron.down",
+                               "arrow.clockwise",
+                               "ellipsis.circle"};
+  std::set<QString> glyphs{glyphOf("app")};  // also of every name that is not known
+  for (const char* name : names) EXPECT_TRUE(glyphs.insert(glyphOf(name)).second) << name;
   EXPECT_EQ(glyphOf("chevron"), glyphOf("app"));
 }
 
@@ -273,21 +289,6 @@ TEST(QtSymbols, AFileIconIsThePictureOrWhatItsEntryNames) {
       {"text.png", "not a picture", false}};
   for (const auto& [name, text, found] : cases)
     EXPECT_NE(fileIcon(QString::fromStdString(folder.write(name, text))).isNull(), found) << name;
-}
-
-TEST(QtPopupPlace, LiesBesideTheIconAndInsideTheScreen) {
-  const QRect screen(0, 30, 1000, 700);
-  const QSize panel(400, 300);
-  const std::pair<QRect, QPoint> cases[] = {
-      {{500, 0, 24, 24}, {492, 30}},     // bar at the top
-      {{980, 0, 24, 24}, {592, 30}},     // at its end
-      {{0, 0, 24, 24}, {8, 30}},         // at its start
-      {{500, 740, 24, 24}, {492, 430}},  // bar at the bottom
-      {{500, 60, 1, 1}, {492, 67}},      // a pointer
-  };
-  for (const auto& [icon, place] : cases)
-    EXPECT_EQ(popupFrame(icon, panel, screen), QRect(place, panel)) << icon.x();
-  EXPECT_EQ(popupFrame({500, 0, 24, 24}, {1200, 900}, screen).topLeft(), QPoint(8, 30));
 }
 
 TEST(QtSingleInstance, ALaterStartIsHeardByTheFirst) {

@@ -1,4 +1,4 @@
-#import "app/panel/macos/status_item.h"
+#import "app/panel/macos/desktop.h"
 
 #include <memory>
 #include <utility>
@@ -17,6 +17,13 @@ NSImage* iconImage() {
 
 }  // namespace
 
+bool findDisplay() {
+  const CFDictionaryRef session = CGSessionCopyCurrentDictionary();
+  if (session == nullptr) return false;
+  CFRelease(session);
+  return true;
+}
+
 StatusItem::StatusItem(std::function<void()> clicked)
     : item_([NSStatusBar.systemStatusBar statusItemWithLength:NSSquareStatusItemLength]) {
   const auto shared = std::make_shared<const std::function<void()>>(std::move(clicked));
@@ -33,12 +40,5 @@ StatusItem::StatusItem(std::function<void()> clicked)
 }
 
 StatusItem::~StatusItem() { [NSStatusBar.systemStatusBar removeStatusItem:item_]; }
-
-bool hasDisplay() {
-  const CFDictionaryRef session = CGSessionCopyCurrentDictionary();
-  if (session == nullptr) return false;
-  CFRelease(session);
-  return true;
-}
 
 }  // namespace tarnwick::panel
