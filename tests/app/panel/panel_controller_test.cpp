@@ -65,7 +65,7 @@ TEST_F(PanelControllerTest, OpeningChecksUnlessTheLastCheckIsFresh) {
 TEST_F(PanelControllerTest, ManyChangesOfOneTurnAreDrawnOnce) {
   openWithFindings();
   model.setOpenCard("docker");
-  model.setFound({});
+  model.copyReport();
   model.setOpenCard(std::nullopt);
   EXPECT_THAT(window.shown, IsEmpty()) << "a change is told before it takes effect";
   executor.runAll();
@@ -152,7 +152,9 @@ TEST_F(PanelControllerTest, OpensTheFirstCardThatHasEvidence) {
   openWithFindings();
   controller.openFirstCard();
   EXPECT_EQ(model.openCard(), "pid:15");
-  model.setFound({sampleFinding("a", Bucket::now), sampleFinding("b", Bucket::now)});
+  services.next.found = {sampleFinding("a", Bucket::now), sampleFinding("b", Bucket::now)};
+  controller.perform(CheckAgain{});
+  executor.runAll();
   controller.openFirstCard();
   EXPECT_EQ(model.openCard(), "a");
 }
