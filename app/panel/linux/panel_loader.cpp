@@ -36,9 +36,9 @@ LoadedModule loadModule() {
       executable.parent_path().parent_path() / TARNWICK_MODULE_DIR / panelModuleFile};
   for (const std::filesystem::path& place : places)
     if (place.is_absolute() && std::filesystem::exists(place, failure)) return load(place);
-  return {.failure =
-              "The panel is not installed: the package tarnwick-panel brings it, or “make tray” in a "
-              "source tree."};
+  return {
+      .failure =
+          "The panel is not installed: the package tarnwick-panel brings it, or “make tray” in a source tree."};
 }
 
 }  // namespace
