@@ -178,7 +178,5 @@ void Model::guess(const Finding& finding) {
 }
 
 void Model::setOpenCard(std::optional<std::string> id) { publish(openCard_, std::move(id)); }
-void Model::setSnapshot(Snapshot snapshot) { publish(snap_, std::move(snapshot)); }
-void Model::setFound(std::vector<Finding> found) { publish(found_, std::move(found)); }
 
 }  // namespace tarnwick

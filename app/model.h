@@ -76,10 +76,8 @@ class Model {
   // Asks once per evidence text what the process does.
   void guess(const Finding& finding);
 
-  // For the panel, and for a picture of the panel without a live machine.
+  // Opens that card of the panel; absent: closes the one that is open.
   void setOpenCard(std::optional<std::string> id);
-  void setSnapshot(Snapshot snapshot);  // kept as it is
-  void setFound(std::vector<Finding> found);
 
  private:
   void requireMainThread() const;

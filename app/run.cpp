@@ -87,26 +87,26 @@ int runSnapshot(const CommandLine& commandLine, const Self& self) {
   const auto check =
       commandLine.live ? std::optional(checkLive(commandLine, self)) : checkDemo(commandLine.scenario, self);
   if (!check) return complainUnknownScenario(commandLine);
-  writePanelImage({.snapshot = check->snapshot,
-                   .found = check->found,
-                   .dark = commandLine.dark,
-                   .open = commandLine.open,
-                   .path = *commandLine.imagePath});
+  panel::writePanelImage({.snapshot = check->snapshot,
+                          .found = check->found,
+                          .dark = commandLine.dark,
+                          .open = commandLine.open,
+                          .path = *commandLine.imagePath});
   return 0;  // also when the picture could not be drawn or written
 }
 
 int runApplication(const CommandLine& commandLine, const Self& self) {
   LiveCheck live(self, prTitles(commandLine, self));
-  const std::unique_ptr<PanelSettings> settings = userPanelSettings(self);
+  const std::unique_ptr<panel::PanelSettings> settings = panel::userPanelSettings(self);
   std::optional<LiveServices> services;
-  return showApplication({.makeModel =
-                              [&](Executor& executor, PanelApplication::CopyText copyText) {
-                                services.emplace(live, std::move(copyText));
-                                return std::make_unique<Model>(executor, *services);
-                              },
-                          .now = [&] { return live.clock().now(); },
-                          .settings = settings.get(),
-                          .exercise = commandLine.exercise});
+  return panel::showApplication({.makeModel =
+                                     [&](Executor& executor, panel::PanelApplication::CopyText copyText) {
+                                       services.emplace(live, std::move(copyText));
+                                       return std::make_unique<Model>(executor, *services);
+                                     },
+                                 .now = [&] { return live.clock().now(); },
+                                 .settings = settings.get(),
+                                 .exercise = commandLine.exercise});
 }
 
 int runBenchmark(const Self& self) {

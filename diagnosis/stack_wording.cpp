@@ -32,7 +32,7 @@ struct KindTally {
 };
 
 // In first-seen order.
-std::vector<KindTally> talliesOf(const Stack& stack) {
+std::vector<KindTally> talliesOf(const ProjectStack& stack) {
   std::vector<KindTally> tallies;
   std::map<std::string_view, std::size_t> places;  // by kind
   for (const StackServer& server : stack.servers) {
@@ -63,7 +63,7 @@ std::string portsText(const std::vector<std::uint16_t>& ports) {
 enum class Ports { shown, hidden };
 
 // What runs: the kinds of servers, then the databases by label.
-std::string contents(const Stack& stack, Ports ports) {
+std::string contents(const ProjectStack& stack, Ports ports) {
   std::vector<std::string> phrases;
   for (const KindTally& tally : talliesOf(stack)) {
     std::string phrase = counted(tally.n, tally.kind);
@@ -83,12 +83,12 @@ struct Story {
   std::string hint;    // likewise; may be empty
 };
 
-Story storyWithoutRepository(const Stack& stack, Surroundings& surroundings) {
+Story storyWithoutRepository(const ProjectStack& stack, Surroundings& surroundings) {
   return {stack.name + " is still running", " " + startedBy(stack.start, stack.age, stack.work, surroundings),
           ""};
 }
 
-Story storyOfBranch(const Stack& stack, const Git& git, Surroundings& surroundings) {
+Story storyOfBranch(const ProjectStack& stack, const Git& git, Surroundings& surroundings) {
   const bool shared = isShared(git.branch);
   Story story;
   story.title = fmt::format("{}{} is still running", git.isCopy ? "A copy of " : "", git.repo);
@@ -106,12 +106,14 @@ Story storyOfBranch(const Stack& stack, const Git& git, Surroundings& surroundin
   return story;
 }
 
-const std::string& jobName(const Stack& stack) { return stack.job->job ? *stack.job->job : stack.name; }
+const std::string& jobName(const ProjectStack& stack) {
+  return stack.job->job ? *stack.job->job : stack.name;
+}
 
 bool isWorking(const ClaudeWork& job) { return job.jobState == "working"; }
 
 // What the job was about, by the best description there is.
-std::string jobTopic(const Stack& stack, Surroundings& surroundings) {
+std::string jobTopic(const ProjectStack& stack, Surroundings& surroundings) {
   const ClaudeWork& job = *stack.job;
   std::optional<std::string> number;
   if (job.pr) number = std::to_string(*job.pr);
@@ -136,7 +138,7 @@ std::string jobEnding(const ClaudeWork& job, Timestamp now) {
   return fmt::format(" The job ended{}, but its server still runs.", when);
 }
 
-Story storyOfJob(const Stack& stack, Timestamp now, Surroundings& surroundings) {
+Story storyOfJob(const ProjectStack& stack, Timestamp now, Surroundings& surroundings) {
   const std::size_t count = stack.servers.size();
   const std::string what = count == 1 ? "A test server" : fmt::format("{} test servers", count);
   return {fmt::format("{} from the Claude Code job “{}” {} still running", what, jobName(stack),
@@ -145,13 +147,13 @@ Story storyOfJob(const Stack& stack, Timestamp now, Surroundings& surroundings) 
           isWorking(*stack.job) ? "" : " It is safe to stop."};
 }
 
-Story storyOf(const Stack& stack, Timestamp now, Surroundings& surroundings) {
+Story storyOf(const ProjectStack& stack, Timestamp now, Surroundings& surroundings) {
   if (stack.job) return storyOfJob(stack, now, surroundings);
   if (stack.project) return storyOfBranch(stack, *stack.project, surroundings);
   return storyWithoutRepository(stack, surroundings);
 }
 
-void addJobLines(const Stack& stack, std::vector<std::string>& lines) {
+void addJobLines(const ProjectStack& stack, std::vector<std::string>& lines) {
   lines.push_back(fmt::format("Claude Code background job “{}”, state: {}", jobName(stack),
                               stack.job->jobState.value_or("unknown")));
   if (const auto& git = stack.jobRepository) {
@@ -160,7 +162,7 @@ void addJobLines(const Stack& stack, std::vector<std::string>& lines) {
   }
 }
 
-std::string evidenceOf(const Stack& stack, Surroundings& surroundings) {
+std::string evidenceOf(const ProjectStack& stack, Surroundings& surroundings) {
   std::vector<std::string> lines;
   for (const StackServer& server : stack.servers) {
     lines.push_back(fmt::format("Server: {}. Command: {}", server.kind,
@@ -179,12 +181,12 @@ std::string evidenceOf(const Stack& stack, Surroundings& surroundings) {
   return facts(stack.start.who, stack.project, stack.work, std::move(lines));
 }
 
-std::string subjectOf(const Stack& stack) {
+std::string subjectOf(const ProjectStack& stack) {
   if (stack.job) return "a test server";
   return stack.project ? stack.project->repo : stack.name;
 }
 
-std::string summaryOf(const Stack& stack) {
+std::string summaryOf(const ProjectStack& stack) {
   if (!stack.job) return fmt::format("{}, on for {}.", contents(stack, Ports::hidden), ago(stack.age));
   return fmt::format("From the Claude Code job “{}”, which {}.", jobName(stack),
                      isWorking(*stack.job) ? "is still working" : "has stopped");
@@ -192,7 +194,7 @@ std::string summaryOf(const Stack& stack) {
 
 }  // namespace
 
-StackWords wordsFor(const Stack& stack, const Snapshot& snapshot, Surroundings& surroundings) {
+StackWords wordsFor(const ProjectStack& stack, const Snapshot& snapshot, Surroundings& surroundings) {
   Story story = storyOf(stack, snapshot.now, surroundings);
   return {.title = std::move(story.title),
           .detail = fmt::format("It runs {}.{} It uses {} in total.{}", contents(stack, Ports::shown),

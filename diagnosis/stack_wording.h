@@ -19,7 +19,7 @@ struct StackServer {
 };
 
 // The servers and containers of one project. Points into the snapshot.
-struct Stack {
+struct ProjectStack {
   std::string root;                       // project folder
   std::string name;                       // its last path component
   std::vector<StackServer> servers = {};  // by first listening port; never empty
@@ -42,6 +42,6 @@ struct StackWords {
   std::string summary;
 };
 
-StackWords wordsFor(const Stack& stack, const Snapshot& snapshot, Surroundings& surroundings);
+StackWords wordsFor(const ProjectStack& stack, const Snapshot& snapshot, Surroundings& surroundings);
 
 }  // namespace tarnwick

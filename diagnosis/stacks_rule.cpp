@@ -72,9 +72,9 @@ struct Run {
   TreeMemory memory;
 };
 
-Stack stackOf(const std::string& root, const std::vector<const Proc*>& servers, Run& run,
-              Surroundings& surroundings) {
-  Stack stack{.root = root, .name = std::string(lastPathComponent(root))};
+ProjectStack stackOf(const std::string& root, const std::vector<const Proc*>& servers, Run& run,
+                     Surroundings& surroundings) {
+  ProjectStack stack{.root = root, .name = std::string(lastPathComponent(root))};
   for (const Proc* server : servers) {  // in ascending pid, the order of the snapshot's memory
     stack.servers.push_back({server, serverKind(*server)});
     stack.bytes = checkedAdd(stack.bytes, run.memory.of(*server));
@@ -103,7 +103,7 @@ Stack stackOf(const std::string& root, const std::vector<const Proc*>& servers, 
 }
 
 // Ends the servers and the containers. What hangs below a server ends with it.
-Action stopAll(const Stack& stack, const std::set<Pid>& termed) {
+Action stopAll(const ProjectStack& stack, const std::set<Pid>& termed) {
   All all;
   for (const StackServer& server : stack.servers) all.fixes.push_back({stopSignal(*server.proc, termed)});
   for (const Container* container : stack.containers) all.fixes.push_back({DockerStop{container->id}});
@@ -118,7 +118,7 @@ std::vector<Finding> stacks(const Snapshot& snapshot, const std::set<Pid>& terme
   Run run(snapshot);
   std::vector<Finding> found;
   for (auto& [root, servers] : serversByProject(snapshot, surroundings)) {
-    const Stack stack = stackOf(root, servers, run, surroundings);
+    const ProjectStack stack = stackOf(root, servers, run, surroundings);
     StackWords words = wordsFor(stack, snapshot, surroundings);
     found.push_back({.id = "stack:" + root,
                      .bucket = Bucket::leftovers,

@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
+
+constexpr double iconGap = 6;       // between icon and panel
+constexpr double screenMargin = 8;  // to the screen's sides, and of the panel beyond the icon's left side
 
 Extent fillColumn(const Stack& stack, double inner, const MakeChild& makeChild, std::vector<Spot>& spots) {
   Extent used;
@@ -45,6 +48,19 @@ Extent fillRow(const Stack& stack, double inner, const MakeChild& makeChild, std
   return {filled ? inner : x - stack.insets.left - stack.spacing, height};
 }
 
+// The screen may be smaller than the panel: its first side is the one that stays visible.
+double within(double value, double lowest, double highest) {
+  return std::max(std::min(value, highest), lowest);
+}
+
+double leftSide(const Area& icon, const Extent& panel, const Area& visible) {
+  const double rightmost = visible.x + visible.width - panel.width - screenMargin;
+  return within(icon.x - screenMargin, visible.x + screenMargin, rightmost);
+}
+
+// The pixel in the middle.
+double middleRow(const Area& area) { return std::floor(area.y + (area.height - 1) / 2); }
+
 }  // namespace
 
 Arrangement arrange(const Stack& stack, double width, const MakeChild& makeChild) {
@@ -58,4 +74,14 @@ Arrangement arrange(const Stack& stack, double width, const MakeChild& makeChild
   return result;
 }
 
-}  // namespace tarnwick
+Spot underIcon(const Area& icon, const Extent& panel, const Area& visible) {
+  return {leftSide(icon, panel, visible), icon.y - iconGap - panel.height};
+}
+
+Spot besideIcon(const Area& icon, const Extent& panel, const Area& visible) {
+  const bool below = middleRow(icon) < middleRow(visible);
+  const double y = below ? icon.y + icon.height + iconGap : icon.y - iconGap - panel.height;
+  return {leftSide(icon, panel, visible), within(y, visible.y, visible.y + visible.height - panel.height)};
+}
+
+}  // namespace tarnwick::panel

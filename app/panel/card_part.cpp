@@ -1,6 +1,6 @@
 #include "app/panel/parts.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr double iconSide = 28;
@@ -25,8 +25,7 @@ Node detailsLink(const Finding& finding, bool open) {
   return {link};
 }
 
-}  // namespace
-
+// The remedy that a closed card offers; null: none.
 const Action* primaryAction(const Finding& finding) {
   for (const Step& step : finding.steps) {
     if (step.action.has_value()) return &*step.action;
@@ -43,6 +42,63 @@ Node remedyButton(const Action& action, const Finding& finding, bool enabled) {
                  .enabled = enabled,
                  .action = RunRemedy{action, finding}}};
 }
+
+Node copyable(const std::string& text) {
+  return {Label{.text = text, .font = FontRole::callout, .colour = ColourRole::secondary, .selectable = true},
+          true};
+}
+
+Node guessRow(const std::string& guess) {
+  Stack line = row(6, {{Symbol{.name = "sparkles",
+                               .size = 13,
+                               .colour = ColourRole::secondary,
+                               .accessibleName = "A guess by the on-device AI model"}},
+                       copyable(guess)});
+  line.toolTip = "A guess by the on-device AI model, from the facts below. It can be wrong.";
+  return {line};
+}
+
+// As wide as any other, so that the steps line up.
+Node numeral(int number) {
+  Stack place = row(0, {label(std::to_string(number) + ".", FontRole::number, ColourRole::secondary)});
+  place.width = number < 10 ? 16 : 22;
+  return {place};
+}
+
+// Is it a remedy that the closed card does not already offer?
+bool isFurther(const Action& action, const Action* primary) {
+  return primary == nullptr || action.id() != primary->id();
+}
+
+// What an open card adds.
+Node details(const Finding& finding, const PanelView& view) {
+  const Action* primary = primaryAction(finding);
+  Stack all = column(6);
+  all.insets.top = 4;
+  all.width = cardTextWidth;
+
+  if (finding.evidence.has_value()) {
+    const auto guess = view.guesses.find(*finding.evidence);
+    if (guess != view.guesses.end()) all.children.push_back(guessRow(guess->second));
+  }
+  all.children.push_back(copyable(finding.detail));
+
+  int number = 0;
+  for (const Step& step : finding.steps) {
+    Stack instruction = column(4, {copyable(step.text)});
+    if (step.action.has_value() && isFurther(*step.action, primary))
+      instruction.children.push_back(remedyButton(*step.action, finding, !view.busy));
+    Stack line = row(4, {numeral(++number), {instruction, true}});
+    line.alignment = Stack::Alignment::start;
+    all.children.push_back({line});
+  }
+  for (const Action& action : finding.actions) {
+    if (isFurther(action, primary)) all.children.push_back(remedyButton(action, finding, !view.busy));
+  }
+  return {all};
+}
+
+}  // namespace
 
 Node card(const Finding& finding, const PanelView& view) {
   const bool open = view.openCard == finding.id;
@@ -62,4 +118,4 @@ Node card(const Finding& finding, const PanelView& view) {
               .child = {{inside}}}};
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

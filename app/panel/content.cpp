@@ -2,11 +2,12 @@
 
 #include <algorithm>
 
+#include "app/panel/panel_jobs.h"
 #include "app/panel/parts.h"
 #include "records/checked.h"
 #include "records/wording.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr std::size_t alwaysShown = 3;
@@ -92,4 +93,14 @@ Node content(const PanelView& view, const PanelState& state, Timestamp now) {
   return {all};
 }
 
-}  // namespace tarnwick
+Node pictureContent(const PanelPicture& picture) {
+  const std::optional<Snapshot> snap = picture.snapshot;
+  const std::optional<Note> note;
+  const Guesses guesses;
+  std::optional<std::string> openCard;
+  if (picture.open && !picture.found.empty()) openCard = picture.found.front().id;
+  return content({snap, picture.found, false, note, guesses, openCard}, {.showLeftovers = picture.open},
+                 picture.snapshot.now);
+}
+
+}  // namespace tarnwick::panel

@@ -2,7 +2,7 @@
 #include "app/panel/parts.h"
 #include "records/wording.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 std::string freshness(const PanelView& view, Timestamp now) {
@@ -47,4 +47,4 @@ std::vector<MenuItem> menu(bool opensAtLogin, bool prTitles) {
           {.title = "Quit Tarnwick", .action = Quit{}}};
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -5,7 +5,7 @@
 
 #include "records/finding.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 struct ToggleMore {
   bool operator==(const ToggleMore&) const = default;
@@ -51,4 +51,4 @@ struct Quit {
 using PanelAction = std::variant<ToggleMore, ToggleLeftovers, OpenDetails, CloseDetails, RunRemedy,
                                  CheckAgain, OpenMenu, CopyReport, ToggleLoginItem, TogglePrTitles, Quit>;
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

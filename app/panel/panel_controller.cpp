@@ -5,7 +5,7 @@
 
 #include "app/panel/content.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr double freshFor = 10;  // seconds; opening the panel checks again after that
@@ -71,7 +71,7 @@ void PanelController::perform(const PanelAction& action) {
 Node PanelController::content() const {
   PanelState state = state_;
   state.visibleScreenHeight = window_.visibleScreenHeight();
-  return tarnwick::content(viewOf(model_), state, now_());
+  return panel::content(viewOf(model_), state, now_());
 }
 
 void PanelController::openFirstCard() {
@@ -112,4 +112,4 @@ void PanelController::togglePrTitles() {
   if (settings_.prTitles()) model_.refresh(true);
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

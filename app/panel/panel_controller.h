@@ -5,10 +5,10 @@
 #include <memory>
 
 #include "app/executor.h"
-#include "app/panel/panel_state.h"
+#include "app/panel/content.h"
 #include "app/panel/panel_window.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 class PanelController {
  public:
@@ -51,4 +51,4 @@ class PanelController {
   Model::Subscription watch;
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -11,7 +11,7 @@
 #include "app/model.h"
 #include "app/panel/panel_window.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // The normal run: icon, panel and main loop.
 struct PanelApplication {
@@ -45,4 +45,4 @@ int showApplication(const PanelApplication& application);
 // False when nothing was written, for whatever reason; never says why.
 bool writePanelImage(const PanelPicture& picture);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

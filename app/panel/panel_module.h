@@ -6,7 +6,7 @@
 
 #include "app/panel/panel_jobs.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 using PanelJob = std::variant<PanelApplication, PanelPicture>;
 
@@ -14,7 +14,7 @@ inline constexpr const char* panelModuleFile = "libtarnwick_panel.so";
 inline constexpr const char* panelModuleEntry = "tarnwickPanel";
 using PanelModuleEntry = int (*)(const PanelJob&);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel
 
 // The exit status of an application; 0 for a picture that was written.
-extern "C" int tarnwickPanel(const tarnwick::PanelJob& job);
+extern "C" int tarnwickPanel(const tarnwick::panel::PanelJob& job);

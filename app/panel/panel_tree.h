@@ -1,6 +1,6 @@
 // The panel as a tree of plain values: every text, distance, font role, colour role, tool tip and action
-// is here, and a painter per toolkit makes views of it without deciding anything. Copied freely, compared
-// by value. All lengths are points (logical pixels); texts are UTF-8.
+// is here, and a painter per toolkit makes views of it without deciding anything. All lengths are points
+// (logical pixels); texts are UTF-8.
 #pragma once
 
 #include <optional>
@@ -10,7 +10,7 @@
 
 #include "app/panel/panel_action.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 enum class FontRole {
   headline,     // bold 13
@@ -28,7 +28,6 @@ enum class ColourRole { label, secondary, green, orange };
 
 struct Insets {
   double top = 0, left = 0, bottom = 0, right = 0;
-  bool operator==(const Insets&) const = default;
 };
 
 struct Node;
@@ -46,8 +45,6 @@ struct Stack {
   std::optional<double> width;  // insets included; absent: as wide as its children
   std::vector<Node> children;
   std::string toolTip;  // of the whole stack; empty: none
-
-  bool operator==(const Stack&) const;
 };
 
 // A text that wraps at the width it has. It is never cut off.
@@ -57,8 +54,6 @@ struct Label {
   ColourRole colour = ColourRole::label;
   std::optional<double> wrapWidth;  // the widest it may get; absent: what its parent leaves
   bool selectable = false;          // the user can mark and copy the text
-
-  bool operator==(const Label&) const = default;
 };
 
 // A picture: a system symbol by name, or the file icon of a path (begins with "/").
@@ -71,8 +66,6 @@ struct Symbol {
   Weight weight = Weight::regular;
   ColourRole colour = ColourRole::label;
   std::string accessibleName;  // empty: decoration, a reader skips it
-
-  bool operator==(const Symbol&) const = default;
 };
 
 struct Button {
@@ -86,8 +79,6 @@ struct Button {
   Style style = Style::small;
   bool enabled = true;
   PanelAction action;
-
-  bool operator==(const Button&) const = default;
 };
 
 // A rounded surface around one child.
@@ -98,8 +89,6 @@ struct Box {
   double opacity = 0;           // of the background, 0..1
   std::optional<double> width;  // insets included; absent: as wide as its child
   std::vector<Node> child;      // exactly one
-
-  bool operator==(const Box&) const;
 };
 
 // A list that scrolls vertically where it is higher than its cap. No background; the scroller hides itself.
@@ -107,8 +96,6 @@ struct Scroll {
   double width = 0;                 // of the list
   std::optional<double> heightCap;  // absent: as high as the list
   std::vector<Node> child;          // exactly one
-
-  bool operator==(const Scroll&) const;
 };
 
 // A row that is one big button, and opens or closes what follows it.
@@ -118,23 +105,17 @@ struct Fold {
   std::string accessibleName;
   PanelAction action;
   std::vector<Node> row;  // exactly one
-
-  bool operator==(const Fold&) const;
 };
 
 // The small sign of work in progress.
 struct Spinner {
   double size = 16;
   std::string accessibleName;
-
-  bool operator==(const Spinner&) const = default;
 };
 
 struct Node {
   std::variant<Stack, Label, Symbol, Button, Box, Scroll, Fold, Spinner> view;
   bool grows = false;  // in a horizontal stack: takes the width that the others leave
-
-  bool operator==(const Node&) const;
 };
 
 // One line of the panel's menu.
@@ -147,4 +128,4 @@ struct MenuItem {
   bool operator==(const MenuItem&) const = default;
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -8,7 +8,7 @@
 
 #include "app/panel/panel_tree.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 class PanelWindow {
  public:
@@ -49,4 +49,4 @@ class PanelSettings {
 // The user's choices on this system.
 std::unique_ptr<PanelSettings> userPanelSettings(const Self& self);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

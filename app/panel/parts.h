@@ -5,10 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "app/panel/panel_state.h"
-#include "app/panel/panel_tree.h"
+#include "app/panel/content.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 inline constexpr double panelWidth = 400;
 inline constexpr double panelMargin = 14;
@@ -38,15 +37,10 @@ Node verdictRow(const PanelView& view);
 Node chipRow(const Snapshot& snapshot);
 Node noteBanner(const Note& note);
 
-// card_part.cpp: one finding.
+// card_part.cpp: one finding, closed or open.
 Node card(const Finding& finding, const PanelView& view);
-const Action* primaryAction(const Finding& finding);  // null: the card has no button
-Node remedyButton(const Action& action, const Finding& finding, bool enabled);
-
-// details_part.cpp: what an open card adds.
-Node details(const Finding& finding, const PanelView& view);
 
 // footer_part.cpp
 Node footer(const PanelView& view, Timestamp now);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

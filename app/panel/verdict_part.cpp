@@ -6,7 +6,7 @@
 #include "diagnosis/verdict.h"
 #include "records/wording.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 Node chip(const std::string& symbol, const std::string& text, bool warning) {
@@ -75,4 +75,4 @@ Node noteBanner(const Note& note) {
           .child = {{row(7, {{Symbol{.name = note.icon, .size = 15, .colour = colour}}, {text, true}})}}}};
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

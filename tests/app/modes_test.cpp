@@ -65,9 +65,13 @@ TEST(TerminalText, WhatControlsATerminalIsMadeVisible) {
       {"tab, return, bell, backspace", "\t\r\a\b", "␉␍␇␈"},
       {"zero and delete", std::string("\0\x7F", 2), "␀␡"},
       {"the 8-bit control sequence introducer", "a\u009B31m", "a<U+009B>31m"},
-      {"right-to-left override and isolates", "x\u202Etxt\u2066", "x<U+202E>txt<U+2066>"},
-      {"line separator", "a\u2028b", "a<U+2028>b"},
-      {"neighbours of the ranges stay", "\u00A0\u202F\u2070 ~", "\u00A0\u202F\u2070 ~"},
+      {"direction marks", "\u061C\u200E\u200F", "<U+061C><U+200E><U+200F>"},
+      {"embeddings and overrides", "\u202A\u202B\u202C\u202D\u202E",
+       "<U+202A><U+202B><U+202C><U+202D><U+202E>"},
+      {"isolates", "\u2066\u2067\u2068\u2069", "<U+2066><U+2067><U+2068><U+2069>"},
+      {"line and paragraph separator", "a\u2028\u2029b", "a<U+2028><U+2029>b"},
+      {"neighbours of the ranges stay", "\u00A0\u061B\u061D\u200D\u2010\u2027\u202F\u2065\u206A ~",
+       "\u00A0\u061B\u061D\u200D\u2010\u2027\u202F\u2065\u206A ~"},
       {"invalid bytes", "a\x9B\xFFz", "a\uFFFD\uFFFDz"},
   };
   for (const auto& [what, text, harmless] : cases) EXPECT_EQ(harmlessForTerminal(text), harmless) << what;

@@ -3,6 +3,7 @@
 
 #include <regex>
 
+#include "tests/house/source_tree.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {
@@ -107,25 +108,6 @@ bool isNamed(std::string_view file, std::string_view cmakeLists) {
   return false;
 }
 
-namespace fs = std::filesystem;
-
-const fs::path root = TARNWICK_SOURCE_DIR;
-const std::vector<std::string> folders{"records", "diagnosis", "sampling", "context",
-                                       "app",     "bench",     "tests"};
-
-// Every file of the tree with one of those endings, relative to the root.
-std::vector<std::string> filesEndingIn(const std::vector<std::string>& endings) {
-  std::vector<std::string> files;
-  for (const std::string& folder : folders) {
-    for (const auto& entry : fs::recursive_directory_iterator(root / folder)) {
-      const std::string ending = entry.path().extension();
-      if (std::find(endings.begin(), endings.end(), ending) == endings.end()) continue;
-      files.push_back(fs::relative(entry.path(), root));
-    }
-  }
-  return files;
-}
-
 // "linux/x.cpp" as a list names it that has such a file for each system.
 std::string forAnySystem(const std::string& name) {
   return std::regex_replace(name, std::regex("(linux|macos)/"), "$${TARNWICK_SYSTEM}/");
@@ -135,7 +117,7 @@ TEST(House, NoFileIncludesUpwardsOrAsksForThePlatform) {
   const std::vector<std::string> files = filesEndingIn({".h", ".cpp", ".mm"});
   EXPECT_GT(files.size(), 20U);
   for (const std::string& file : files) {
-    const std::string text = textOfFile(root / file);
+    const std::string text = textOfFile(sourceRoot / file);
     EXPECT_THAT(forbiddenIncludes(file, text), IsEmpty());
     EXPECT_THAT(platformConditions(file, text), IsEmpty());
   }
@@ -143,9 +125,9 @@ TEST(House, NoFileIncludesUpwardsOrAsksForThePlatform) {
 
 TEST(House, EverySourceFileIsNamedByATarget) {
   for (const std::string& file : filesEndingIn({".cpp", ".mm", ".swift"})) {
-    fs::path folder = (root / file).parent_path();
-    while (!fs::exists(folder / "CMakeLists.txt")) folder = folder.parent_path();
-    const std::string name = fs::relative(root / file, folder);
+    std::filesystem::path folder = (sourceRoot / file).parent_path();
+    while (!std::filesystem::exists(folder / "CMakeLists.txt")) folder = folder.parent_path();
+    const std::string name = std::filesystem::relative(sourceRoot / file, folder);
     const std::string list = textOfFile(folder / "CMakeLists.txt");
     EXPECT_TRUE(isNamed(name, list) || isNamed(forAnySystem(name), list)) << file << " is in no target";
   }

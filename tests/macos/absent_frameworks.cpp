@@ -3,7 +3,6 @@
 #include <string>
 
 #include "app/macos/applications.h"
-#include "app/panel/macos/login_item.h"
 #include "app/panel/panel_jobs.h"
 #include "context/local_date.h"
 #include "context/macos/apple_events.h"
@@ -31,9 +30,8 @@ void copyToPasteboard(const std::string& /*text*/) {}
 bool isDefaultTrue(const std::string& /*name*/) { return false; }
 void setDefault(const std::string& /*name*/, bool /*value*/) {}
 
-bool isLoginItem() { return false; }
-void setLoginItem(bool /*on*/) {}
-int showApplication(const PanelApplication& /*application*/) { return 1; }
-bool writePanelImage(const PanelPicture& /*picture*/) { return false; }
+int panel::showApplication(const panel::PanelApplication& /*application*/) { return 1; }
+std::unique_ptr<panel::PanelSettings> panel::userPanelSettings(const Self& /*self*/) { return nullptr; }
+bool panel::writePanelImage(const panel::PanelPicture& /*picture*/) { return false; }
 
 }  // namespace tarnwick

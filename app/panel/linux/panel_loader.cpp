@@ -8,7 +8,7 @@
 #include "app/output.h"
 #include "app/panel/panel_module.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 // Either the entry or, when that is null, a sentence that says why.
@@ -36,9 +36,9 @@ LoadedModule loadModule() {
       executable.parent_path().parent_path() / TARNWICK_MODULE_DIR / panelModuleFile};
   for (const std::filesystem::path& place : places)
     if (place.is_absolute() && std::filesystem::exists(place, failure)) return load(place);
-  return {.failure =
-              "The panel is not installed: the package tarnwick-panel brings it, or “make tray” in a "
-              "source tree."};
+  return {
+      .failure =
+          "The panel is not installed: the package tarnwick-panel brings it, or “make tray” in a source tree."};
 }
 
 }  // namespace
@@ -54,4 +54,4 @@ bool writePanelImage(const PanelPicture& picture) {
   return module.entry != nullptr && module.entry(picture) == 0;
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -1,9 +1,12 @@
-#include "app/panel/linux/user_panel_settings.h"
-
+// The menu's two choices of the Linux user: an autostart entry and a line in the user's defaults.
 #include <filesystem>
 #include <system_error>
 
-namespace tarnwick {
+#include "app/linux/login_item.h"
+#include "app/linux/user_defaults.h"
+#include "app/panel/panel_window.h"
+
+namespace tarnwick::panel {
 namespace {
 
 // The name of the file, not the link to it: the entry is read by another process, in another run.
@@ -12,13 +15,25 @@ std::string executablePath() {
   return std::filesystem::read_symlink("/proc/self/exe", failure).string();
 }
 
-}  // namespace
+class UserPanelSettings final : public PanelSettings {
+ public:
+  explicit UserPanelSettings(const std::string& home)
+      : loginItem_(configFolder(home), executablePath()), defaults_(configFolder(home)) {}
 
-UserPanelSettings::UserPanelSettings(const std::string& home)
-    : loginItem_(configFolder(home), executablePath()), defaults_(configFolder(home)) {}
+  bool opensAtLogin() override { return loginItem_.isEnabled(); }
+  void setOpensAtLogin(bool on) override { loginItem_.setEnabled(on); }
+  bool prTitles() override { return defaults_.isTrue("prTitles"); }
+  void setPrTitles(bool on) override { defaults_.set("prTitles", on); }
+
+ private:
+  LoginItem loginItem_;
+  UserDefaults defaults_;
+};
+
+}  // namespace
 
 std::unique_ptr<PanelSettings> userPanelSettings(const Self& self) {
   return std::make_unique<UserPanelSettings>(self.home);
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

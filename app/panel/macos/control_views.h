@@ -1,12 +1,25 @@
-// Buttons and fold rows as views. Each calls `target`, which it holds weakly. Main thread.
+// Buttons and fold rows as views, and what every control calls. Main thread.
 #pragma once
 
 #import "app/panel/macos/made_view.h"
-#import "app/panel/macos/target.h"
 
 #include "app/panel/panel_tree.h"
 
-namespace tarnwick {
+// What a control, a menu item or the status item calls when it is used. They hold their target weakly, so
+// whoever makes one keeps the target as long as the control.
+// Classes share one name space with every framework of the process; the runtime sees a longer name.
+__attribute__((objc_runtime_name("TarnwickTarget")))
+@interface Target : NSObject
+
++ (instancetype)targetWithAction:(void (^)(void))action;
+
+@property(nonatomic, copy, readonly) void (^action)(void);
+
+- (void)fire;
+
+@end
+
+namespace tarnwick::panel {
 
 // No wider than `width`.
 MadeView makeButton(const Button& button, double width, Target* target);
@@ -14,4 +27,4 @@ MadeView makeButton(const Button& button, double width, Target* target);
 // Around the row, which stays a picture: the whole surface is one button.
 MadeView makeFold(const Fold& fold, const MadeView& row, Target* target);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -3,9 +3,25 @@
 #include <algorithm>
 #include <cmath>
 
-#import "app/panel/macos/leaf_views.h"
-#import "app/panel/macos/roles.h"
+#import "app/panel/macos/symbol_views.h"
+#import "app/panel/macos/theme.h"
 #include "sampling/tools/macos/foundation_text.h"
+
+@implementation Target
+
++ (instancetype)targetWithAction:(void (^)(void))action {
+  Target* target = [[Target alloc] init];
+  target->_action = [action copy];
+  return target;
+}
+
+// The action may replace the panel's views, and this target with them.
+- (void)fire {
+  void (^action)(void) = self.action;
+  action();
+}
+
+@end
 
 // A title that stands where a text would, and shows by its colour and the pointer that it can be clicked.
 __attribute__((objc_runtime_name("TarnwickLinkButton")))
@@ -42,7 +58,7 @@ __attribute__((objc_runtime_name("TarnwickFoldButton")))
 
 @end
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr double symbolSize = 15;
@@ -58,7 +74,7 @@ NSButton* smallButton(NSString* title) {
   NSButton* view = [NSButton buttonWithTitle:title target:nil action:nil];
   view.bezelStyle = NSBezelStyleRounded;
   view.controlSize = NSControlSizeSmall;
-  view.font = buttonFont();
+  view.font = Theme::buttonFont();
   return view;
 }
 
@@ -67,7 +83,7 @@ NSButton* linkButton(NSString* title) {
   makeBorderless(view);
   view.attributedTitle = [[NSAttributedString alloc] initWithString:title
                                                          attributes:@{
-                                                           NSFontAttributeName : buttonFont(),
+                                                           NSFontAttributeName : Theme::buttonFont(),
                                                            NSForegroundColorAttributeName : NSColor.linkColor
                                                          }];
   return view;
@@ -76,7 +92,7 @@ NSButton* linkButton(NSString* title) {
 NSButton* plainButton(NSString* title) {
   NSButton* view = [NSButton buttonWithTitle:title target:nil action:nil];
   makeBorderless(view);
-  view.font = buttonFont();
+  view.font = Theme::buttonFont();
   return view;
 }
 
@@ -87,7 +103,7 @@ NSButton* symbolButton(const Button& button) {
   NSButton* view = [NSButton buttonWithImage:image target:nil action:nil];
   makeBorderless(view);
   view.imagePosition = NSImageOnly;
-  view.contentTintColor = colourOf(ColourRole::secondary);
+  view.contentTintColor = Theme::colour(ColourRole::secondary);
   view.frame = NSMakeRect(0, 0, symbolSide, symbolSide);
   return view;
 }
@@ -133,4 +149,4 @@ MadeView makeFold(const Fold& fold, const MadeView& row, Target* target) {
   return {view, size};
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -8,7 +8,7 @@
 
 #include "app/panel/arrangement.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 struct MadeView {
   NSView* view;
@@ -28,4 +28,4 @@ inline void place(const MadeView& made, Spot spot, NSView* parent) {
       [made.view frameForAlignmentRect:NSMakeRect(spot.x, spot.y, made.size.width, made.size.height)];
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

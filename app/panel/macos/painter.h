@@ -6,10 +6,10 @@
 
 #include <functional>
 
-#include "app/panel/macos/target.h"
+#import "app/panel/macos/control_views.h"
 #include "app/panel/panel_tree.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 using Perform = std::function<void(const PanelAction&)>;
 
@@ -23,4 +23,4 @@ struct Painting {
 // `perform` is called from clicks, and must outlive the painting.
 Painting paint(const Node& node, const Perform& perform);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

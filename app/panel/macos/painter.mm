@@ -1,18 +1,96 @@
 #import "app/panel/macos/painter.h"
 
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 #include "app/panel/arrangement.h"
-#import "app/panel/macos/control_views.h"
-#import "app/panel/macos/leaf_views.h"
-#import "app/panel/macos/surfaces.h"
+#import "app/panel/macos/symbol_views.h"
+#import "app/panel/macos/text_views.h"
+#import "app/panel/macos/theme.h"
 #include "sampling/tools/macos/foundation_text.h"
 
-namespace tarnwick {
+// The plain surfaces that the panel is laid out on. Their colours follow the appearance: each is looked up
+// when the surface is drawn.
+
+// A view whose content grows downwards from the top.
+__attribute__((objc_runtime_name("TarnwickFlippedView")))
+@interface FlippedView : NSView
+@end
+
+@implementation FlippedView
+
+- (BOOL)isFlipped {
+  return YES;
+}
+
+@end
+
+// A rounded surface in a transparent colour.
+__attribute__((objc_runtime_name("TarnwickBoxView")))
+@interface BoxView : FlippedView
+
+- (instancetype)initWithBox:(const tarnwick::panel::Box&)box;
+
+@end
+
+@implementation BoxView {
+  tarnwick::panel::ColourRole _colour;
+  CGFloat _opacity;
+  std::optional<double> _cornerRadius;
+}
+
+- (instancetype)initWithBox:(const tarnwick::panel::Box&)box {
+  self = [super initWithFrame:NSZeroRect];
+  if (self != nil) {
+    _colour = box.background;
+    _opacity = box.opacity;
+    _cornerRadius = box.cornerRadius;
+  }
+  return self;
+}
+
+- (void)drawRect:(NSRect)__unused dirtyRect {
+  const CGFloat radius = _cornerRadius.value_or(NSHeight(self.bounds) / 2);
+  [[tarnwick::panel::Theme::colour(_colour) colorWithAlphaComponent:_opacity] setFill];
+  [[NSBezierPath bezierPathWithRoundedRect:self.bounds xRadius:radius yRadius:radius] fill];
+}
+
+@end
+
+// Scrolls vertically. Its scroller lies over the list and hides itself, also where the user's scrollers
+// otherwise take their own room: the list would be wider than what is left.
+__attribute__((objc_runtime_name("TarnwickListView")))
+@interface ListView : NSScrollView
+@end
+
+@implementation ListView
+
+- (instancetype)initWithFrame:(NSRect)frame {
+  self = [super initWithFrame:frame];
+  if (self != nil) {
+    self.drawsBackground = NO;
+    self.borderType = NSNoBorder;
+    self.automaticallyAdjustsContentInsets = NO;
+    self.hasVerticalScroller = YES;
+    self.autohidesScrollers = YES;
+    self.scrollerStyle = NSScrollerStyleOverlay;
+    self.horizontalScrollElasticity = NSScrollElasticityNone;
+  }
+  return self;
+}
+
+// The system sets it when the user's choice changes.
+- (void)setScrollerStyle:(NSScrollerStyle)__unused style {
+  [super setScrollerStyle:NSScrollerStyleOverlay];
+}
+
+@end
+
+namespace tarnwick::panel {
 namespace {
 
-constexpr double unbounded = 4000;
+constexpr double unboundedWidth = 4000;
 
 NSView* emptyView(const Extent& size) {
   return [[FlippedView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)];
@@ -107,7 +185,7 @@ class Walk {
 
 Painting paint(const Node& node, const Perform& perform) {
   Walk walk(perform);
-  const MadeView made = walk.make(node, unbounded);
+  const MadeView made = walk.make(node, unboundedWidth);
   made.view.translatesAutoresizingMaskIntoConstraints = NO;
   [NSLayoutConstraint activateConstraints:@[
     [made.view.widthAnchor constraintEqualToConstant:made.size.width],
@@ -116,4 +194,4 @@ Painting paint(const Node& node, const Perform& perform) {
   return walk.painting(made.view);
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

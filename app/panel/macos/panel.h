@@ -1,17 +1,52 @@
-// The bare window of the panel: borderless, above everything, and able to have the keyboard. It tells what
-// the user does to it; whoever made it decides. Main thread.
+// The panel's window on the screen: drops down under the status item. Main thread.
 #pragma once
 
 #import <AppKit/AppKit.h>
 
-__attribute__((objc_runtime_name("TarnwickPanel")))
-@interface Panel : NSPanel
+#include <functional>
+#include <optional>
 
-// With an empty rounded content view, not on the screen.
-+ (instancetype)makePanel;
+#import "app/panel/macos/painter.h"
+#import "app/panel/macos/popup_window.h"
+#include "app/panel/panel_window.h"
 
-@property(nonatomic, copy) void (^focusLeft)(void);  // another window has the keyboard
-@property(nonatomic, copy) void (^dismissed)(void);  // Escape or Command-W
-@property(nonatomic, copy) void (^quit)(void);       // Command-Q
+namespace tarnwick::panel {
 
-@end
+class AppKitPanel final : public PanelWindow {
+ public:
+  struct Handlers {
+    Perform perform;                  // gets the clicks
+    std::function<void()> focusLeft;  // another window took the keyboard from the open panel
+    std::function<void()> dismissed;  // the user wants the open panel gone
+  };
+
+  // `icon` is the status item's button, asked for whenever the panel is placed; nil: there is none.
+  AppKitPanel(std::function<NSView*()> icon, Handlers handlers);
+  ~AppKitPanel() override;
+  AppKitPanel(const AppKitPanel&) = delete;
+  AppKitPanel& operator=(const AppKitPanel&) = delete;
+
+  bool isVisible() const override { return visible_; }
+  void open() override;
+  void close() override;
+  void show(const Node& content, bool animated) override;
+  void openMenu(const std::vector<MenuItem>& items) override;
+  std::optional<double> visibleScreenHeight() const override;
+  void quit() override;
+
+ private:
+  void replaceContent(const Node& content);
+  NSRect frameFor(NSSize size) const;
+  void moveTo(NSRect frame, bool animated);
+  void bringToFront();
+
+  std::function<NSView*()> icon_;
+  Handlers handlers_;
+  PopupWindow* window_;
+  Painting content_;
+  NSMenu* menu_ = nil;      // the last one: it may tell its choice after it has gone
+  bool visible_ = false;    // open; the window follows with its first content
+  bool focusLost_ = false;  // while the panel closes because another window took the keyboard
+};
+
+}  // namespace tarnwick::panel

@@ -1,91 +1,201 @@
 #import "app/panel/macos/panel.h"
 
-#import <QuartzCore/QuartzCore.h>
+#include <utility>
 
+#include "app/panel/arrangement.h"
+#include "sampling/tools/macos/foundation_text.h"
+
+namespace tarnwick::panel {
 namespace {
 
-constexpr CGFloat corner = 14;
-constexpr unsigned short escapeKey = 53;
+Area areaOf(NSRect rect) { return {NSMinX(rect), NSMinY(rect), NSWidth(rect), NSHeight(rect)}; }
 
-NSView* roundedSurface(NSRect frame) {
-  NSVisualEffectView* surface = [[NSVisualEffectView alloc] initWithFrame:frame];
-  surface.material = NSVisualEffectMaterialMenu;
-  surface.state = NSVisualEffectStateActive;
-  surface.blendingMode = NSVisualEffectBlendingModeBehindWindow;
-  surface.wantsLayer = YES;
-  surface.layer.cornerRadius = corner;
-  surface.layer.masksToBounds = YES;
-  return surface;
+// What is replaced may be the button that the user holds down right now, or whose click led here. The loop
+// runs in its default mode only when no click, menu or scroll is under way.
+void keepUntilIdle(const Painting& painting) {
+  NSView* view = painting.view;
+  NSArray<Target*>* targets = painting.targets;
+  [NSRunLoop.mainRunLoop performInModes:@[ NSDefaultRunLoopMode ]
+                                  block:^{
+                                    (void)view;
+                                    (void)targets;
+                                  }];
+}
+
+void pinToTopLeading(NSView* view, NSView* parent) {
+  [NSLayoutConstraint activateConstraints:@[
+    [view.leadingAnchor constraintEqualToAnchor:parent.leadingAnchor],
+    [view.topAnchor constraintEqualToAnchor:parent.topAnchor]
+  ]];
+}
+
+// Absent: no control of the panel has the keyboard.
+NSString* focusedControl(NSWindow* window, const Painting& painting) {
+  NSResponder* focused = window.firstResponder;
+  for (NSString* name in painting.controls) {
+    if (painting.controls[name] == focused) return name;
+  }
+  return nil;
+}
+
+NSMenuItem* makeItem(const MenuItem& item, const Perform& perform) {
+  if (item.title.empty()) return [NSMenuItem separatorItem];
+  const Perform* handler = &perform;
+  const PanelAction action = item.action;
+  Target* target = [Target targetWithAction:^{
+    (*handler)(action);
+  }];
+  NSMenuItem* line = [[NSMenuItem alloc] initWithTitle:foundationText(item.title)
+                                                action:@selector(fire)
+                                         keyEquivalent:@""];
+  line.target = target;
+  line.representedObject = target;  // the line itself holds its target weakly
+  line.state = item.checked ? NSControlStateValueOn : NSControlStateValueOff;
+  return line;
+}
+
+bool isClick(NSEvent* event) {
+  switch (event.type) {
+    case NSEventTypeLeftMouseDown:
+    case NSEventTypeLeftMouseUp:
+    case NSEventTypeRightMouseDown:
+    case NSEventTypeRightMouseUp:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// `perform` must outlive the menu.
+NSMenu* makeMenu(const std::vector<MenuItem>& items, const Perform& perform) {
+  NSMenu* menu = [[NSMenu alloc] initWithTitle:@""];
+  menu.autoenablesItems = NO;
+  for (const MenuItem& item : items) [menu addItem:makeItem(item, perform)];
+  return menu;
+}
+
+// Blocks until the user has chosen or gone elsewhere; what was chosen is performed by then or soon after. The
+// menu opens where the event happened in the panel; under `button`, which may be nil, when it was no click.
+void popUp(NSMenu* menu, NSView* panel, NSView* button) {
+  NSEvent* event = NSApp.currentEvent;
+  if (event != nil && event.window == panel.window && isClick(event)) {
+    [NSMenu popUpContextMenu:menu withEvent:event forView:panel];
+    return;
+  }
+  NSView* anchor = button == nil ? panel : button;
+  const CGFloat bottom = anchor.flipped ? NSMaxY(anchor.bounds) : NSMinY(anchor.bounds);
+  [menu popUpMenuPositioningItem:nil atLocation:NSMakePoint(NSMinX(anchor.bounds), bottom) inView:anchor];
 }
 
 }  // namespace
 
-@implementation Panel
-
-+ (instancetype)makePanel {
-  const NSRect frame = NSMakeRect(0, 0, 400, 100);  // until it is shown with its first content
-  Panel* panel = [[Panel alloc] initWithContentRect:frame
-                                          styleMask:NSWindowStyleMaskBorderless
-                                            backing:NSBackingStoreBuffered
-                                              defer:NO];
-  panel.title = @"Tarnwick";  // for readers of the screen
-  panel.opaque = NO;
-  panel.backgroundColor = NSColor.clearColor;
-  panel.hasShadow = YES;
-  panel.level = NSPopUpMenuWindowLevel;
-  panel.collectionBehavior = NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorTransient;
-  panel.releasedWhenClosed = NO;
-  panel.hidesOnDeactivate = NO;  // it would stay hidden until the application is active
-  panel.autorecalculatesKeyViewLoop = YES;
-  panel.contentView = roundedSurface(frame);
-  return panel;
+AppKitPanel::AppKitPanel(std::function<NSView*()> icon, Handlers handlers)
+    : icon_(std::move(icon)), handlers_(std::move(handlers)), window_([PopupWindow makeWindow]) {
+  window_.focusLeft = ^{
+    if (!visible_) return;
+    focusLost_ = true;
+    handlers_.focusLeft();
+    focusLost_ = false;
+  };
+  window_.dismissed = ^{
+    if (visible_) handlers_.dismissed();
+  };
+  window_.quit = ^{
+    handlers_.perform(Quit{});
+  };
 }
 
-// A borderless window refuses the keyboard by itself.
-- (BOOL)canBecomeKeyWindow {
-  return YES;
+AppKitPanel::~AppKitPanel() {
+  window_.focusLeft = nil;
+  window_.dismissed = nil;
+  window_.quit = nil;
+  [window_ orderOut:nil];
 }
 
-- (void)resignKeyWindow {
-  [super resignKeyWindow];
-  if (self.focusLeft != nil) self.focusLeft();
+void AppKitPanel::open() {
+  visible_ = true;
+  if (window_.visible) bringToFront();
 }
 
-- (void)keyDown:(NSEvent*)event {
-  if (event.keyCode == escapeKey) {
-    [self cancelOperation:nil];
-  } else {
-    [super keyDown:event];
-  }
+// Taking the window away takes the keyboard from it, which leads here once more.
+void AppKitPanel::close() {
+  if (!std::exchange(visible_, false)) return;
+  [window_ orderOut:nil];
+  window_.contentView.subviews = @[];
+  keepUntilIdle(std::exchange(content_, {}));
+  // An application without a window would keep the keyboard from the one that the user was in.
+  if (!focusLost_) [NSApp hide:nil];
 }
 
-- (void)cancelOperation:(id)__unused sender {
-  if (self.dismissed != nil) self.dismissed();
+void AppKitPanel::show(const Node& content, bool animated) {
+  replaceContent(content);
+  moveTo(frameFor(content_.view.fittingSize), animated);
+  if (!window_.visible) bringToFront();
 }
 
-// There is no main menu that would know these keys.
-- (BOOL)performKeyEquivalent:(NSEvent*)event {
-  const NSEventModifierFlags modifiers = NSEventModifierFlagCommand | NSEventModifierFlagOption |
-                                         NSEventModifierFlagControl | NSEventModifierFlagShift;
-  if ((event.modifierFlags & modifiers) == NSEventModifierFlagCommand &&
-      [self performCommand:event.characters.lowercaseString])
-    return YES;
-  return [super performKeyEquivalent:event];
+// The keyboard and the list stay where they were.
+void AppKitPanel::replaceContent(const Node& content) {
+  const Painting before = content_;
+  NSString* focused = focusedControl(window_, before);
+  const NSPoint scrolled = before.list == nil ? NSZeroPoint : before.list.documentVisibleRect.origin;
+
+  [window_.effectiveAppearance performAsCurrentDrawingAppearance:^{
+    content_ = paint(content, handlers_.perform);
+  }];
+  NSView* surface = window_.contentView;
+  surface.subviews = @[ content_.view ];
+  pinToTopLeading(content_.view, surface);
+  keepUntilIdle(before);
+
+  [surface layoutSubtreeIfNeeded];
+  [content_.list.documentView scrollPoint:scrolled];
+  if (focused != nil) [window_ makeFirstResponder:content_.controls[focused]];
 }
 
-- (BOOL)performCommand:(NSString*)key {
-  if ([key isEqualToString:@"w"]) {
-    if (self.dismissed != nil) self.dismissed();
-  } else if ([key isEqualToString:@"q"]) {
-    if (self.quit != nil) self.quit();
-  } else if ([key isEqualToString:@"c"]) {
-    return [NSApp sendAction:@selector(copy:) to:nil from:self];
-  } else if ([key isEqualToString:@"a"]) {
-    return [NSApp sendAction:@selector(selectAll:) to:nil from:self];
-  } else {
-    return NO;
-  }
-  return YES;
+NSRect AppKitPanel::frameFor(NSSize size) const {
+  NSView* button = icon_();
+  NSScreen* screen = button.window.screen == nil ? NSScreen.mainScreen : button.window.screen;
+  const NSRect visible = screen == nil ? NSMakeRect(0, 0, size.width, size.height) : screen.visibleFrame;
+  // Without a status item, under the right end of the menu bar.
+  NSRect icon = NSMakeRect(NSMaxX(visible), NSMaxY(visible), 0, 0);
+  if (button.window != nil)
+    icon = [button.window convertRectToScreen:[button convertRect:button.bounds toView:nil]];
+  const Spot origin = underIcon(areaOf(icon), {size.width, size.height}, areaOf(visible));
+  return NSMakeRect(origin.x, origin.y, size.width, size.height);
 }
 
-@end
+void AppKitPanel::moveTo(NSRect frame, bool animated) {
+  const bool moves =
+      animated && window_.visible && !NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion;
+  PopupWindow* window = window_;
+  [NSAnimationContext
+      runAnimationGroup:^(NSAnimationContext* context) {
+        if (!moves) context.duration = 0;  // ends a movement that is still under way
+        [[window animator] setFrame:frame display:YES];
+      }
+      completionHandler:^{
+        [window invalidateShadow];  // it is of the shape that was drawn last
+      }];
+  if (!moves) [window setFrame:frame display:YES];
+}
+
+void AppKitPanel::bringToFront() {
+  if (NSApp.hidden) [NSApp unhideWithoutActivation];
+  [NSApp activateIgnoringOtherApps:YES];
+  [window_ makeKeyAndOrderFront:nil];
+}
+
+void AppKitPanel::openMenu(const std::vector<MenuItem>& items) {
+  menu_ = makeMenu(items, handlers_.perform);
+  popUp(menu_, window_.contentView, content_.controls[@"menu"]);
+}
+
+std::optional<double> AppKitPanel::visibleScreenHeight() const {
+  NSScreen* screen = NSScreen.mainScreen;
+  if (screen == nil) return std::nullopt;
+  return NSHeight(screen.visibleFrame);
+}
+
+void AppKitPanel::quit() { [NSApp terminate:nil]; }
+
+}  // namespace tarnwick::panel

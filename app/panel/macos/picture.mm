@@ -3,21 +3,38 @@
 
 #include <cmath>
 
+#import "app/panel/macos/desktop.h"
 #import "app/panel/macos/painter.h"
-#import "app/panel/macos/status_item.h"
-#import "app/panel/macos/surfaces.h"
 #include "app/panel/panel_jobs.h"
 #include "records/checked.h"
 #include "sampling/tools/macos/foundation_text.h"
 
-namespace tarnwick {
+// What a picture of the panel is drawn on: the background colour of a window.
+__attribute__((objc_runtime_name("TarnwickBackdrop")))
+@interface Backdrop : NSView
+@end
+
+@implementation Backdrop
+
+- (BOOL)isOpaque {
+  return YES;
+}
+
+- (void)drawRect:(NSRect)__unused dirtyRect {
+  [NSColor.windowBackgroundColor setFill];
+  NSRectFill(self.bounds);
+}
+
+@end
+
+namespace tarnwick::panel {
 namespace {
 
-constexpr double scale = 2;
+constexpr double pictureScale = 2;
 constexpr NSTimeInterval settling = 0.2;  // seconds; some images come a turn of the loop later
 
 NSInteger pixels(double points) {
-  const double count = points * scale;
+  const double count = points * pictureScale;
   if (!std::isfinite(count) || std::abs(count) >= 0x1p63) fault("a picture has no size");
   return static_cast<NSInteger>(count);
 }
@@ -90,7 +107,7 @@ NSData* drawPicture(const PanelPicture& picture) {
 
 bool writePanelImage(const PanelPicture& picture) {
   @autoreleasepool {
-    if (!hasDisplay()) return false;
+    if (!findDisplay()) return false;
     [NSApplication sharedApplication];
     NSData* image = drawPicture(picture);
     NSString* path = foundationText(picture.path);
@@ -100,4 +117,4 @@ bool writePanelImage(const PanelPicture& picture) {
   }
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -4,7 +4,7 @@
 
 #include "app/panel/qt/symbol_views.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr int sidePadding = 10;  // left and right of a small button's title
@@ -56,7 +56,7 @@ void ControlView::drawHover(QPainter& painter, double radius) const {
 ButtonView::ButtonView(const Button& button, const Theme& theme, int width, QWidget* parent)
     : ControlView(theme, parent),
       button_(button),
-      title_(titleOf(button), Theme::buttonFont(), width - 2 * paddingOf(button), Qt::AlignLeft) {
+      title_(titleOf(button), Theme::buttonFont(), width - 2 * paddingOf(button)) {
   setObjectName(QString::fromStdString(button.id));
   setToolTip(plainToolTip(button.toolTip));
   setAccessibleName(QString::fromStdString(button.accessibleName));
@@ -113,4 +113,4 @@ void FoldView::paintEvent(QPaintEvent* /*event*/) {
   drawFocusRing(painter, 6);
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -4,10 +4,10 @@
 #include <QPushButton>
 
 #include "app/panel/panel_tree.h"
-#include "app/panel/qt/text_block.h"
+#include "app/panel/qt/text_views.h"
 #include "app/panel/qt/theme.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // What both kinds share: Return works like the space bar, and a ring or a thick line shows who has the
 // keyboard.
@@ -56,4 +56,4 @@ class FoldView : public ControlView {
 // A tool tip that shows the text as it is, whatever it looks like.
 QString plainToolTip(const std::string& text);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

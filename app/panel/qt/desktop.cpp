@@ -9,16 +9,21 @@
 #include <QDBusServiceWatcher>
 #include <QDir>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QLibraryInfo>
+#include <QPainter>
 #include <cstdlib>
+#include <utility>
 
-namespace tarnwick {
+#include "app/panel/qt/symbol_views.h"
+
+namespace tarnwick::panel {
 namespace {
 
 constexpr const char* watcherName = "org.kde.StatusNotifierWatcher";
 
 template <class T>
-using Reply = std::unique_ptr<T, decltype(&std::free)>;
+using XReply = std::unique_ptr<T, decltype(&std::free)>;
 
 struct CloseX {
   void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
@@ -34,8 +39,8 @@ class XServer {
   xcb_atom_t atom(const QByteArray& name) const {
     const auto cookie =
         xcb_intern_atom(connection_.get(), 0, static_cast<std::uint16_t>(name.size()), name.data());
-    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_.get(), cookie, nullptr),
-                                               &std::free);
+    const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_.get(), cookie, nullptr),
+                                                &std::free);
     return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
   }
 
@@ -44,7 +49,7 @@ class XServer {
     if (!answers()) return false;
     const auto cookie =
         xcb_get_selection_owner(connection_.get(), atom(prefix + QByteArray::number(screen_)));
-    const Reply<xcb_get_selection_owner_reply_t> reply(
+    const XReply<xcb_get_selection_owner_reply_t> reply(
         xcb_get_selection_owner_reply(connection_.get(), cookie, nullptr), &std::free);
     return reply && reply->owner != XCB_WINDOW_NONE;
   }
@@ -59,11 +64,25 @@ bool hasWaylandPlugin() {
   return !plugins.entryList({QStringLiteral("libqwayland*.so")}, QDir::Files).isEmpty();
 }
 
-bool isX() { return QGuiApplication::platformName() == QLatin1String("xcb"); }
+bool isUnderX() { return QGuiApplication::platformName() == QLatin1String("xcb"); }
+
+// In a colour that can be told from light and from dark bars.
+QIcon iconImage() {
+  QIcon icon;
+  for (const int side : {16, 22, 24, 32, 48, 64}) {
+    QPixmap picture(side, side);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    drawSymbol(painter, picture.rect(), "gauge.with.dots.needle.67percent", side, QColor(0x2f, 0x86, 0xe6));
+    painter.end();
+    icon.addPixmap(picture);
+  }
+  return icon;
+}
 
 }  // namespace
 
-bool prepareDisplay() {
+bool findDisplay() {
   if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) return true;  // whoever set it knows
   // Only under X, Wayland's own X included, may a program place its window beside the icon.
   if (qEnvironmentVariableIsSet("DISPLAY") && XServer().answers()) return qputenv("QT_QPA_PLATFORM", "xcb");
@@ -72,7 +91,7 @@ bool prepareDisplay() {
   return false;
 }
 
-bool isComposited() { return !isX() || XServer().isOwned("_NET_WM_CM_S"); }
+bool isComposited() { return !isUnderX() || XServer().isOwned("_NET_WM_CM_S"); }
 
 // An X tray that starts tells every window of the root that listens; the toolkit already does.
 class TrayHost::ManagerFilter : public QAbstractNativeEventFilter {
@@ -95,7 +114,7 @@ class TrayHost::ManagerFilter : public QAbstractNativeEventFilter {
 };
 
 TrayHost::TrayHost(QObject* parent) : QObject(parent) {
-  if (isX()) filter_ = std::make_unique<ManagerFilter>(*this);
+  if (isUnderX()) filter_ = std::make_unique<ManagerFilter>(*this);
   auto* watcher = new QDBusServiceWatcher(QLatin1String(watcherName), QDBusConnection::sessionBus(),
                                           QDBusServiceWatcher::WatchForRegistration, this);
   connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &TrayHost::appeared);
@@ -104,9 +123,15 @@ TrayHost::TrayHost(QObject* parent) : QObject(parent) {
 TrayHost::~TrayHost() = default;
 
 bool TrayHost::isPresent() const {
-  if (isX() && XServer().isOwned("_NET_SYSTEM_TRAY_S")) return true;
+  if (isUnderX() && XServer().isOwned("_NET_SYSTEM_TRAY_S")) return true;
   const QDBusConnection bus = QDBusConnection::sessionBus();
   return bus.isConnected() && bus.interface()->isServiceRegistered(QLatin1String(watcherName));
 }
 
-}  // namespace tarnwick
+StatusItem::StatusItem(std::function<void()> clicked) : icon_(iconImage()) {
+  icon_.setToolTip(QStringLiteral("Tarnwick"));
+  QObject::connect(&icon_, &QSystemTrayIcon::activated, &icon_, std::move(clicked));
+  icon_.show();
+}
+
+}  // namespace tarnwick::panel

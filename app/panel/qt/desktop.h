@@ -1,14 +1,18 @@
-// What the desktop is like: can a window be shown, are windows composited, is there a tray? Asked of the
-// display server and the session bus without the toolkit, which would end the process on a wrong answer.
+// What the desktop has for the panel: a display, a compositor, a tray and the icon in it. The first three are
+// asked of the display server and the session bus without the toolkit, which would end the process on a wrong
+// answer. Main thread.
 #pragma once
 
 #include <QObject>
+#include <QRect>
+#include <QSystemTrayIcon>
+#include <functional>
 #include <memory>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 // Can the toolkit open a window here? To be asked before the QApplication is made; picks the platform.
-bool prepareDisplay();
+bool findDisplay();
 
 // Do windows have transparent corners and shadows?
 bool isComposited();
@@ -32,4 +36,16 @@ class TrayHost : public QObject {
   std::unique_ptr<ManagerFilter> filter_;
 };
 
-}  // namespace tarnwick
+// The icon, in the tray as long as it lives.
+class StatusItem {
+ public:
+  explicit StatusItem(std::function<void()> clicked);
+
+  // On the screen; empty: this tray does not say.
+  QRect place() const { return icon_.geometry(); }
+
+ private:
+  QSystemTrayIcon icon_;
+};
+
+}  // namespace tarnwick::panel

@@ -11,7 +11,7 @@
 #include "app/panel/qt/symbol_views.h"
 #include "app/panel/qt/text_views.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr int unbounded = 4000;
@@ -141,8 +141,7 @@ class Walk {
     const QColor colour = theme_.colour(ColourRole::secondary);
     return QStringLiteral(
                "QScrollBar{background:transparent;width:%1px;margin:0}"
-               "QScrollBar::handle{background:rgba(%2,%3,%4,150);border-radius:3px;min-height:24px;margin:0 "
-               "2px}"
+               "QScrollBar::handle{background:rgba(%2,%3,%4,150);border-radius:3px;min-height:24px;margin:0 2px}"
                "QScrollBar::add-line,QScrollBar::sub-line{height:0}"
                "QScrollBar::add-page,QScrollBar::sub-page{background:transparent}")
         .arg(scrollerWidth)
@@ -161,4 +160,4 @@ QWidget* paint(const Node& node, const Theme& theme, const Perform& perform, QWi
   return Walk(theme, perform).make(node, unbounded, parent);
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -7,7 +7,7 @@
 #include "app/panel/panel_tree.h"
 #include "app/panel/qt/theme.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 using Perform = std::function<void(const PanelAction&)>;
 
@@ -15,4 +15,4 @@ using Perform = std::function<void(const PanelAction&)>;
 // outlive the widget.
 QWidget* paint(const Node& node, const Theme& theme, const Perform& perform, QWidget* parent);
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

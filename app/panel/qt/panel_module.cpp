@@ -2,11 +2,10 @@
 
 #include <QApplication>
 
-#include "app/panel/qt/picture.h"
+#include "app/panel/qt/jobs.h"
 #include "app/panel/qt/theme.h"
-#include "app/panel/qt/tray_application.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 void keepSilent(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& /*text*/) {}
@@ -17,7 +16,7 @@ struct Arguments {
   int count = 1;
 };
 
-int run(const PanelApplication& application) { return runTrayApplication(application); }
+int run(const PanelApplication& application) { return runApplication(application); }
 
 // Needs no display, and must not depend on the desktop it runs on.
 int run(const PanelPicture& picture) {
@@ -33,8 +32,8 @@ int run(const PanelPicture& picture) {
 }
 
 }  // namespace
-}  // namespace tarnwick
+}  // namespace tarnwick::panel
 
-extern "C" __attribute__((visibility("default"))) int tarnwickPanel(const tarnwick::PanelJob& job) {
-  return std::visit([](const auto& kind) { return tarnwick::run(kind); }, job);
+extern "C" __attribute__((visibility("default"))) int tarnwickPanel(const tarnwick::panel::PanelJob& job) {
+  return std::visit([](const auto& kind) { return tarnwick::panel::run(kind); }, job);
 }

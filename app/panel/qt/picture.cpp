@@ -1,16 +1,16 @@
-#include "app/panel/qt/picture.h"
-
+// The panel drawn into a PNG, without a screen.
 #include <QImage>
 #include <QPainter>
 #include <QSaveFile>
 #include <memory>
 
+#include "app/panel/qt/jobs.h"
 #include "app/panel/qt/painter.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
-constexpr int scale = 2;
+constexpr int pictureScale = 2;
 
 // What the panel is drawn on where there is no window.
 class Backdrop : public QWidget {
@@ -29,9 +29,9 @@ QImage drawPicture(const PanelPicture& picture) {
   const Perform nothing = [](const PanelAction&) {};
   Backdrop backdrop(theme);
   backdrop.resize(paint(panel, theme, nothing, &backdrop)->size());
-  QImage image(backdrop.size() * scale, QImage::Format_RGBA8888);
+  QImage image(backdrop.size() * pictureScale, QImage::Format_RGBA8888);
   if (image.isNull()) return image;
-  image.setDevicePixelRatio(scale);
+  image.setDevicePixelRatio(pictureScale);
   image.fill(theme.window());
   backdrop.render(&image);
   return image;
@@ -44,4 +44,4 @@ bool savePicture(const PanelPicture& picture) {
   return !image.isNull() && file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit();
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

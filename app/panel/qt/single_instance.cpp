@@ -4,10 +4,10 @@
 #include <QLocalSocket>
 #include <utility>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
-constexpr int patienceMilliseconds = 2000;  // the first one may be busy drawing
+constexpr int answerMilliseconds = 2000;  // the first one may be busy drawing
 
 }  // namespace
 
@@ -22,9 +22,9 @@ SingleInstance::SingleInstance(const QString& folder) : socket_(folder + QString
 bool SingleInstance::askToOpen() const {
   QLocalSocket socket;
   socket.connectToServer(socket_, QIODevice::ReadWrite);
-  if (!socket.waitForConnected(patienceMilliseconds)) return false;
+  if (!socket.waitForConnected(answerMilliseconds)) return false;
   // The first one hangs up when it has understood.
-  return socket.waitForDisconnected(patienceMilliseconds);
+  return socket.waitForDisconnected(answerMilliseconds);
 }
 
 void SingleInstance::listen(std::function<void()> open) {
@@ -43,4 +43,4 @@ void SingleInstance::listen(std::function<void()> open) {
   server_->listen(socket_);
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

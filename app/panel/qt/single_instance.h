@@ -8,7 +8,7 @@
 #include <functional>
 #include <memory>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 class SingleInstance {
  public:
@@ -29,4 +29,4 @@ class SingleInstance {
   std::unique_ptr<QLocalServer> server_;
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

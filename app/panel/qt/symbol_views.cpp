@@ -2,34 +2,82 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QFontDatabase>
 #include <QImageReader>
 #include <QPainter>
 #include <QPainterPath>
 #include <QTimerEvent>
+#include <algorithm>
+#include <array>
 
-#include "app/panel/qt/symbol_font.h"
 #include "app/panel/qt/theme.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 constexpr int spokes = 12;
 constexpr int spokeMilliseconds = 80;
 constexpr qint64 largestEntry = 256LL * 1024;  // a desktop entry is a few kilobytes
 
-// The value of "Icon" in the main group of a desktop entry; empty when it has none.
-QString iconOfEntry(const QString& path) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return {};
-  bool inMainGroup = false;
-  for (const QByteArray& raw : file.read(largestEntry).split('\n')) {
-    const QByteArray line = raw.trimmed();
-    if (line.startsWith('[')) inMainGroup = line == "[Desktop Entry]";
-    const qsizetype equals = line.indexOf('=');
-    if (inMainGroup && equals > 0 && line.left(equals).trimmed() == "Icon")
-      return QString::fromUtf8(line.mid(equals + 1).trimmed());
-  }
-  return {};
+struct Glyph {
+  std::string_view symbol;
+  char16_t code;       // in the font's private area
+  char16_t plain = 0;  // a sign that text fonts have; 0: none
+};
+
+// Sorted by symbol; the first stands for every name that is not there.
+constexpr std::array<Glyph, 26> glyphs{{
+    {"app", 0xe069},                                    // web_asset
+    {"arrow.clockwise", 0xe5d5, 0x21bb},                // refresh
+    {"checkmark.circle.fill", 0xe86c, 0x2713},          // check_circle
+    {"chevron.down", 0xe5cf, 0x25be},                   // expand_more
+    {"chevron.right", 0xe5cc, 0x25b8},                  // chevron_right
+    {"cpu", 0xe322},                                    // memory
+    {"cup.and.saucer", 0xe541},                         // local_cafe
+    {"ellipsis.circle", 0xef64, 0x22ef},                // pending
+    {"exclamationmark.circle.fill", 0xe000, 0x0021},    // error
+    {"exclamationmark.triangle.fill", 0xe002, 0x0021},  // warning
+    {"gauge.with.dots.needle.67percent", 0xe9e4},       // speed
+    {"gearshape", 0xe8b8},                              // settings
+    {"globe", 0xe80b},                                  // public
+    {"hourglass", 0xe88b},                              // hourglass_empty
+    {"icloud", 0xe2bd},                                 // cloud
+    {"internaldrive", 0xe1db},                          // storage
+    {"iphone", 0xe325},                                 // phone_iphone
+    {"magnifyingglass", 0xe8b6},                        // search
+    {"memorychip", 0xe623},                             // sd_card
+    {"photo.on.rectangle.angled", 0xe413},              // photo_library
+    {"power", 0xe8ac},                                  // power_settings_new
+    {"server.rack", 0xe875},                            // dns
+    {"shippingbox", 0xe1a1},                            // inventory_2
+    {"sparkles", 0xe65f},                               // auto_awesome
+    {"terminal", 0xeb8e},                               // terminal
+    {"thermometer.high", 0xe1ff},                       // device_thermostat
+}};
+static_assert(std::is_sorted(glyphs.begin(), glyphs.end(),
+                             [](const Glyph& a, const Glyph& b) { return a.symbol < b.symbol; }));
+
+constexpr const char* symbolFamily = "Material Icons";
+
+const Glyph* glyphNamed(std::string_view symbol) {
+  const auto found =
+      std::lower_bound(glyphs.begin(), glyphs.end(), symbol,
+                       [](const Glyph& glyph, std::string_view name) { return glyph.symbol < name; });
+  return found != glyphs.end() && found->symbol == symbol ? &*found : nullptr;
+}
+
+// Empty: a ring.
+QString plainSign(std::string_view symbol) {
+  const Glyph* glyph = glyphNamed(symbol);
+  return glyph == nullptr || glyph->plain == 0 ? QString() : QString(QChar(glyph->plain));
+}
+
+QFont symbolFont(double pixels) {
+  QFont font(symbolFamily);
+  font.setPixelSize(static_cast<int>(pixels));
+  font.setHintingPreference(QFont::PreferNoHinting);
+  font.setStyleStrategy(QFont::NoFontMerging);
+  return font;
 }
 
 void drawGlyph(QPainter& painter, const QRectF& area, std::string_view name, double pixels,
@@ -57,7 +105,27 @@ void drawPlainSign(QPainter& painter, const QRectF& area, std::string_view name,
   painter.drawText(area.adjusted(-pixels, -pixels, pixels, pixels), Qt::AlignCenter, sign);
 }
 
+// The value of "Icon" in the main group of a desktop entry; empty when it has none.
+QString iconOfEntry(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  bool inMainGroup = false;
+  for (const QByteArray& raw : file.read(largestEntry).split('\n')) {
+    const QByteArray line = raw.trimmed();
+    if (line.startsWith('[')) inMainGroup = line == "[Desktop Entry]";
+    const qsizetype equals = line.indexOf('=');
+    if (inMainGroup && equals > 0 && line.left(equals).trimmed() == "Icon")
+      return QString::fromUtf8(line.mid(equals + 1).trimmed());
+  }
+  return {};
+}
+
 }  // namespace
+
+QString glyphOf(std::string_view symbol) {
+  const Glyph* glyph = glyphNamed(symbol);
+  return QString(QChar(glyph == nullptr ? glyphs.front().code : glyph->code));
+}
 
 QIcon fileIcon(const QString& path) {
   if (!QFileInfo(path).isFile()) return {};  // a pipe would block
@@ -71,7 +139,7 @@ void drawSymbol(QPainter& painter, const QRectF& area, std::string_view name, do
                 const QColor& colour, bool bold) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
-  if (hasSymbolFont()) {
+  if (QFontDatabase::hasFamily(symbolFamily)) {
     drawGlyph(painter, area, name, pixels, colour, bold);
   } else {
     drawPlainSign(painter, area, name, pixels, colour);
@@ -133,4 +201,4 @@ void SpinnerView::timerEvent(QTimerEvent* event) {
   update();
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -1,12 +1,19 @@
-// Symbols, file icons and the sign of work in progress as widgets.
+// Symbols, file icons and the sign of work in progress as widgets. System symbols are drawn with the glyphs
+// of the Material Icons font: sharp at any scale, coloured like text. Where it is not installed, those that
+// carry a meaning are drawn as signs of a text font, and the others as a plain ring.
 #pragma once
 
 #include <QIcon>
+#include <QString>
 #include <QWidget>
+#include <string_view>
 
 #include "app/panel/panel_tree.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
+
+// The glyph for a symbol name; the one for "app" when the name is not in the table.
+QString glyphOf(std::string_view symbol);
 
 // Draws a symbol centred in `area`.
 void drawSymbol(QPainter& painter, const QRectF& area, std::string_view name, double pixels,
@@ -47,4 +54,4 @@ class SpinnerView : public QWidget {
   int turn_ = 0;  // in twelfths
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

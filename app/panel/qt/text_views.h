@@ -1,12 +1,38 @@
-// Texts of the panel as widgets, at their final size from the start.
+// Texts of the panel, at their final size from the start: laid out, and as widgets.
 #pragma once
 
+#include <QFont>
 #include <QLabel>
+#include <QPainter>
+#include <QSize>
+#include <QString>
 #include <QTextEdit>
+#include <QTextLayout>
 
-#include "app/panel/qt/text_block.h"
+namespace tarnwick::panel {
 
-namespace tarnwick {
+// One plain text laid out in lines of a given width. Lines break between words; a word that is wider than
+// the line breaks anywhere, so that no text is ever cut off. A short last line gets a word of the line before
+// for company.
+class TextBlock {
+ public:
+  TextBlock(const QString& text, const QFont& font, int width);
+
+  // As wide as the widest line, whole pixels.
+  QSize size() const { return size_; }
+
+  // The text as it was laid out: with two words held together where that reads better.
+  const QString& text() const { return text_; }
+
+  void draw(QPainter& painter, QPoint topLeft) const;
+
+ private:
+  int layOut(const QString& text, int width);
+
+  QString text_;
+  QTextLayout layout_;
+  QSize size_;
+};
 
 // A text that is only read. A QLabel for the sake of screen readers; it draws itself.
 class TextView : public QLabel {
@@ -33,4 +59,4 @@ class CopyableText : public QTextEdit {
   void focusOutEvent(QFocusEvent* event) override;
 };
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

@@ -1,14 +1,24 @@
 #include "app/panel/qt/theme.h"
 
 #include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QDBusPendingReply>
 #include <QIcon>
 #include <QStandardPaths>
 #include <QStringList>
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
-QFont interface(int pixels, QFont::Weight weight) {
+const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString portalObject = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString portalInterface = QStringLiteral("org.freedesktop.portal.Settings");
+const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
+const QString schemeKey = QStringLiteral("color-scheme");
+
+QFont interfaceFont(int pixels, QFont::Weight weight) {
   static const QStringList families{"Inter", "Cantarell", "Noto Sans", "DejaVu Sans", "Sans Serif"};
   QFont font;
   font.setFamilies(families);
@@ -72,23 +82,54 @@ QFont Theme::font(FontRole role) {
   switch (role) {
     case FontRole::headline:
     case FontRole::body:
-      return interface(13, QFont::Bold);
+      return interfaceFont(13, QFont::Bold);
     case FontRole::subheadline:
-      return interface(11, QFont::Normal);
+      return interfaceFont(11, QFont::Normal);
     case FontRole::callout:
     case FontRole::number:
-      return interface(12, QFont::Normal);
+      return interfaceFont(12, QFont::Normal);
     case FontRole::cardTitle:
-      return interface(12, QFont::DemiBold);
+      return interfaceFont(12, QFont::DemiBold);
     case FontRole::foldTitle:
-      return interface(13, QFont::DemiBold);
+      return interfaceFont(13, QFont::DemiBold);
     case FontRole::caption:
     case FontRole::metric:
       break;
   }
-  return interface(10, QFont::Normal);
+  return interfaceFont(10, QFont::Normal);
 }
 
-QFont Theme::buttonFont() { return interface(11, QFont::Medium); }
+QFont Theme::buttonFont() { return interfaceFont(11, QFont::Medium); }
 
-}  // namespace tarnwick
+Appearance::Appearance(QObject* parent) : QObject(parent) {
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) return;
+  bus.connect(portalService, portalObject, portalInterface, QStringLiteral("SettingChanged"), this,
+              SLOT(settingChanged(QString, QString, QDBusVariant)));
+  QDBusMessage question =
+      QDBusMessage::createMethodCall(portalService, portalObject, portalInterface, QStringLiteral("Read"));
+  question << appearanceGroup << schemeKey;
+  auto* waiting = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
+  connect(waiting, &QDBusPendingCallWatcher::finished, this, [this, waiting] {
+    const QDBusPendingReply<QVariant> reply = *waiting;
+    if (!reply.isError()) take(reply.value());
+    waiting->deleteLater();
+  });
+}
+
+bool Appearance::isDark() const {
+  return preferred_.value_or(QGuiApplication::palette().color(QPalette::Window).lightness() < 128);
+}
+
+void Appearance::settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
+  if (group == appearanceGroup && key == schemeKey) take(value.variant());
+}
+
+// 0: no preference, 1: dark, 2: light. The answer to a question is wrapped once more than a change.
+void Appearance::take(const QVariant& value) {
+  const QVariant plain = value.canConvert<QDBusVariant>() ? value.value<QDBusVariant>().variant() : value;
+  const unsigned scheme = plain.toUInt();
+  preferred_ = scheme == 1 ? std::optional(true) : scheme == 2 ? std::optional(false) : std::nullopt;
+}
+
+}  // namespace tarnwick::panel

@@ -57,13 +57,13 @@ TEST(UserSettings, ALinkedFileStaysALink) {
 
 TEST(UserSettings, TheLoginItemComesAndGoes) {
   const TempFolder folder;
-  const LoginItem item(folder.path(), "/opt/my tools/50%/$x/tarnwick");
+  const LoginItem item(folder.path(), "/opt/my tools/tarnwick");
   EXPECT_FALSE(item.isEnabled());
   EXPECT_TRUE(item.setEnabled(true));
   EXPECT_TRUE(item.isEnabled());
   EXPECT_THAT(readConfigFile(folder.at("autostart/tarnwick.desktop")),
               AllOf(HasSubstr("[Desktop Entry]\nType=Application\nName=Tarnwick\n"),
-                    HasSubstr("\nExec=\"/opt/my tools/50%%/\\\\$x/tarnwick\"\n")));
+                    HasSubstr("\nExec=\"/opt/my tools/tarnwick\"\n")));
   EXPECT_TRUE(item.setEnabled(false));
   EXPECT_FALSE(item.isEnabled());
   EXPECT_FALSE(fs::exists(folder.at("autostart/tarnwick.desktop")));
@@ -71,6 +71,41 @@ TEST(UserSettings, TheLoginItemComesAndGoes) {
   for (const char* off : {"Hidden=true\n", "X-GNOME-Autostart-enabled=false\n"}) {
     folder.write("autostart/tarnwick.desktop", std::string("[Desktop Entry]\nExec=/bin/tarnwick\n") + off);
     EXPECT_FALSE(item.isEnabled()) << off;
+  }
+}
+
+// What the value of an entry's Exec key is to whoever starts it: read as a text, then as a command line.
+std::string programOf(const std::string& exec) {
+  std::string text;
+  for (std::size_t i = 0; i < exec.size(); ++i) {
+    if (exec[i] == '\\') ++i;
+    text += exec.at(i);
+  }
+  EXPECT_TRUE(text.size() > 1 && text.front() == '"' && text.back() == '"') << text;
+  std::string program;
+  for (std::size_t i = 1; i + 1 < text.size(); ++i) {
+    if (text[i] == '\\' || text[i] == '%') ++i;
+    program += text.at(i);
+  }
+  return program;
+}
+
+TEST(UserSettings, TheLoginItemStartsThisVeryProgram) {
+  const TempFolder folder;
+  const std::pair<const char*, const char*> cases[] = {
+      {R"(/opt/a b/x)", R"("/opt/a b/x")"},
+      {R"(/opt/50%/x)", R"("/opt/50%%/x")"},
+      {R"(/opt/$x)", R"("/opt/\\$x")"},
+      {R"(/opt/`x`)", R"("/opt/\\`x\\`")"},
+      {R"(/opt/"x")", R"("/opt/\\"x\\"")"},
+      {R"(/opt/a\x)", R"("/opt/a\\\\x")"},
+      {R"(/opt/a\\$x\)", R"("/opt/a\\\\\\\\\\$x\\\\")"},
+  };
+  for (const auto& [path, exec] : cases) {
+    ASSERT_TRUE(LoginItem(folder.path(), path).setEnabled(true));
+    EXPECT_THAT(readConfigFile(folder.at("autostart/tarnwick.desktop")),
+                HasSubstr(std::string("\nExec=") + exec + "\n"));
+    EXPECT_EQ(programOf(exec), path);
   }
 }
 

@@ -1,66 +1,7 @@
-#include "app/panel/arrangement.h"
-#include "app/panel/panel_place.h"
 #include "tests/app/panel/panel_sample.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
-
-// Children as wide as they want to be or as they may; `asked` tells in which order and width.
-struct Children {
-  std::vector<Extent> wanted;
-  std::vector<std::pair<std::size_t, double>> asked;
-
-  Arrangement in(Stack stack, double width, std::vector<bool> grows = {}) {
-    stack.children.resize(wanted.size());
-    for (std::size_t i = 0; i < grows.size(); ++i) stack.children[i].grows = grows[i];
-    return arrange(stack, width, [this](std::size_t i, double childWidth) -> Extent {
-      asked.emplace_back(i, childWidth);
-      return {std::min(wanted[i].width, childWidth), wanted[i].height};
-    });
-  }
-};
-
-TEST(Arrangement, AColumnKeepsItsDistancesAndIsAsWideAsItsWidestChild) {
-  Children children{.wanted = {{50, 10}, {500, 20}}};
-  const Stack column{.spacing = 6, .insets = {4, 3, 2, 1}};
-  const Arrangement free = children.in(column, 104);
-  EXPECT_EQ(free.size, (Extent{104, 42}));
-  EXPECT_THAT(free.spots, ElementsAre(Spot{3, 4}, Spot{3, 20}));
-
-  Stack fixed = column;
-  fixed.width = 300;
-  children.wanted = {{50, 10}};
-  EXPECT_EQ(children.in(fixed, 400).size, (Extent{300, 16}));
-  EXPECT_EQ(children.in(fixed, 200).size, (Extent{200, 16}));
-  EXPECT_EQ(Children{}.in(column, 100).size, (Extent{4, 6}));
-}
-
-TEST(Arrangement, InARowTheGrowingChildGetsWhatTheOthersLeave) {
-  Children children{.wanted = {{30, 28}, {40, 15}, {20, 10}}};
-  Stack row{.direction = Stack::Direction::horizontal,
-            .spacing = 10,
-            .alignment = Stack::Alignment::centre,
-            .width = 200};
-  const Arrangement grown = children.in(row, 400, {false, true, false});
-  EXPECT_THAT(children.asked, ElementsAre(std::pair(0U, 180.0), std::pair(2U, 150.0), std::pair(1U, 130.0)));
-  EXPECT_EQ(grown.size, (Extent{200, 28}));
-  EXPECT_THAT(grown.spots, ElementsAre(Spot{0, 0}, Spot{40, 6}, Spot{180, 9}));
-
-  row.width.reset();
-  row.alignment = Stack::Alignment::start;
-  const Arrangement plain = children.in(row, 400);
-  EXPECT_EQ(plain.size, (Extent{110, 28}));
-  EXPECT_THAT(plain.spots, ElementsAre(Spot{0, 0}, Spot{40, 0}, Spot{90, 0}));
-}
-
-TEST(PanelPlace, IsUnderTheIconAndOnTheScreen) {
-  const Area visible{100, 50, 1000, 800};
-  const Extent panel{400, 300};
-  EXPECT_EQ(panelOrigin({500, 850, 24, 24}, panel, visible), (Spot{492, 544}));
-  EXPECT_EQ(panelOrigin({1080, 850, 24, 24}, panel, visible), (Spot{692, 544}));
-  EXPECT_EQ(panelOrigin({100, 850, 24, 24}, panel, visible), (Spot{108, 544}));
-  EXPECT_EQ(panelOrigin({300, 850, 24, 24}, {1200, 300}, visible), (Spot{108, 544}));
-}
 
 Node built(const Shown& shown, const PanelState& state = {}, double age = 0) {
   return content(shown.view(), state, sampleTime + Seconds{age});
@@ -133,6 +74,7 @@ TEST(PanelContent, TheNoteIsTintedInItsOwnColour) {
             std::tuple(ColourRole::green, ColourRole::green, "hourglass"));
   EXPECT_THAT(textsOf(box.child[0]), ElementsAre("Done. Freed 1.5 GB."));
 }
+
 TEST(PanelContent, FoldsBeginWhereTheyHaveSomethingToHide) {
   const std::tuple<int, int, PanelState, std::string> cases[] = {
       {3, 0, {}, "m1 m2 m3 "},
@@ -250,4 +192,4 @@ TEST(PanelContent, EveryControlHasANameAndAnIdOfItsOwn) {
 }
 
 }  // namespace
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

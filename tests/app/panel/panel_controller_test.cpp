@@ -2,7 +2,7 @@
 #include "tests/support/fake_model_services.h"
 #include "tests/support/hand_executor.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 namespace {
 
 struct FakeWindow : PanelWindow {
@@ -65,7 +65,7 @@ TEST_F(PanelControllerTest, OpeningChecksUnlessTheLastCheckIsFresh) {
 TEST_F(PanelControllerTest, ManyChangesOfOneTurnAreDrawnOnce) {
   openWithFindings();
   model.setOpenCard("docker");
-  model.setFound({});
+  model.copyReport();
   model.setOpenCard(std::nullopt);
   EXPECT_THAT(window.shown, IsEmpty()) << "a change is told before it takes effect";
   executor.runAll();
@@ -152,7 +152,9 @@ TEST_F(PanelControllerTest, OpensTheFirstCardThatHasEvidence) {
   openWithFindings();
   controller.openFirstCard();
   EXPECT_EQ(model.openCard(), "pid:15");
-  model.setFound({sampleFinding("a", Bucket::now), sampleFinding("b", Bucket::now)});
+  services.next.found = {sampleFinding("a", Bucket::now), sampleFinding("b", Bucket::now)};
+  controller.perform(CheckAgain{});
+  executor.runAll();
   controller.openFirstCard();
   EXPECT_EQ(model.openCard(), "a");
 }
@@ -168,4 +170,4 @@ TEST_F(PanelControllerTest, ADrawingThatWaitsIsDroppedWithItsPanel) {
 }
 
 }  // namespace
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

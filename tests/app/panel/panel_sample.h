@@ -7,7 +7,7 @@
 #include "app/panel/panel_controller.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
+namespace tarnwick::panel {
 
 inline constexpr std::uint64_t mib = 1024ULL * 1024;
 inline constexpr std::int64_t gib = 1024LL * 1024 * 1024;
@@ -66,8 +66,7 @@ inline Finding sampleFinding(const std::string& id, Bucket bucket, const std::st
 inline std::vector<Finding> sampleFindings() {
   Finding docker = sampleFinding("docker", Bucket::always, "Docker holds 8.0 GB of memory");
   docker.detail =
-      "Docker runs your containers inside a virtual machine, and that machine keeps the memory it once asked "
-      "for. 2 containers are running: storefront-db (780 MB) and storefront-redis (120 MB).";
+      "Docker runs your containers inside a virtual machine, and that machine keeps the memory it once asked for. 2 containers are running: storefront-db (780 MB) and storefront-redis (120 MB).";
   docker.actions = {{"Quit Docker", {QuitApp{"com.docker.docker"}}}};
   docker.steps = {
       {"Quit Docker when you do not need it.", docker.actions.front()},
@@ -120,4 +119,4 @@ inline std::vector<std::string> textsOf(const Node& node) {
   return texts;
 }
 
-}  // namespace tarnwick
+}  // namespace tarnwick::panel

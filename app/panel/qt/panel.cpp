@@ -1,0 +1,145 @@
+#include "app/panel/qt/panel.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QToolTip>
+#include <utility>
+
+#include "app/panel/arrangement.h"
+
+namespace tarnwick::panel {
+namespace {
+
+constexpr int movementMilliseconds = 160;
+
+QScrollBar* scrollerOf(const QWidget* content) {
+  auto* list = content == nullptr ? nullptr : content->findChild<QScrollArea*>(QStringLiteral("list"));
+  return list == nullptr ? nullptr : list->verticalScrollBar();
+}
+
+Area areaOf(const QRect& rect) {
+  return {static_cast<double>(rect.x()), static_cast<double>(rect.y()), static_cast<double>(rect.width()),
+          static_cast<double>(rect.height())};
+}
+
+}  // namespace
+
+QtPanel::QtPanel(const Appearance& appearance, std::function<QRect()> icon, Handlers handlers)
+    : appearance_(appearance), icon_(std::move(icon)), handlers_(std::move(handlers)) {
+  movement_.setDuration(movementMilliseconds);
+  movement_.setEasingCurve(QEasingCurve::OutCubic);
+  QObject::connect(&movement_, &QVariantAnimation::valueChanged, &window_,
+                   [this](const QVariant& frame) { window_.setGeometry(frame.toRect()); });
+  QObject::connect(&window_, &PopupWindow::focusLeft, &window_, [this] {
+    if (visible_) handlers_.focusLeft();  // a closed panel loses it too
+  });
+  QObject::connect(&window_, &PopupWindow::dismissed, &window_, [this] { handlers_.dismissed(); });
+}
+
+void QtPanel::open() {
+  if (!visible_) place_ = icon_();
+  visible_ = true;  // shown with its first content, at its right place
+  if (window_.isVisible()) bringToFront();
+}
+
+void QtPanel::close() {
+  visible_ = false;
+  movement_.stop();
+  window_.hide();
+  if (content_ != nullptr) content_->deleteLater();
+  content_ = nullptr;
+}
+
+void QtPanel::show(const Node& content, bool animated) {
+  replaceContent(content);
+  const bool moves = animated && window_.isVisible() && !window_.isFramed();
+  moveTo(frameFor(content_->size()), moves);
+  if (window_.isVisible()) return;
+  window_.setFocus();
+  window_.show();
+  bringToFront();
+}
+
+// The keyboard and the list stay where they were.
+void QtPanel::replaceContent(const Node& content) {
+  const Theme theme(appearance_.isDark());
+  window_.setTheme(theme);
+  QToolTip::setPalette(theme.palette());
+  const QScrollBar* before = scrollerOf(content_);
+  const int scrolled = before == nullptr ? 0 : before->value();
+  const QWidget* focused = window_.focusWidget();
+  const QString focusedId = focused == nullptr ? QString() : focused->objectName();
+  if (content_ != nullptr) {
+    content_->hide();
+    content_->deleteLater();  // a click on it may be what brought us here
+  }
+  content_ = paint(content, theme, handlers_.perform, &window_);
+  content_->move(window_.shadow(), window_.shadow());
+  content_->show();
+  if (QScrollBar* after = scrollerOf(content_)) after->setValue(scrolled);
+  auto* again = focusedId.isEmpty() ? nullptr : content_->findChild<QWidget*>(focusedId);
+  (again == nullptr || !again->isEnabled() ? &window_ : again)->setFocus(Qt::TabFocusReason);
+}
+
+QRect QtPanel::frameFor(const QSize& size) const {
+  const QScreen* screen = QGuiApplication::screenAt(place_.center());
+  if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+  const QRect visible = screen == nullptr ? place_ : screen->availableGeometry();
+  const Extent panel{static_cast<double>(size.width()), static_cast<double>(size.height())};
+  const Spot spot = besideIcon(areaOf(place_), panel, areaOf(visible));
+  const int shadow = window_.shadow();
+  return QRect(QPoint(static_cast<int>(spot.x), static_cast<int>(spot.y)), size)
+      .adjusted(-shadow, -shadow, shadow, shadow);
+}
+
+void QtPanel::moveTo(const QRect& frame, bool animated) {
+  movement_.stop();
+  if (window_.isFramed()) {
+    window_.setFixedSize(content_->size());
+  } else if (!animated) {
+    window_.setGeometry(frame);
+  } else {
+    movement_.setStartValue(window_.geometry());
+    movement_.setEndValue(frame);
+    movement_.start();
+  }
+}
+
+void QtPanel::bringToFront() {
+  window_.raise();
+  window_.activateWindow();
+}
+
+void QtPanel::openMenu(const std::vector<MenuItem>& items) {
+  auto* menu = new QMenu(&window_);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  menu->setFont(Theme::buttonFont());
+  for (const MenuItem& item : items) {
+    if (item.title.empty()) {
+      menu->addSeparator();
+      continue;
+    }
+    QAction* line = menu->addAction(QString::fromStdString(item.title));
+    line->setCheckable(item.checkable);
+    line->setChecked(item.checked);
+    QObject::connect(line, &QAction::triggered, &window_,
+                     [this, action = item.action] { handlers_.perform(action); });
+  }
+  const QWidget* button =
+      content_ == nullptr ? nullptr : content_->findChild<QWidget*>(QStringLiteral("menu"));
+  menu->popup(button == nullptr ? QCursor::pos() : button->mapToGlobal(button->rect().bottomLeft()));
+}
+
+std::optional<double> QtPanel::visibleScreenHeight() const {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  if (screen == nullptr) return std::nullopt;
+  return screen->availableGeometry().height();
+}
+
+// Not quit(): that asks every window first, and the panel refuses to be closed by others.
+void QtPanel::quit() { QCoreApplication::exit(); }
+
+}  // namespace tarnwick::panel

@@ -1,0 +1,52 @@
+// The panel's window on the screen: a borderless popup beside the tray icon, or, where there is no tray, a
+// plain window. Main thread.
+#pragma once
+
+#include <QPointer>
+#include <QVariantAnimation>
+#include <functional>
+
+#include "app/panel/panel_window.h"
+#include "app/panel/qt/painter.h"
+#include "app/panel/qt/popup_window.h"
+
+namespace tarnwick::panel {
+
+class QtPanel final : public PanelWindow {
+ public:
+  struct Handlers {
+    Perform perform;                  // gets the clicks
+    std::function<void()> focusLeft;  // another window took the keyboard from the open panel
+    std::function<void()> dismissed;  // the user wants the panel gone
+  };
+
+  // `icon` says where the tray icon is whenever the panel opens. `appearance` must outlive the panel.
+  QtPanel(const Appearance& appearance, std::function<QRect()> icon, Handlers handlers);
+
+  PopupWindow& window() { return window_; }
+
+  bool isVisible() const override { return visible_; }
+  void open() override;
+  void close() override;
+  void show(const Node& content, bool animated) override;
+  void openMenu(const std::vector<MenuItem>& items) override;
+  std::optional<double> visibleScreenHeight() const override;
+  void quit() override;
+
+ private:
+  void replaceContent(const Node& content);
+  QRect frameFor(const QSize& size) const;
+  void moveTo(const QRect& frame, bool animated);
+  void bringToFront();
+
+  const Appearance& appearance_;
+  std::function<QRect()> icon_;
+  Handlers handlers_;
+  PopupWindow window_;
+  QPointer<QWidget> content_;
+  QVariantAnimation movement_;
+  QRect place_;           // of the icon, when the panel was opened
+  bool visible_ = false;  // open; the window follows with its first content
+};
+
+}  // namespace tarnwick::panel

@@ -1,0 +1,296 @@
+#include "app/panel/qt/painter.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFile>
+#include <QImage>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QTextEdit>
+#include <QTimer>
+
+#include "app/panel/qt/jobs.h"
+#include "app/panel/qt/panel.h"
+#include "app/panel/qt/single_instance.h"
+#include "app/panel/qt/symbol_views.h"
+#include "app/panel/qt/text_views.h"
+#include "tests/app/panel/panel_sample.h"
+#include "tests/support/fake_model_services.h"
+#include "tests/support/hand_executor.h"
+
+namespace tarnwick::panel {
+namespace {
+
+// The toolkit lives as long as the test program.
+class Toolkit : public testing::Environment {
+ public:
+  void SetUp() override {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("XDG_RUNTIME_DIR", folder_.path().toUtf8());
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere");  // without one, it would start a bus
+    toolkit_ = std::make_unique<QApplication>(count_, words_);
+    Theme::install();
+  }
+  void TearDown() override { toolkit_.reset(); }
+
+ private:
+  QTemporaryDir folder_;
+  char name_[9] = "qt_panel";
+  char* words_[2] = {name_, nullptr};
+  int count_ = 1;
+  std::unique_ptr<QApplication> toolkit_;
+};
+[[maybe_unused]] const auto* const toolkit = testing::AddGlobalTestEnvironment(new Toolkit);
+
+void send(QWidget* widget, QEvent::Type type, Qt::MouseButtons held) {
+  const QPointF inside(5, 5);
+  QMouseEvent event(type, inside, widget->mapToGlobal(inside), Qt::LeftButton, held, Qt::NoModifier);
+  QCoreApplication::sendEvent(widget, &event);
+}
+
+struct QtPanelTest : testing::Test {
+  QtPanelTest() {
+    services.next = {sampleSnapshot(), sampleFindings()};
+    controller.toggle();
+    executor.runAll();
+    services.calls.clear();
+  }
+  void TearDown() override { controller.close(); }
+
+  QAbstractButton* button(const QString& id) { return panel.window().findChild<QAbstractButton*>(id); }
+
+  // With the pointer, on the views as they are on the screen; old views go in the next turn of the loop.
+  void click(const QString& id) {
+    QAbstractButton* target = button(id);
+    send(target, QEvent::MouseButtonPress, Qt::LeftButton);
+    send(target, QEvent::MouseButtonRelease, Qt::NoButton);
+    settle();
+  }
+
+  void press(QWidget* target, Qt::Key key) {
+    QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &down);
+    settle();
+  }
+
+  void settle() {
+    executor.runAll();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+
+  HandExecutor executor;
+  FakeServices services{executor};
+  FakeSettings settings;
+  Model model{executor, services};
+  Appearance appearance{nullptr};
+  int dismissals = 0;
+  QtPanel panel{appearance,
+                [] { return QRect(500, 0, 24, 24); },
+                {.perform = [this](const PanelAction& action) { controller.perform(action); },
+                 .focusLeft = [] {},
+                 .dismissed = [this] { ++dismissals; }}};
+  PanelController controller{model, executor, panel, settings, [this] { return services.time; }};
+};
+
+TEST_F(QtPanelTest, ClicksReachTheController) {
+  click("details:docker");
+  EXPECT_EQ(model.openCard(), "docker");
+  EXPECT_EQ(button("details:docker")->accessibleName().toStdString(), "Less: Docker holds 8.0 GB of memory");
+  click("details:docker");
+  EXPECT_FALSE(model.openCard().has_value());
+
+  click("more");
+  click("remedy:disk:kill -TERM 41");
+  EXPECT_THAT(services.calls, ElementsAre("apply: kill -TERM 41", "reset", "check", "free memory"));
+  click("leftovers");
+  EXPECT_TRUE(button("leftovers")->isChecked());
+  EXPECT_TRUE(button("details:caffeinate:30")->isVisibleTo(&panel.window()));
+}
+
+TEST_F(QtPanelTest, TheMenuShowsItsFiveLinesAndRunsThem) {
+  settings.login = true;
+  click("menu");
+  auto* menu = panel.window().findChild<QMenu*>();
+  ASSERT_NE(menu, nullptr);
+  const QList<QAction*> lines = menu->actions();
+  ASSERT_THAT(lines, SizeIs(5));
+  EXPECT_EQ(lines[0]->text(), "Copy report");
+  EXPECT_TRUE(lines[1]->isChecked());
+  EXPECT_TRUE(lines[3]->isSeparator());
+  lines[1]->trigger();
+  EXPECT_FALSE(settings.login);
+}
+
+TEST_F(QtPanelTest, QuittingEndsTheLoopWhileThePanelIsOpen) {
+  QTimer::singleShot(0, &panel.window(), [&] { controller.perform(Quit{}); });
+  QTimer::singleShot(60'000, &panel.window(), [] { QCoreApplication::exit(1); });
+  EXPECT_EQ(QCoreApplication::exec(), 0);
+}
+
+TEST_F(QtPanelTest, TheKeyboardReachesEveryControlAndStaysAcrossARedraw) {
+  EXPECT_EQ(panel.window().focusWidget(), &panel.window()) << "no remedy is one key press away";
+  std::vector<std::string> reached;
+  for (QWidget* next = panel.window().nextInFocusChain(); next != &panel.window();
+       next = next->nextInFocusChain()) {
+    if ((next->focusPolicy() & Qt::TabFocus) == 0 || !next->isVisibleTo(&panel.window())) continue;
+    reached.push_back(next->objectName().toStdString());
+    EXPECT_FALSE(next->accessibleName().isEmpty()) << reached.back();
+  }
+  EXPECT_THAT(reached,
+              ElementsAre("remedy:docker:Cmd-Q com.docker.docker", "details:docker",
+                          "remedy:browser-app:Google Chrome:kill -TERM 41",
+                          "details:browser-app:Google Chrome", "remedy:pid:15:kill -TERM 15; kill -TERM 14",
+                          "details:pid:15", "more", "leftovers", "refresh", "menu"));
+  button("details:docker")->setFocus();
+  press(button("details:docker"), Qt::Key_Return);
+  EXPECT_EQ(model.openCard(), "docker");
+  EXPECT_EQ(panel.window().focusWidget(), button("details:docker"));
+  press(&panel.window(), Qt::Key_Escape);
+  EXPECT_EQ(dismissals, 1);
+}
+
+TEST_F(QtPanelTest, ALowScreenScrollsAndKeepsItsPlace) {
+  click("more");
+  click("leftovers");
+  click("details:docker");
+  auto* list = panel.window().findChild<QScrollArea*>("list");
+  ASSERT_GT(list->widget()->height(), list->height()) << "the offscreen screen is 800 points high";
+  list->verticalScrollBar()->setValue(77);
+  model.setOpenCard(std::nullopt);
+  settle();
+  list = panel.window().findChild<QScrollArea*>("list");
+  EXPECT_EQ(list->verticalScrollBar()->value(), std::min(77, list->verticalScrollBar()->maximum()));
+}
+
+// Every text has the room that its lines need, inside all the views around it.
+TEST(QtPainter, NoTextIsCutOff) {
+  std::vector<Finding> found = sampleFindings();
+  found[0].title = QString("W").repeated(200).toStdString();
+  found[1].detail =
+      "one/" + QString("very").repeated(60).toStdString() + "/long/path and more words after it";
+  found[2].actions[0].label = "Stop " + QString("storefront-db and ").repeated(8).toStdString();
+  const Note note{"A long note. " + found[1].detail, "hourglass", NoteColor::orange, sampleTime};
+  for (const Finding& open : found) {
+    const Shown shown{.snap = sampleSnapshot(), .found = found, .note = note, .openCard = open.id};
+    const Node node = content(shown.view(), {.showMore = true, .showLeftovers = true}, sampleTime);
+    QWidget window;
+    const Perform nothing;
+    QWidget* panel = paint(node, Theme(false), nothing, &window);
+    EXPECT_EQ(panel->width(), 400);
+    window.resize(panel->size());
+    window.show();  // the list lies in its frame only then
+    int texts = 0;
+    for (QWidget* view : panel->findChildren<QWidget*>()) {
+      auto* edit = qobject_cast<QTextEdit*>(view);
+      EXPECT_TRUE(edit == nullptr || edit->document()->size().height() <= edit->height());
+      if (edit == nullptr && !view->inherits("QLabel") && !view->inherits("QAbstractButton")) continue;
+      ++texts;
+      for (QWidget* around = view; around != panel; around = around->parentWidget())
+        EXPECT_TRUE(around->parentWidget()->rect().contains(around->geometry()))
+            << view->accessibleName().toStdString() << around->metaObject()->className();
+    }
+    EXPECT_GT(texts, 30);
+  }
+}
+
+double luminance(const QColor& colour) {
+  const auto linear = [](double part) { return std::pow((part + 0.055) / 1.055, 2.4); };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+}
+
+double contrast(const QColor& one, const QColor& other) {
+  const auto [low, high] = std::minmax({luminance(one), luminance(other)});
+  return (high + 0.05) / (low + 0.05);
+}
+
+TEST(QtTheme, TextStandsOutFromTheWindow) {
+  for (const Theme& theme : {Theme(false), Theme(true)}) {
+    EXPECT_GE(contrast(theme.link(), theme.window()), 4.5);
+    for (const auto text : {ColourRole::label, ColourRole::secondary})
+      EXPECT_GE(contrast(theme.colour(text), theme.window()), 4.5);
+    for (const auto tint : {ColourRole::green, ColourRole::orange})
+      EXPECT_GE(contrast(theme.colour(tint), theme.window()), 3);
+  }
+}
+
+TEST(QtPicture, IsDrawnAtTwiceTheSizeAlwaysTheSameAndWrittenWholeOrNotAtAll) {
+  const TempFolder folder;
+  const Snapshot snapshot = sampleSnapshot();
+  const std::vector<Finding> found = sampleFindings();
+  const auto picture = [&](bool dark, bool open) { return drawPicture({snapshot, found, dark, open, ""}); };
+  const QImage closed = picture(false, false);
+  EXPECT_EQ(closed.width(), 800);
+  EXPECT_EQ(closed, picture(false, false));
+  EXPECT_EQ(closed.pixelColor(3, 3), Theme(false).window());
+  EXPECT_EQ(picture(true, false).pixelColor(3, 3), Theme(true).window());
+  EXPECT_GT(picture(false, true).height(), 2 * 800) << "the picture is never capped";
+  EXPECT_LT(drawPicture({snapshot, {}, false, true, ""}).height(), 300);
+
+  EXPECT_TRUE(savePicture({snapshot, found, false, false, folder.at("panel.png")}));
+  EXPECT_EQ(QImage(QString::fromStdString(folder.at("panel.png"))).size(), closed.size());
+  EXPECT_FALSE(savePicture({snapshot, found, false, false, folder.at("no/panel.png")}));
+}
+
+TEST(QtText, AShortLastLineIsNotLeftAlone) {
+  const QFont font = Theme::font(FontRole::callout);
+  const QString words = "It uses most of the memory of the machine now.";
+  const int oneLine = TextBlock(words, font, 4000).size().width();
+  const TextBlock two(words, font, oneLine - 5);
+  EXPECT_TRUE(two.text().endsWith(QString("machine") + QChar(QChar::Nbsp) + "now."))
+      << two.text().toStdString();
+  EXPECT_EQ(TextBlock(words, font, oneLine / 2 + 40).text(), words);
+}
+
+TEST(QtSymbols, EveryNameInUseHasItsOwnGlyph) {
+  std::istringstream names(R"(
+      gauge.with.dots.needle.67percent checkmark.circle.fill exclamationmark.circle.fill
+      exclamationmark.triangle.fill hourglass memorychip cpu internaldrive thermometer.high globe
+      server.rack iphone shippingbox cup.and.saucer terminal gearshape photo.on.rectangle.angled
+      icloud magnifyingglass power sparkles chevron.right chevron.down arrow.clockwise ellipsis.circle)");
+  std::set<QString> glyphs{glyphOf("app")};  // also of every name that is not known
+  for (std::string name; names >> name;) EXPECT_TRUE(glyphs.insert(glyphOf(name)).second) << name;
+  EXPECT_EQ(glyphOf("chevron"), glyphOf("app"));
+}
+
+TEST(QtSymbols, AFileIconIsThePictureOrWhatItsEntryNames) {
+  const TempFolder folder;
+  QImage image(8, 8, QImage::Format_RGB32);
+  image.fill(Qt::red);
+  const std::string picture = folder.at("icon.png");
+  ASSERT_TRUE(image.save(QString::fromStdString(picture)));
+  EXPECT_FALSE(fileIcon(QString::fromStdString(picture)).isNull());
+  const std::tuple<const char*, std::string, bool> cases[] = {
+      {"a.desktop", "[Other]\nIcon=/none\n[Desktop Entry]\nIcon = " + picture, true},
+      {"b.desktop", "[Desktop Entry]\nName=B\n[Other]\nIcon=" + picture, false},
+      {"text.png", "not a picture", false}};
+  for (const auto& [name, text, found] : cases)
+    EXPECT_NE(fileIcon(QString::fromStdString(folder.write(name, text))).isNull(), found) << name;
+}
+
+TEST(QtSingleInstance, ALaterStartIsHeardByTheFirst) {
+  const QTemporaryDir folder;
+  SingleInstance first(folder.path());
+  ASSERT_TRUE(first.isFirst());
+  int asked = 0;
+  first.listen([&] { ++asked; });
+  const SingleInstance second(folder.path());
+  EXPECT_FALSE(second.isFirst());
+  bool answered = false;
+  std::thread later([&] { answered = second.askToOpen(); });
+  while (asked == 0) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  later.join();
+  EXPECT_TRUE(answered);
+  EXPECT_EQ(asked, 1);
+  const QFile::Permissions others =
+      QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
+  EXPECT_FALSE(QFile::permissions(folder.filePath("tarnwick.socket")) & others);
+  EXPECT_TRUE(SingleInstance("").isFirst());
+  EXPECT_TRUE(SingleInstance("/nowhere").isFirst());
+}
+
+}  // namespace
+}  // namespace tarnwick::panel
