@@ -1,26 +1,15 @@
 #include "app/live_check.h"
 
-#include <cstdlib>
-
 #include "app/live_parts.h"
 #include "diagnosis/findings.h"
-#include "sampling/engine_socket.h"
-#include "sampling/tools/posix/self.h"
+#include "system/port.h"
+#include "system/self.h"
 
 namespace tarnwick {
-namespace {
-
-std::vector<std::string> enginePlaces(const Self& self) {
-  const char* runtimeDir = std::getenv("XDG_RUNTIME_DIR");
-  return engineSocketPlaces(self, runtimeDir == nullptr ? "" : runtimeDir);
-}
-
-}  // namespace
-
 LiveCheck::LiveCheck(const Self& self, std::function<bool()> prTitles)
     : marks_(processorMilliseconds),
       places_(self.home),
-      docker_(transport_, enginePlaces(self)),
+      docker_(transport_, engineSocketPlaces(self)),
       browsers_(liveBrowsers(tools_)),
       git_(tools_, places_, clock_, self.home, std::move(prTitles)),
       claude_(self.home),

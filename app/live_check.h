@@ -22,9 +22,9 @@
 #include "sampling/process_table.h"
 #include "sampling/scan.h"
 #include "sampling/tools/posix/posix_tool_runner.h"
-#include "sampling/tools/posix/system_clock.h"
 #include "sampling/tools/tool_places.h"
-#include "sampling/tools/unix_socket.h"
+#include "system/clock.h"
+#include "system/unix_socket.h"
 
 namespace tarnwick {
 

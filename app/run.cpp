@@ -17,7 +17,7 @@
 #include "diagnosis/findings.h"
 #include "diagnosis/report.h"
 #include "records/checked.h"
-#include "sampling/tools/posix/self.h"
+#include "system/self.h"
 
 namespace tarnwick {
 namespace {

@@ -7,7 +7,7 @@
 #include "context/claude_files.h"
 #include "records/text.h"
 #include "sampling/decode/json_members.h"
-#include "sampling/tools/small_file.h"
+#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "context/git_files.h"
 #include "records/text.h"
-#include "sampling/tools/small_file.h"
+#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {

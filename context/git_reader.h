@@ -10,9 +10,9 @@
 
 #include "records/basics.h"
 #include "records/snapshot.h"
-#include "sampling/tools/clock.h"
 #include "sampling/tools/tool_places.h"
 #include "sampling/tools/tool_runner.h"
+#include "system/clock.h"
 
 namespace tarnwick {
 

@@ -2,10 +2,9 @@
 
 #include <cstddef>
 
-#include "context/local_date.h"
-#include "context/property_list.h"
 #include "records/utf8.h"
-#include "sampling/tools/small_file.h"
+#include "system/port.h"
+#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {

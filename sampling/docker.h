@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "records/snapshot.h"
-#include "sampling/tools/unix_socket.h"
+#include "system/unix_socket.h"
 
 namespace tarnwick {
 

@@ -1,13 +1,11 @@
 // The sources of the operating system that the program was built for. Each system's folder has its own.
 #pragma once
 
-#include <memory>
-
-#include "records/basics.h"
 #include "sampling/docker.h"
 #include "sampling/machine_source.h"
 #include "sampling/process_source.h"
 #include "sampling/workspace.h"
+#include "system/port.h"
 
 namespace tarnwick {
 
@@ -23,7 +21,5 @@ class LiveMachine {
   // Is there a container engine that may be asked?
   virtual bool dockerRuns(const Docker& docker) = 0;
 };
-
-std::unique_ptr<LiveMachine> liveMachine(const Self& self);
 
 }  // namespace tarnwick

@@ -7,7 +7,7 @@
 
 #include "records/browsers.h"
 #include "sampling/decode/memory_saver.h"
-#include "sampling/tools/small_file.h"
+#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {

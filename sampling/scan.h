@@ -13,8 +13,8 @@
 #include "sampling/docker.h"
 #include "sampling/machine_source.h"
 #include "sampling/process_table.h"
-#include "sampling/tools/clock.h"
 #include "sampling/workspace.h"
+#include "system/clock.h"
 
 namespace tarnwick {
 

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "sampling/tools/small_file.h"
+#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "sampling/decode/proc_text.h"
-#include "sampling/tools/small_file.h"
+#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {

@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <system_error>
 
+#include "system/posix/descriptor.h"
+
 namespace tarnwick {
 namespace {
 
@@ -20,21 +22,6 @@ SignalOutcome outcomeOf(long result) {
   if (result == 0) return {SignalOutcome::Kind::sent, {}};
   return {SignalOutcome::Kind::failed, std::generic_category().message(errno)};
 }
-
-class Handle {
- public:
-  explicit Handle(Pid pid) : descriptor_(static_cast<int>(::syscall(SYS_pidfd_open, pid, 0))) {}
-  ~Handle() {
-    if (descriptor_ >= 0) ::close(descriptor_);
-  }
-  Handle(const Handle&) = delete;
-  Handle& operator=(const Handle&) = delete;
-
-  int descriptor() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
 
 // A kernel without the call says the first, a sandbox that forbids it mostly the second.
 bool handlesAreMissing(int error) { return error == ENOSYS || error == EPERM; }
@@ -50,8 +37,8 @@ LinuxSignals::LinuxSignals(std::uint32_t uid, const ProcClock& clock, Road road)
 SignalOutcome LinuxSignals::send(const Signal& signal) const {
   if (signal.pid < firstOrdinaryPid) return refused();
   if (road_ == Road::pidOnly) return sendByPid(signal);
-  const Handle handle(signal.pid);
-  if (handle.descriptor() >= 0) return sendThroughHandle(handle.descriptor(), signal);
+  const Descriptor handle(static_cast<int>(::syscall(SYS_pidfd_open, signal.pid, 0)));
+  if (handle.isOpen()) return sendThroughHandle(handle.number(), signal);
   const int error = errno;
   if (handlesAreMissing(error)) return sendByPid(signal);
   if (isNoProcess(error)) return refused();

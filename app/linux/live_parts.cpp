@@ -4,6 +4,7 @@
 #include "app/linux/user_defaults.h"
 #include "context/linux/linux_browsers.h"
 #include "sampling/linux/linux_process_source.h"
+#include "system/environment.h"
 
 namespace tarnwick {
 

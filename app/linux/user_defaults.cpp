@@ -1,6 +1,5 @@
 #include "app/linux/user_defaults.h"
 
-#include <cstdlib>
 #include <utility>
 
 #include "app/linux/config_file.h"
@@ -17,11 +16,6 @@ std::string_view valueOf(std::string_view line, std::string_view name) {
 }
 
 }  // namespace
-
-std::string configFolder(const std::string& home) {
-  const char* named = std::getenv("XDG_CONFIG_HOME");
-  return named != nullptr && named[0] == '/' ? named : home + "/.config";
-}
 
 UserDefaults::UserDefaults(std::string folder) : file_(std::move(folder) + "/tarnwick/defaults") {}
 

@@ -7,9 +7,6 @@
 
 namespace tarnwick {
 
-// The user's configuration folder: $XDG_CONFIG_HOME where it is an absolute path, else ~/.config.
-std::string configFolder(const std::string& home);
-
 class UserDefaults {
  public:
   // `folder`: the configuration folder; made when something is written.

@@ -1,8 +1,6 @@
 // Dates through ICU. Linking it would cost every start 0.4 ms and 1.7 MB, half of what the rest of the
 // program costs, for a sentence that few checks print; so its C interface is loaded when the first date is
 // asked for, by the version that was built against.
-#include "context/local_date.h"
-
 #include <dlfcn.h>
 #include <unicode/udat.h>
 #include <utf8cpp/utf8.h>
@@ -10,9 +8,11 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
 #include <ctime>
 #include <iterator>
+
+#include "system/environment.h"
+#include "system/port.h"
 
 // ICU's headers rename every function to carry the version; the loader needs that name as a text.
 #define TARNWICK_QUOTED(name) #name
@@ -40,21 +40,16 @@ struct Icu {
 
 // The user's choice for dates as ICU writes it: de_DE for "de_DE.UTF-8". The bare "C" of a machine without
 // any choice is not a language; its dates are American English like the rest of the texts.
-std::string dateLocale() {
-  for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"}) {
-    const char* value = std::getenv(variable);
-    const std::string name = value == nullptr ? "" : value;
-    if (name.empty()) continue;
-    std::string locale = name.substr(0, name.find_first_of(".@"));
-    return locale == "C" || locale == "POSIX" ? "en_US" : locale;
-  }
-  return "en_US";
+std::string icuLocale() {
+  const std::string chosen = dateLocale();
+  const std::string locale = chosen.substr(0, chosen.find_first_of(".@"));
+  return chosen.empty() || locale == "C" || locale == "POSIX" ? "en_US" : locale;
 }
 
 std::string dateThroughIcu(const Icu& icu, double milliseconds) {
   UErrorCode status = U_ZERO_ERROR;
   UDateFormat* format =
-      icu.open(UDAT_SHORT, UDAT_MEDIUM, dateLocale().c_str(), nullptr, -1, nullptr, -1, &status);
+      icu.open(UDAT_SHORT, UDAT_MEDIUM, icuLocale().c_str(), nullptr, -1, nullptr, -1, &status);
   if (U_FAILURE(status) != 0) return {};
   std::array<UChar, 200> text{};
   const std::int32_t length =

@@ -1,5 +1,5 @@
 // Property lists through libplist.
-#include "context/property_list.h"
+#include "system/port.h"
 
 #include <plist/plist.h>
 

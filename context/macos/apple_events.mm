@@ -4,7 +4,7 @@
 #import <Foundation/Foundation.h>
 
 #include "context/tabs.h"
-#include "sampling/tools/macos/foundation_text.h"
+#include "system/macos/foundation_text.h"
 
 namespace tarnwick {
 namespace {

@@ -1,11 +1,11 @@
-#include "context/local_date.h"
+#include "system/port.h"
 
 #import <Foundation/Foundation.h>
 
 #include <algorithm>
 #include <cmath>
 
-#include "sampling/tools/macos/foundation_text.h"
+#include "system/macos/foundation_text.h"
 
 namespace tarnwick {
 

@@ -1,9 +1,9 @@
-#include "context/property_list.h"
+#include "system/port.h"
 
 #import <Foundation/Foundation.h>
 
 #include "context/property_list_bounds.h"
-#include "sampling/tools/macos/foundation_text.h"
+#include "system/macos/foundation_text.h"
 
 namespace tarnwick {
 

@@ -1,30 +1,18 @@
 #include "sampling/linux/desktop_entries.h"
 
-#include <cstdlib>
 #include <string_view>
 #include <utility>
 
 #include "records/text.h"
 #include "records/utf8.h"
 #include "sampling/decode/desktop_entry.h"
-#include "sampling/tools/small_file.h"
+#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {
 
 // No vendor nests deeper, and a folder that links to itself ends here.
 constexpr int deepestFolder = 3;
-
-std::optional<std::string> environment(const char* name) {
-  const char* value = std::getenv(name);
-  if (value == nullptr) return std::nullopt;
-  return std::string(value);
-}
-
-void addFolder(std::vector<std::string>& folders, std::string_view base) {
-  while (base.size() > 1 && base.ends_with('/')) base.remove_suffix(1);
-  if (base.starts_with('/')) folders.push_back(std::string(base) + "/applications");
-}
 
 // An id names files below the application folders and nothing else, hidden ones not.
 bool isSafe(std::string_view id) { return isPlainFileName(id) && !id.starts_with('.'); }
@@ -50,32 +38,10 @@ std::optional<FoundEntry> findIn(const std::string& folder, const std::string& i
 
 }  // namespace
 
-std::vector<std::string> applicationFolders(const std::optional<std::string>& dataHome,
-                                            const std::optional<std::string>& dataDirs,
-                                            const std::string& home) {
-  std::vector<std::string> folders;
-  const bool homeCounts = dataHome && dataHome->starts_with('/');
-  addFolder(folders, homeCounts ? *dataHome : home + "/.local/share");
-  const bool dirsCount = dataDirs && !dataDirs->empty();
-  std::string_view rest = dirsCount ? std::string_view(*dataDirs) : "/usr/local/share:/usr/share";
-  while (!rest.empty()) {
-    const auto colon = rest.find(':');
-    addFolder(folders, rest.substr(0, colon));
-    rest.remove_prefix(colon == std::string_view::npos ? rest.size() : colon + 1);
-  }
-  return folders;
-}
-
 std::vector<std::string> applicationFolders(const std::string& home) {
-  return applicationFolders(environment("XDG_DATA_HOME"), environment("XDG_DATA_DIRS"), home);
-}
-
-std::string messageLocale() {
-  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-    const auto value = environment(name);
-    if (value && !value->empty()) return *value;
-  }
-  return {};
+  std::vector<std::string> folders = dataFolders(home);
+  for (std::string& folder : folders) folder += "/applications";
+  return folders;
 }
 
 DesktopEntries::DesktopEntries(std::vector<std::string> applicationFolders, const std::string& locale)

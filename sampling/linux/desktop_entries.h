@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "system/environment.h"
+
 namespace tarnwick {
 
 struct DesktopEntry {
@@ -19,17 +21,8 @@ struct DesktopEntry {
   bool operator==(const DesktopEntry&) const = default;
 };
 
-// The folders for desktop entries by the base-directory rules, most important first. Arguments are the values
-// of $XDG_DATA_HOME and $XDG_DATA_DIRS, absent when not set; relative paths in them do not count.
-std::vector<std::string> applicationFolders(const std::optional<std::string>& dataHome,
-                                            const std::optional<std::string>& dataDirs,
-                                            const std::string& home);
-
-// The same for this process's environment.
+// Where desktop entries are for the user with that home folder, most important first.
 std::vector<std::string> applicationFolders(const std::string& home);
-
-// The locale of texts by $LC_ALL, $LC_MESSAGES, $LANG; empty when none is set.
-std::string messageLocale();
 
 class DesktopEntries {
  public:

@@ -1,11 +1,11 @@
-#include "sampling/engine_socket.h"
+#include "system/environment.h"
+#include "system/port.h"
 
 namespace tarnwick {
 
-std::vector<std::string> engineSocketPlaces(const Self& self, const std::string& runtimeDir) {
-  const bool set = !runtimeDir.empty() && runtimeDir.front() == '/';
-  const std::string ofSession = set ? runtimeDir : "/run/user/" + std::to_string(self.uid);
-  return {self.home + "/.docker/desktop/docker.sock", ofSession + "/docker.sock", "/var/run/docker.sock"};
+std::vector<std::string> engineSocketPlaces(const Self& self) {
+  return {self.home + "/.docker/desktop/docker.sock", runtimeFolder(self.uid) + "/docker.sock",
+          "/var/run/docker.sock"};
 }
 
 }  // namespace tarnwick

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "sampling/decode/machine_text.h"
-#include "sampling/tools/small_file.h"
+#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {

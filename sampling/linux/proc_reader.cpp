@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <charconv>
 
 #include "sampling/decode/proc_text.h"
@@ -52,34 +51,15 @@ std::string_view linkAt(int folder, const char* name, std::span<char> buffer) {
   return length > 0 ? std::string_view(buffer.data(), static_cast<std::size_t>(length)) : std::string_view();
 }
 
-Folder folderAt(int parent, const char* name) {
+OpenFolder folderAt(int parent, const char* name) {
   const int number = ::openat(parent, name, openFlags | O_DIRECTORY);
   if (number < 0) return nullptr;
   DIR* folder = ::fdopendir(number);
   if (folder == nullptr) ::close(number);
-  return Folder(folder);
+  return OpenFolder(folder);
 }
 
 }  // namespace
-
-Descriptor::~Descriptor() {
-  if (number_ >= 0) ::close(number_);
-}
-
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
-  std::swap(number_, other.number_);
-  return *this;
-}
-
-ssize_t Descriptor::read(std::span<char> buffer) const {
-  ssize_t count = -1;
-  do {
-    count = ::read(number_, buffer.data(), buffer.size());
-  } while (count < 0 && errno == EINTR);
-  return count;
-}
-
-void FolderCloser::operator()(DIR* folder) const { ::closedir(folder); }
 
 ProcReader::ProcReader(const std::string& root) : root_(folderAt(AT_FDCWD, root.c_str())) {}
 
@@ -100,7 +80,7 @@ std::optional<Pid> ProcReader::newest() const {
   const Descriptor descriptor(::openat(at(), "loadavg", openFlags));
   // A container's own file laid over the kernel's may be seconds old.
   struct statfs info {};
-  if (!descriptor.open() || ::fstatfs(descriptor.number(), &info) != 0 || info.f_type != PROC_SUPER_MAGIC) {
+  if (!descriptor.isOpen() || ::fstatfs(descriptor.number(), &info) != 0 || info.f_type != PROC_SUPER_MAGIC) {
     return std::nullopt;
   }
   std::array<char, 128> buffer{};
@@ -121,9 +101,9 @@ bool ProcReader::belongsTo(Pid pid, std::uint32_t uid) const {
 
 std::optional<ProcessFolder> ProcReader::hold(Pid pid) {
   held_ = Descriptor(::openat(at(), ProcessPath(pid, "").text(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-  heldPid_ = held_.open() ? pid : 0;
+  heldPid_ = held_.isOpen() ? pid : 0;
   struct stat info {};
-  if (!held_.open() || ::fstat(held_.number(), &info) != 0) return std::nullopt;
+  if (!held_.isOpen() || ::fstat(held_.number(), &info) != 0) return std::nullopt;
   return ProcessFolder{info.st_uid, info.st_ino};
 }
 
@@ -139,7 +119,7 @@ std::vector<Pid> ProcReader::pidsOf(std::uint32_t uid, std::size_t limit) const 
 std::optional<std::string_view> ProcReader::read(Pid pid, const char* file, std::span<char> buffer) const {
   const Descriptor descriptor(pid == heldPid_ ? ::openat(held_.number(), file, openFlags)
                                               : ::openat(at(), ProcessPath(pid, file).text(), openFlags));
-  if (!descriptor.open()) return std::nullopt;
+  if (!descriptor.isOpen()) return std::nullopt;
   const ssize_t count = descriptor.read(buffer);
   if (count < 0) return std::nullopt;
   return std::string_view(buffer.data(), static_cast<std::size_t>(count));
@@ -151,7 +131,7 @@ std::string_view ProcReader::link(Pid pid, const char* file, std::span<char> buf
 }
 
 std::vector<std::string> ProcReader::descriptors(Pid pid) const {
-  const Folder folder = folderAt(at(), ProcessPath(pid, "fd").text());
+  const OpenFolder folder = folderAt(at(), ProcessPath(pid, "fd").text());
   if (!folder) return {};
   std::vector<std::string> targets;
   std::array<char, longestLink> buffer{};
@@ -165,7 +145,7 @@ std::vector<std::string> ProcReader::descriptors(Pid pid) const {
 std::string ProcReader::machineFile(const char* file) const {
   constexpr std::size_t step = 8'192;  // most files are shorter
   const Descriptor descriptor(::openat(at(), file, openFlags));
-  if (!descriptor.open()) return {};
+  if (!descriptor.isOpen()) return {};
   std::string text;
   while (text.size() < longestFile) {
     const std::size_t had = text.size();

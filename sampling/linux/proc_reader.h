@@ -3,46 +3,18 @@
 // belong to the caller. Used by one thread at a time.
 #pragma once
 
-#include <dirent.h>
-
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "records/basics.h"
+#include "system/posix/descriptor.h"
 
 namespace tarnwick {
-
-struct FolderCloser {
-  void operator()(DIR* folder) const;
-};
-using Folder = std::unique_ptr<DIR, FolderCloser>;
-
-// An open file or folder; closes what it holds.
-class Descriptor {
- public:
-  explicit Descriptor(int number = -1) : number_(number) {}
-  ~Descriptor();
-  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-  Descriptor& operator=(Descriptor&& other) noexcept;
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  bool open() const { return number_ >= 0; }
-  int number() const { return number_; }
-
-  // The number of bytes read; 0 at the end, below 0 on failure.
-  ssize_t read(std::span<char> buffer) const;
-
- private:
-  int number_;
-};
 
 // The folder of a process. The kernel gives it to the effective user even where the files in it belong to
 // root because the process is protected. The inode tells the process from any other one of the same pid.
@@ -95,7 +67,7 @@ class ProcReader {
 
  private:
   int at() const;
-  Folder root_;
+  OpenFolder root_;
   Pid heldPid_ = 0;  // 0 for nobody
   Descriptor held_;
 };

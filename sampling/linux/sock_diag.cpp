@@ -8,7 +8,6 @@
 #include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <sys/time.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -16,34 +15,24 @@
 #include <cstring>
 #include <span>
 
+#include "system/posix/descriptor.h"
+
 namespace tarnwick {
 namespace {
 
-class NetlinkSocket {
- public:
-  NetlinkSocket() : number_(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_SOCK_DIAG)) {
-    const timeval patience{1, 0};
-    if (open()) ::setsockopt(number_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-  }
-  ~NetlinkSocket() {
-    if (open()) ::close(number_);
-  }
-  NetlinkSocket(const NetlinkSocket&) = delete;
-  NetlinkSocket& operator=(const NetlinkSocket&) = delete;
-
-  bool open() const { return number_ >= 0; }
-  int number() const { return number_; }
-
- private:
-  int number_;
-};
+Descriptor netlinkSocket() {
+  Descriptor socket(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_SOCK_DIAG));
+  const timeval patience{1, 0};
+  if (socket.isOpen()) ::setsockopt(socket.number(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+  return socket;
+}
 
 struct Request {
   nlmsghdr header{};
   inet_diag_req_v2 body{};
 };
 
-bool askForListeners(const NetlinkSocket& socket, int family) {
+bool askForListeners(const Descriptor& socket, int family) {
   Request request;
   request.header.nlmsg_len = sizeof request;
   request.header.nlmsg_type = SOCK_DIAG_BY_FAMILY;
@@ -78,7 +67,7 @@ Dump takeListeners(std::span<const char> bytes, std::vector<Listener>& listeners
   return Dump::goesOn;
 }
 
-bool dumpListeners(const NetlinkSocket& socket, int family, std::vector<Listener>& listeners) {
+bool dumpListeners(const Descriptor& socket, int family, std::vector<Listener>& listeners) {
   if (!askForListeners(socket, family)) return false;
   std::array<char, 32'768> buffer{};
   while (true) {
@@ -92,9 +81,9 @@ bool dumpListeners(const NetlinkSocket& socket, int family, std::vector<Listener
 }  // namespace
 
 std::optional<std::vector<Listener>> listenersFromSockDiag() {
-  const NetlinkSocket socket;
+  const Descriptor socket = netlinkSocket();
   std::vector<Listener> listeners;
-  if (!socket.open()) return std::nullopt;
+  if (!socket.isOpen()) return std::nullopt;
   if (!dumpListeners(socket, AF_INET, listeners)) return std::nullopt;
   if (!dumpListeners(socket, AF_INET6, listeners)) return std::nullopt;
   return listeners;

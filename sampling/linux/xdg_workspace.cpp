@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "sampling/decode/app_unit.h"
-#include "sampling/tools/small_file.h"
+#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {

@@ -1,8 +1,8 @@
-#include "sampling/engine_socket.h"
+#include "system/port.h"
 
 namespace tarnwick {
 
-std::vector<std::string> engineSocketPlaces(const Self& self, const std::string& /*runtimeDir*/) {
+std::vector<std::string> engineSocketPlaces(const Self& self) {
   return {self.home + "/.docker/run/docker.sock"};
 }
 

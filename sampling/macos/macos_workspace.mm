@@ -2,7 +2,7 @@
 
 #import <AppKit/AppKit.h>
 
-#include "sampling/tools/macos/foundation_text.h"
+#include "system/macos/foundation_text.h"
 
 namespace tarnwick {
 

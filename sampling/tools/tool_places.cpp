@@ -1,13 +1,12 @@
 #include "sampling/tools/tool_places.h"
 
-#include <cstdlib>
-
-#include "sampling/tools/small_file.h"
+#include "system/environment.h"
+#include "system/small_file.h"
 
 namespace tarnwick {
 
 std::optional<std::string> executable(const std::vector<std::string>& candidates) {
-  if (std::getenv("TARNWICK_NO_TOOLS") != nullptr) return std::nullopt;
+  if (toolsAreOff()) return std::nullopt;
   for (const std::string& candidate : candidates) {
     if (isExecutableFile(candidate)) return candidate;
   }

@@ -1,5 +1,5 @@
-// Where the outside tools are: fixed places of each system, never the search path. The environment variable
-// TARNWICK_NO_TOOLS, whatever its value, turns every tool off.
+// Where the outside tools are: fixed places of each system, never the search path. The environment can turn
+// every tool off.
 #pragma once
 
 #include <mutex>
@@ -7,6 +7,8 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "system/port.h"
 
 namespace tarnwick {
 
@@ -20,9 +22,6 @@ struct ToolCandidates {
   std::vector<std::string> simctl;
   std::vector<std::string> gh;
 };
-
-// Answered by each system's own file.
-ToolCandidates toolCandidates(const std::string& home);
 
 // The tools of this run: looked up together at the first question, never again. Any thread.
 class ToolPlaces {

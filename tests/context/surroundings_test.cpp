@@ -1,5 +1,5 @@
 #include "context/live_surroundings.h"
-#include "context/property_list.h"
+#include "system/port.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/recording_tool_runner.h"
 

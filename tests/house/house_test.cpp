@@ -17,15 +17,17 @@ struct Room {
 const std::vector<Room>& rooms() {
   static const std::vector<Room> all{
       {"records/", {"records/"}},
+      {"system/", {"system/", "records/"}},
       {"diagnosis/", {"diagnosis/", "records/"}},
       {"sampling/decode/", {"sampling/decode/", "records/"}},
-      {"sampling/tools/", {"sampling/tools/", "records/"}},
-      {"sampling/", {"sampling/", "records/", "context/"}},
+      {"sampling/tools/", {"sampling/tools/", "system/", "records/"}},
+      {"sampling/", {"sampling/", "system/", "records/", "context/"}},
       {"context/",
-       {"context/", "records/", "diagnosis/surroundings.h", "sampling/tools/", "sampling/decode/"}},
+       {"context/", "system/", "records/", "diagnosis/surroundings.h", "sampling/tools/",
+        "sampling/decode/"}},
       {"app/cli/", {"app/cli/", "records/"}},
-      {"app/panel/", {"app/", "records/", "diagnosis/", "sampling/", "context/"}},
-      {"app/", {"app/", "records/", "diagnosis/", "sampling/", "context/"}},
+      {"app/panel/", {"app/", "system/", "records/", "diagnosis/", "sampling/", "context/"}},
+      {"app/", {"app/", "system/", "records/", "diagnosis/", "sampling/", "context/"}},
       {"bench/", {""}},
       {"tests/", {""}},
   };

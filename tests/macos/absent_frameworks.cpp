@@ -4,9 +4,7 @@
 
 #include "app/macos/applications.h"
 #include "app/panel/panel_jobs.h"
-#include "context/local_date.h"
 #include "context/macos/apple_events.h"
-#include "context/property_list.h"
 #include "sampling/macos/macos_disk_capacity.h"
 #include "sampling/macos/macos_thermal.h"
 #include "sampling/macos/macos_workspace.h"

@@ -1,7 +1,7 @@
 #include "sampling/decode/engine_json.h"
 #include "sampling/decode/http_reply.h"
 #include "sampling/docker.h"
-#include "sampling/tools/small_file.h"
+#include "system/small_file.h"
 #include "tests/support/fake_transport.h"
 
 namespace tarnwick {

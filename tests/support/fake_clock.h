@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "sampling/tools/clock.h"
+#include "system/clock.h"
 
 namespace tarnwick {
 

@@ -5,7 +5,7 @@
 #include <condition_variable>
 #include <mutex>
 
-#include "sampling/tools/unix_socket.h"
+#include "system/unix_socket.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {

@@ -5,6 +5,7 @@
 #include "app/linux/login_item.h"
 #include "app/linux/user_defaults.h"
 #include "app/panel/panel_window.h"
+#include "system/environment.h"
 
 namespace tarnwick::panel {
 namespace {

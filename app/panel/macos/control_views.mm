@@ -5,7 +5,7 @@
 
 #import "app/panel/macos/symbol_views.h"
 #import "app/panel/macos/theme.h"
-#include "sampling/tools/macos/foundation_text.h"
+#include "system/macos/foundation_text.h"
 
 @implementation Target
 

@@ -8,7 +8,7 @@
 #import "app/panel/macos/symbol_views.h"
 #import "app/panel/macos/text_views.h"
 #import "app/panel/macos/theme.h"
-#include "sampling/tools/macos/foundation_text.h"
+#include "system/macos/foundation_text.h"
 
 // The plain surfaces that the panel is laid out on. Their colours follow the appearance: each is looked up
 // when the surface is drawn.

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "app/panel/arrangement.h"
-#include "sampling/tools/macos/foundation_text.h"
+#include "system/macos/foundation_text.h"
 
 namespace tarnwick::panel {
 namespace {

@@ -7,7 +7,7 @@
 #import "app/panel/macos/painter.h"
 #include "app/panel/panel_jobs.h"
 #include "records/checked.h"
-#include "sampling/tools/macos/foundation_text.h"
+#include "system/macos/foundation_text.h"
 
 // What a picture of the panel is drawn on: the background colour of a window.
 __attribute__((objc_runtime_name("TarnwickBackdrop")))

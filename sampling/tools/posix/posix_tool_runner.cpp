@@ -17,8 +17,8 @@
 #include <utility>
 
 #include "records/utf8.h"
-
-extern char** environ;
+#include "system/environment.h"
+#include "system/posix/descriptor.h"
 
 namespace tarnwick {
 namespace {
@@ -29,33 +29,6 @@ using Steady = std::chrono::steady_clock;
 // output, the usual sign, wakes the caller at once.
 constexpr std::chrono::microseconds firstPause{200};
 constexpr std::chrono::microseconds longestPause{25'000};
-
-// A descriptor that closes itself.
-class Descriptor {
- public:
-  Descriptor() = default;
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() { close(); }
-  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-  Descriptor& operator=(Descriptor&& other) noexcept {
-    if (this != &other) {
-      close();
-      number_ = std::exchange(other.number_, -1);
-    }
-    return *this;
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  int number() const { return number_; }
-  bool isOpen() const { return number_ >= 0; }
-  void close() {
-    if (number_ >= 0) ::close(std::exchange(number_, -1));
-  }
-
- private:
-  int number_ = -1;
-};
 
 struct Pipe {
   Descriptor readEnd;
@@ -120,8 +93,7 @@ class PosixTool : public RunningTool {
   bool drain() {
     std::array<char, 65536> block{};
     while (output_.isOpen()) {
-      const ssize_t got = ::read(output_.number(), block.data(), block.size());
-      if (got < 0 && errno == EINTR) continue;
+      const ssize_t got = output_.read(block);
       if (got < 0 && errno == EAGAIN) break;
       if (got <= 0) {
         output_.close();
@@ -194,10 +166,8 @@ bool isDropped(std::string_view variable, const ToolOptions& options) {
 }
 
 std::vector<std::string> environmentFor(const ToolOptions& options) {
-  std::vector<std::string> variables;
-  for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable) {
-    if (!isDropped(*variable, options)) variables.emplace_back(*variable);
-  }
+  std::vector<std::string> variables = environmentVariables();
+  std::erase_if(variables, [&](const std::string& variable) { return isDropped(variable, options); });
   for (const auto& [name, value] : options.addedVariables) {
     variables.push_back(name);
     variables.back().append("=").append(value);

@@ -13,7 +13,7 @@
 #include "diagnosis/findings.h"
 #include "sampling/linux/linux_process_source.h"
 #include "sampling/scan.h"
-#include "sampling/tools/posix/system_clock.h"
+#include "system/clock.h"
 #include "tests/support/fake_machine_source.h"
 #include "tests/support/fake_transport.h"
 #include "tests/support/fake_workspace.h"

@@ -109,14 +109,5 @@ TEST(UserSettings, TheLoginItemStartsThisVeryProgram) {
   }
 }
 
-TEST(ConfigFolder, FollowsTheEnvironmentOnlyToAnAbsolutePlace) {
-  for (const auto& [named, folder] : {std::pair{"/etc/xdg", "/etc/xdg"}, {"relative", "/home/me/.config"}}) {
-    setenv("XDG_CONFIG_HOME", named, 1);
-    EXPECT_EQ(configFolder("/home/me"), folder);
-  }
-  unsetenv("XDG_CONFIG_HOME");
-  EXPECT_EQ(configFolder("/home/me"), "/home/me/.config");
-}
-
 }  // namespace
 }  // namespace tarnwick

@@ -1,4 +1,4 @@
-#include "context/local_date.h"
+#include "system/port.h"
 
 #include "tests/support/testing.h"
 

@@ -32,15 +32,6 @@ TEST(DesktopEntryText, NameAndShown) {
   EXPECT_EQ(localeVariants("C.UTF-8"), List{});
 }
 
-TEST(DesktopEntries, FoldersFollowTheBaseDirectoryRules) {
-  const List usual = {"/h/.local/share/applications", "/usr/local/share/applications",
-                      "/usr/share/applications"};
-  EXPECT_EQ(applicationFolders({}, {}, "/h"), usual);
-  EXPECT_EQ(applicationFolders("relative", "", "/h"), usual);
-  EXPECT_EQ(applicationFolders("/data/", "/x:relative::/y//", "/h"),
-            (List{"/data/applications", "/x/applications", "/y/applications"}));
-}
-
 std::string entry(const std::string& name) {
   return "[Desktop Entry]\nType=Application\nName=" + name + "\n";
 }

@@ -8,114 +8,11 @@
 #include <cerrno>
 
 #include "sampling/tools/posix/posix_tool_runner.h"
-#include "sampling/tools/posix/self.h"
-#include "sampling/tools/posix/system_clock.h"
-#include "sampling/tools/small_file.h"
 #include "sampling/tools/tool_places.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {
 namespace {
-
-TEST(SystemClock, SignalsDoNotShortenASleep) {
-  struct sigaction ignore = {};
-  struct sigaction before = {};
-  ignore.sa_handler = [](int) {};  // a handler without SA_RESTART makes a sleeping call return early
-  ASSERT_EQ(sigaction(SIGUSR1, &ignore, &before), 0);
-  SystemClock clock;
-  std::atomic<bool> done = false;
-  const pthread_t sleeper = pthread_self();
-  std::thread disturber([&] {
-    while (!done) {
-      pthread_kill(sleeper, SIGUSR1);
-      usleep(5000);
-    }
-  });
-  const double start = clock.uptime();
-  clock.sleep(0.25);
-  EXPECT_GE(clock.uptime() - start, 0.25);
-  done = true;
-  disturber.join();
-  sigaction(SIGUSR1, &before, nullptr);
-}
-
-TEST(SystemClock, NothingToSleepReturns) {
-  SystemClock clock;
-  EXPECT_GT(clock.now(), timestamp(1'700'000'000));
-  const double start = clock.uptime();
-  for (const double seconds : {0.0, -1e300, std::nan("")}) clock.sleep(seconds);
-  EXPECT_LT(clock.uptime() - start, 30);
-}
-
-TEST(Self, HomeFallsBack) {
-  EXPECT_EQ(homeFolder("/home/a//", "/b"), "/home/a");
-  EXPECT_EQ(homeFolder("relative", "/b/"), "/b");
-  EXPECT_EQ(homeFolder({}, ""), "/");
-  EXPECT_EQ(homeFolder("///", "/b"), "/");
-}
-
-TEST(Self, KnowsTheProcessAndItsCost) {
-  EXPECT_EQ(readSelf().pid, getpid());
-  EXPECT_TRUE(readSelf().home.starts_with('/'));
-  const double before = processorMilliseconds();
-  EXPECT_TRUE(waitUntil([&] { return processorMilliseconds() > before + 1; }));
-  EXPECT_LT(processorMilliseconds() - before, 60'000);  // milliseconds, not microseconds
-}
-
-namespace fs = std::filesystem;
-
-TEST(SmallFile, IsReadUpToItsLimitAndNotBeyond) {
-  const TempFolder folder;
-  const std::string bytes("caf\xC3\xA9 \xFF\0 end", 12);
-  const std::string path = folder.write("file", bytes);
-  EXPECT_EQ(readSmallFile(path, bytes.size()), bytes);
-  EXPECT_EQ(readSmallFile(path, bytes.size() - 1), std::nullopt);
-  // Larger than any buffer on the way.
-  const std::string large(100'000, 'x');
-  EXPECT_EQ(readSmallFile(folder.write("large", large), large.size()), large);
-}
-
-TEST(SmallFile, HeadAndTailAreCutAtTheirByteCount) {
-  const TempFolder folder;
-  const std::string path = folder.write("file", "0123456789");
-  const std::tuple<std::size_t, const char*, const char*> cases[] = {
-      {4, "0123", "6789"}, {10, "0123456789", "0123456789"}, {11, "0123456789", "0123456789"}};
-  for (const auto& [bytes, head, tail] : cases)
-    EXPECT_EQ(readFileHead(path, bytes).value() + readFileTail(path, bytes).value(),
-              std::string(head) + tail);
-  const std::string sparse = folder.write("sparse", "start");
-  fs::resize_file(sparse, 2'147'483'648U + 5U);
-  EXPECT_EQ(readSmallFile(sparse, 1'000), std::nullopt);
-  EXPECT_EQ(readFileHead(sparse, 6), std::string("start\0", 6));
-  EXPECT_EQ(readFileTail(sparse, 3), std::string(3, '\0'));
-}
-
-TEST(SmallFile, OnlyRegularFilesAreRead) {
-  const TempFolder folder;
-  const std::string pipe = folder.at("pipe");
-  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-  const std::string file = folder.write("file", "text");
-  fs::create_symlink(pipe, folder.at("link to pipe"));
-  fs::create_symlink(folder.at("nothing"), folder.at("dangling"));
-  const std::string cutShort = file + std::string("\0tail", 5);
-  for (const std::string& path : {pipe, folder.at("link to pipe"), folder.at("dangling"), folder.path(),
-                                  folder.at("missing"), std::string("/dev/zero"), std::string(), cutShort}) {
-    EXPECT_FALSE(readSmallFile(path, 100) || readFileHead(path, 100) || readFileTail(path, 100)) << path;
-    EXPECT_FALSE(isRegularFile(path)) << path;
-  }
-  EXPECT_TRUE(pathExists(pipe) && pathExists(folder.path()));
-  EXPECT_FALSE(pathExists(folder.at("dangling")) || pathExists(cutShort));
-  EXPECT_TRUE(isDirectory(folder.path()) && !isDirectory(file) && isRegularFile(file));
-}
-
-TEST(SmallFile, FoldersListTheirNames) {
-  const TempFolder folder;
-  EXPECT_TRUE(folderEntries(folder.path()).empty());
-  folder.write("one", "");
-  folder.write(".hidden/inner", "");
-  EXPECT_THAT(folderEntries(folder.path()), UnorderedElementsAre("one", ".hidden"));
-  EXPECT_TRUE(folderEntries(folder.at("missing")).empty());
-}
 
 struct ToolPlacesTest : testing::Test {
   void SetUp() override { ::unsetenv("TARNWICK_NO_TOOLS"); }

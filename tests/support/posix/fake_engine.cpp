@@ -4,7 +4,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include "sampling/tools/posix/quiet_socket.h"
+#include "system/posix/differences.h"
 
 namespace tarnwick {
 
@@ -14,14 +14,13 @@ FakeEngine::FakeEngine(std::string path, Answer answer) : path_(std::move(path))
 }
 
 FakeEngine::~FakeEngine() {
-  ::shutdown(listener_, SHUT_RDWR);
+  ::shutdown(listener_.number(), SHUT_RDWR);
   acceptor_.join();
-  ::close(listener_);
 }
 
 void FakeEngine::accept() {
   for (;;) {
-    const int connection = ::accept(listener_, nullptr, nullptr);
+    const int connection = ::accept(listener_.number(), nullptr, nullptr);
     if (connection < 0) return;
     ++connections_;
     serve(connection);
@@ -37,14 +36,14 @@ void FakeEngine::serve(int connection) {
   ::close(connection);
 }
 
-int listenAt(const std::string& path, int waiting) {
-  const int listener = openQuietSocket();
+Descriptor listenAt(const std::string& path, int waiting) {
+  Descriptor listener = openQuietSocket();
   sockaddr_un address{};
   if (path.size() >= sizeof address.sun_path) fault("the fake engine's path is too long");
   address.sun_family = AF_UNIX;
   std::copy(path.begin(), path.end(), address.sun_path);
-  if (::bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
-      ::listen(listener, waiting) != 0)
+  if (::bind(listener.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+      ::listen(listener.number(), waiting) != 0)
     fault("the fake engine cannot listen");
   return listener;
 }

@@ -2,6 +2,7 @@
 // What it does with a request is up to the test.
 #pragma once
 
+#include "system/posix/descriptor.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {
@@ -22,13 +23,13 @@ class FakeEngine {
 
   const std::string path_;
   const Answer answer_;
-  int listener_ = -1;
+  Descriptor listener_;
   std::atomic<int> connections_{0};
   std::thread acceptor_;
 };
 
 // A socket bound to `path` that lets so many callers wait.
-int listenAt(const std::string& path, int waiting);
+Descriptor listenAt(const std::string& path, int waiting);
 
 // Sends all of it; false once the other end is gone.
 bool sendAll(int connection, const std::string& bytes);

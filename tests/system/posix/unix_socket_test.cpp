@@ -1,4 +1,4 @@
-#include "sampling/tools/unix_socket.h"
+#include "system/unix_socket.h"
 
 #include <poll.h>
 #include <sys/un.h>
@@ -62,10 +62,9 @@ TEST_F(UnixSocket, DrippingEngineEndsWithTheTotal) {
 }
 
 TEST_F(UnixSocket, EngineThatAcceptsNobodyEndsTheConnect) {
-  const int listener = listenAt(path(), 0);
+  const Descriptor listener = listenAt(path(), 0);
   // Each call leaves one connection that nobody accepts; soon there is no room for the next.
   for (int i = 0; i < 4; ++i) EXPECT_EQ(ask(brief, endless), absent);
-  ::close(listener);
 }
 
 TEST_F(UnixSocket, RequestNotTakenWholeIsAbsent) {

@@ -19,4 +19,14 @@ class Clock {
   virtual void sleep(double seconds) = 0;
 };
 
+// The real clock. No state; usable from any thread.
+class SystemClock : public Clock {
+ public:
+  Timestamp now() override;
+  double uptime() override;
+
+  // Signals do not shorten it.
+  void sleep(double seconds) override;
+};
+
 }  // namespace tarnwick

@@ -1,4 +1,4 @@
-#include "sampling/tools/unix_socket.h"
+#include "system/unix_socket.h"
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -12,7 +12,7 @@
 #include <chrono>
 #include <vector>
 
-#include "sampling/tools/posix/quiet_socket.h"
+#include "system/posix/differences.h"
 
 namespace tarnwick {
 namespace {
@@ -32,21 +32,6 @@ int millisecondsUntil(Instant end) {
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
   return static_cast<int>(std::max<std::chrono::milliseconds::rep>(left.count(), 0));
 }
-
-class OpenSocket {
- public:
-  OpenSocket() : descriptor_(openQuietSocket()) {}
-  ~OpenSocket() {
-    if (descriptor_ >= 0) ::close(descriptor_);
-  }
-  OpenSocket(const OpenSocket&) = delete;
-  OpenSocket& operator=(const OpenSocket&) = delete;
-
-  int descriptor() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
 
 // Linux holds back a connect to a service that accepts nobody; the send time-out bounds that wait too.
 bool limitSending(int socket, Instant end) {
@@ -120,13 +105,13 @@ std::optional<std::string> UnixSocketTransport::exchange(const std::string& path
                                                          const ExchangeLimits& limits) {
   const std::optional<sockaddr_un> address = addressOf(path);
   if (!address) return std::nullopt;
-  const OpenSocket socket;
-  if (socket.descriptor() < 0) return std::nullopt;
+  const Descriptor socket = openQuietSocket();
+  if (!socket.isOpen()) return std::nullopt;
   const Instant end = after(limits.total);
   const Instant sendEnd = std::min(after(limits.silence), end);
-  if (!connectTo(socket.descriptor(), *address, sendEnd)) return std::nullopt;
-  if (!sendWhole(socket.descriptor(), request, sendEnd)) return std::nullopt;
-  return readToEnd(socket.descriptor(), limits, end);
+  if (!connectTo(socket.number(), *address, sendEnd)) return std::nullopt;
+  if (!sendWhole(socket.number(), request, sendEnd)) return std::nullopt;
+  return readToEnd(socket.number(), limits, end);
 }
 
 }  // namespace tarnwick

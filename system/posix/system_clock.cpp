@@ -1,4 +1,4 @@
-#include "sampling/tools/posix/system_clock.h"
+#include "system/clock.h"
 
 #include <time.h>
 
@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <cmath>
 
-#include "sampling/tools/posix/awake_clock.h"
+#include "system/posix/differences.h"
 
 namespace tarnwick {
 namespace {

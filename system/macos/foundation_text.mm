@@ -1,4 +1,4 @@
-#include "sampling/tools/macos/foundation_text.h"
+#include "system/macos/foundation_text.h"
 
 #include "records/utf8.h"
 

@@ -1,17 +1,17 @@
-#include "sampling/tools/small_file.h"
+#include "system/small_file.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdint>
 #include <limits>
-#include <memory>
+#include <span>
 #include <string_view>
+
+#include "system/posix/descriptor.h"
 
 namespace tarnwick {
 namespace {
@@ -24,37 +24,35 @@ mode_t kindOf(const std::string& path) {
   return facts.st_mode & static_cast<mode_t>(S_IFMT);
 }
 
-// An open regular file; closes itself.
+// A regular file that is open for reading.
 class RegularFile {
  public:
   // The kind is asked before opening, because opening alone already wakes a pipe's writer, and once more
   // after it, because the file may have been exchanged in between.
   explicit RegularFile(const std::string& path) {
     if (!isRegularFile(path)) return;
-    descriptor_ = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    descriptor_ = Descriptor(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     struct stat facts {};
-    if (descriptor_ < 0 || ::fstat(descriptor_, &facts) != 0 || !S_ISREG(facts.st_mode)) return;
+    if (!descriptor_.isOpen() || ::fstat(descriptor_.number(), &facts) != 0 || !S_ISREG(facts.st_mode))
+      return;
     size_ = static_cast<std::uint64_t>(std::max<off_t>(facts.st_size, 0));
     readable_ = true;
   }
-  ~RegularFile() {
-    if (descriptor_ >= 0) ::close(descriptor_);
-  }
-  RegularFile(const RegularFile&) = delete;
-  RegularFile& operator=(const RegularFile&) = delete;
 
   bool readable() const { return readable_; }
   std::uint64_t size() const { return size_; }
 
-  bool skip(std::uint64_t bytes) { return ::lseek(descriptor_, static_cast<off_t>(bytes), SEEK_SET) >= 0; }
+  bool skip(std::uint64_t bytes) {
+    return ::lseek(descriptor_.number(), static_cast<off_t>(bytes), SEEK_SET) >= 0;
+  }
 
   // Reads on to the end, but not more than `limit` bytes; absent when the system refuses.
   std::optional<std::string> read(std::size_t limit) {
     std::string text;
     std::array<char, 16384> block{};
     while (text.size() < limit) {
-      const ssize_t got = ::read(descriptor_, block.data(), std::min(block.size(), limit - text.size()));
-      if (got < 0 && errno == EINTR) continue;
+      const auto room = std::span(block).first(std::min(block.size(), limit - text.size()));
+      const ssize_t got = descriptor_.read(room);
       if (got < 0) return std::nullopt;
       if (got == 0) break;
       text.append(block.data(), static_cast<std::size_t>(got));
@@ -63,7 +61,7 @@ class RegularFile {
   }
 
  private:
-  int descriptor_ = -1;
+  Descriptor descriptor_;
   bool readable_ = false;
   std::uint64_t size_ = 0;
 };
@@ -106,7 +104,7 @@ bool isExecutableFile(const std::string& path) {
 std::vector<std::string> folderEntries(const std::string& path) {
   std::vector<std::string> names;
   if (!isDirectory(path)) return names;
-  const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir(path.c_str()), &::closedir);
+  const OpenFolder folder(::opendir(path.c_str()));
   if (folder == nullptr) return names;
   while (const dirent* entry = ::readdir(folder.get())) {
     const std::string_view name = static_cast<const char*>(entry->d_name);

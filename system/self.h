@@ -1,6 +1,7 @@
 // Who runs this program and what it costs.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -9,8 +10,10 @@
 namespace tarnwick {
 
 // The home folder: the environment's when it is set and absolute, else the user database's, else "/";
-// without slashes at its end. The bytes stay as they are because files are opened with them.
-std::string homeFolder(const std::optional<std::string>& environment, const std::string& database);
+// without slashes at its end. The bytes stay as they are because files are opened with them. The database,
+// which may be a server, is only asked when its answer counts.
+std::string homeFolder(const std::optional<std::string>& environment,
+                       const std::function<std::string()>& database);
 
 // Asks the system; to be called once, at start.
 Self readSelf();

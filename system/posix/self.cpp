@@ -1,12 +1,13 @@
-#include "sampling/tools/posix/self.h"
+#include "system/self.h"
 
 #include <pwd.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <vector>
+
+#include "system/environment.h"
 
 namespace tarnwick {
 namespace {
@@ -27,18 +28,19 @@ std::string homeFromDatabase(uid_t uid) {
 
 }  // namespace
 
-std::string homeFolder(const std::optional<std::string>& environment, const std::string& database) {
-  std::string home = environment && environment->starts_with('/') ? *environment : database;
+std::string homeFolder(const std::optional<std::string>& environment,
+                       const std::function<std::string()>& database) {
+  std::string home = environment && environment->starts_with('/') ? *environment : database();
   if (!home.starts_with('/')) return "/";
   while (home.size() > 1 && home.ends_with('/')) home.pop_back();
   return home;
 }
 
 Self readSelf() {
-  const char* environment = std::getenv("HOME");
-  const auto home = environment == nullptr ? std::nullopt : std::optional<std::string>(environment);
   const uid_t uid = getuid();
-  return {.pid = getpid(), .uid = uid, .home = homeFolder(home, homeFromDatabase(uid))};
+  return {.pid = getpid(), .uid = uid, .home = homeFolder(environmentVariable("HOME"), [uid] {
+                                         return homeFromDatabase(uid);
+                                       })};
 }
 
 double processorMilliseconds() {

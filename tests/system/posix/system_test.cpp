@@ -1,0 +1,121 @@
+// Time, who runs the program, and what it asks of its environment.
+#include <pthread.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <stdexcept>
+
+#include "system/clock.h"
+#include "system/environment.h"
+#include "system/self.h"
+#include "tests/support/testing.h"
+
+namespace tarnwick {
+namespace {
+
+TEST(SystemClock, SignalsDoNotShortenASleep) {
+  struct sigaction ignore = {};
+  struct sigaction before = {};
+  ignore.sa_handler = [](int) {};  // a handler without SA_RESTART makes a sleeping call return early
+  ASSERT_EQ(sigaction(SIGUSR1, &ignore, &before), 0);
+  SystemClock clock;
+  std::atomic<bool> done = false;
+  const pthread_t sleeper = pthread_self();
+  std::thread disturber([&] {
+    while (!done) {
+      pthread_kill(sleeper, SIGUSR1);
+      usleep(5000);
+    }
+  });
+  const double start = clock.uptime();
+  clock.sleep(0.25);
+  EXPECT_GE(clock.uptime() - start, 0.25);
+  done = true;
+  disturber.join();
+  sigaction(SIGUSR1, &before, nullptr);
+}
+
+TEST(SystemClock, NothingToSleepReturns) {
+  SystemClock clock;
+  EXPECT_GT(clock.now(), timestamp(1'700'000'000));
+  const double start = clock.uptime();
+  for (const double seconds : {0.0, -1e300, std::nan("")}) clock.sleep(seconds);
+  EXPECT_LT(clock.uptime() - start, 30);
+}
+
+TEST(Self, HomeFallsBack) {
+  const auto database = [](std::string home) { return [home] { return home; }; };
+  EXPECT_EQ(homeFolder("relative", database("/b/")), "/b");
+  EXPECT_EQ(homeFolder({}, database("")), "/");
+  const auto unasked = []() -> std::string { throw std::logic_error("the database was asked"); };
+  EXPECT_EQ(homeFolder("/home/a//", unasked), "/home/a");
+  EXPECT_EQ(homeFolder("///", unasked), "/");
+}
+
+TEST(Self, CostIsCountedInMilliseconds) {
+  const double before = processorMilliseconds();
+  EXPECT_TRUE(waitUntil([&] { return processorMilliseconds() > before + 1; }));
+  EXPECT_LT(processorMilliseconds() - before, 60'000);
+}
+
+// Gives a variable a value, or takes it away, as long as the object lives.
+class Variable {
+ public:
+  Variable(const char* name, const std::optional<std::string>& value)
+      : name_(name), before_(environmentVariable(name)) {
+    give(value);
+  }
+  ~Variable() { give(before_); }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+
+ private:
+  void give(const std::optional<std::string>& value) const {
+    value ? ::setenv(name_, value->c_str(), 1) : ::unsetenv(name_);
+  }
+  const char* name_;
+  std::optional<std::string> before_;
+};
+
+using Value = std::optional<std::string>;
+
+TEST(Environment, FoldersFollowItOnlyToAbsolutePlaces) {
+  for (const Value& unset : {Value(), Value(""), Value("relative")}) {
+    const Variable config("XDG_CONFIG_HOME", unset);
+    const Variable runtime("XDG_RUNTIME_DIR", unset);
+    EXPECT_EQ(configFolder("/h"), "/h/.config");
+    EXPECT_EQ(runtimeFolder(1000), "/run/user/1000");
+  }
+  const Variable config("XDG_CONFIG_HOME", "/c");
+  const Variable runtime("XDG_RUNTIME_DIR", "/r");
+  EXPECT_EQ(configFolder("/h"), "/c");
+  EXPECT_EQ(runtimeFolder(1000), "/r");
+}
+
+TEST(Environment, DataFoldersFollowTheBaseDirectoryRules) {
+  const std::vector<std::string> usual = {"/h/.local/share", "/usr/local/share", "/usr/share"};
+  const std::tuple<Value, Value, std::vector<std::string>> cases[] = {
+      {{}, {}, usual},
+      {"relative", "", usual},
+      {"/data/", "/x:relative::/y//", {"/data", "/x", "/y"}},
+  };
+  for (const auto& [home, dirs, folders] : cases) {
+    const Variable dataHome("XDG_DATA_HOME", home);
+    const Variable dataDirs("XDG_DATA_DIRS", dirs);
+    EXPECT_EQ(dataFolders("/h"), folders) << home.value_or("unset");
+  }
+}
+
+TEST(Environment, TheStrongestLocaleThatIsSetCounts) {
+  const Variable all("LC_ALL", "");
+  const Variable messages("LC_MESSAGES", "de_AT");
+  const Variable dates("LC_TIME", {});
+  const Variable language("LANG", "fr_FR");
+  EXPECT_EQ(messageLocale(), "de_AT");
+  EXPECT_EQ(dateLocale(), "fr_FR");
+  const Variable stronger("LC_ALL", "C");
+  EXPECT_EQ(messageLocale() + dateLocale(), "CC");
+}
+
+}  // namespace
+}  // namespace tarnwick
