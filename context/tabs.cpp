@@ -10,14 +10,6 @@
 namespace tarnwick {
 namespace {
 
-constexpr std::array<TabCodes, 5> codeTable{{
-    {"com.apple.Safari", "bTab", "pURL"},
-    {"com.google.Chrome", "CrTb", "URL "},
-    {"com.brave.Browser", "CrTb", "URL "},
-    {"com.microsoft.edgemac", "CrTb", "URL "},
-    {"com.vivaldi.Vivaldi", "CrTb", "URL "},
-}};
-
 constexpr int fewestTabsOfPile = 3;
 constexpr std::size_t mostPiles = 3;
 constexpr std::size_t longestHost = 255;  // bytes; longer than any name that can be looked up
@@ -106,13 +98,6 @@ std::string tellApplication(std::string_view bundleID) {
 }
 
 }  // namespace
-
-std::optional<TabCodes> tabCodes(std::string_view bundleID) {
-  const auto found = std::find_if(codeTable.begin(), codeTable.end(),
-                                  [&](const TabCodes& codes) { return codes.bundleID == bundleID; });
-  if (found == codeTable.end()) return std::nullopt;
-  return *found;
-}
 
 std::optional<std::string> tabHost(std::string_view url) {
   const std::optional<std::string_view> between = authority(url);

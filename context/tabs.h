@@ -1,5 +1,5 @@
-// Open browser tabs, the part that is the same on every system: what many addresses say about a browser,
-// which browsers can be scripted and with which codes, and the scripts. Pure; addresses may be hostile.
+// Open browser tabs, the part that is the same on every system: what many addresses say about a browser, and
+// the scripts. Pure; addresses may be hostile.
 #pragma once
 
 #include <cstdint>
@@ -8,20 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "records/browsers.h"
 #include "records/snapshot.h"
 
 namespace tarnwick {
-
-// The four-character codes with which a browser tells the addresses of its tabs in one Apple event.
-struct TabCodes {
-  std::string_view bundleID;
-  std::string_view tabClass;
-  std::string_view urlProperty;
-};
-
-// Absent for a browser without them; a scriptable one is then read by script.
-std::optional<TabCodes> tabCodes(std::string_view bundleID);
 
 // The code's bytes as one number, the first byte highest.
 constexpr std::uint32_t fourCharCode(std::string_view code) {

@@ -3,22 +3,13 @@
 #include <algorithm>
 #include <string>
 
+#include "records/browsers.h"
+
 namespace tarnwick {
-namespace {
-
-template <std::size_t count>
-std::optional<std::string_view> lookedUp(std::string_view key, const std::array<NamePair, count>& table) {
-  const auto row =
-      std::find_if(table.begin(), table.end(), [&](const NamePair& r) { return r.first == key; });
-  if (row == table.end()) return std::nullopt;
-  return row->second;
+std::string_view siteName(std::string_view host) {
+  const auto* site = std::ranges::find(siteNames, host, [](const auto& row) { return row.first; });
+  return site == siteNames.end() ? host : site->second;
 }
-
-}  // namespace
-
-std::optional<std::string_view> browserName(std::string_view app) { return lookedUp(app, browserNames); }
-
-std::string_view siteName(std::string_view host) { return lookedUp(host, siteNames).value_or(host); }
 
 bool isSafariRunning(const Snapshot& snapshot) {
   return std::any_of(snapshot.procs.begin(), snapshot.procs.end(),
@@ -26,7 +17,7 @@ bool isSafariRunning(const Snapshot& snapshot) {
 }
 
 std::optional<std::string_view> browserOf(const Proc& proc, bool safariRuns) {
-  if (proc.app && browserName(*proc.app)) return *proc.app;
+  if (proc.app && browserOfApp(*proc.app) != nullptr) return *proc.app;
   const bool webKit =
       safariRuns && std::any_of(webKitPages.begin(), webKitPages.end(),
                                 [&](std::string_view end) { return proc.path.ends_with(end); });

@@ -1,5 +1,5 @@
-// Browsers and the sites in them, by the names people use. Which processes belong to a browser is decided
-// here, so that no other rule reports them too.
+// The processes of browsers, and the sites in them by the names people use. Which processes belong to a
+// browser is decided here, so that no other rule reports them too.
 #pragma once
 
 #include <array>
@@ -11,28 +11,12 @@
 
 namespace tarnwick {
 
-using NamePair = std::pair<std::string_view, std::string_view>;
-
-// Application name to short name.
-inline constexpr std::array<NamePair, 10> browserNames{{
-    {"Safari", "Safari"},
-    {"Google Chrome", "Chrome"},
-    {"Arc", "Arc"},
-    {"Firefox", "Firefox"},
-    {"Microsoft Edge", "Edge"},
-    {"Brave Browser", "Brave"},
-    {"Opera", "Opera"},
-    {"Vivaldi", "Vivaldi"},
-    {"Orion", "Orion"},
-    {"Zen", "Zen"},
-}};
-
 // How the executables of Safari's page, network and graphics processes end; they belong to no application.
 inline constexpr std::array<std::string_view, 3> webKitPages{
     "/com.apple.WebKit.WebContent", "/com.apple.WebKit.Networking", "/com.apple.WebKit.GPU"};
 
 // Host, without a leading "www.", to the site's name.
-inline constexpr std::array<NamePair, 16> siteNames{{
+inline constexpr std::array<std::pair<std::string_view, std::string_view>, 16> siteNames{{
     {"calendar.google.com", "Google Calendar"},
     {"mail.google.com", "Gmail"},
     {"docs.google.com", "Google Docs"},
@@ -50,9 +34,6 @@ inline constexpr std::array<NamePair, 16> siteNames{{
     {"x.com", "X"},
     {"amazon.com", "Amazon"},
 }};
-
-// The short name of the browser with that application name; absent when it is none.
-std::optional<std::string_view> browserName(std::string_view app);
 
 // The name of the site at `host`, or the host itself.
 std::string_view siteName(std::string_view host);

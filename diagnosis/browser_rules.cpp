@@ -53,7 +53,8 @@ std::map<std::string_view, Browser> browsersOf(const Snapshot& snapshot) {
   }
   for (auto& [key, browser] : all) {
     browser.key = key;
-    browser.name = browserName(key).value_or(key);
+    const KnownBrowser* known = browserOfApp(key);
+    browser.name = known == nullptr ? key : known->name;
     browser.app = runningApp(key, snapshot);
     if (browser.app == nullptr) continue;
     const auto access = snapshot.access.find(browser.app->bundleID);
@@ -86,7 +87,7 @@ void addReadTabSteps(const Tabs& tabs, const std::string& id, std::vector<Step>&
 // What can be done about the tabs of a browser that is among the running applications.
 void addTabSteps(const Browser& browser, std::vector<Step>& steps) {
   const std::string& id = browser.app->bundleID;
-  if (!isScriptable(id)) return;
+  if (scriptableBrowser(id) == nullptr) return;
   if (browser.access == Access::notAsked) {
     steps.push_back(
         {"Tarnwick can look at your open tabs and find the ones that you can close. macOS calls this "

@@ -1,6 +1,7 @@
 #include "diagnosis/findings.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 #include "diagnosis/detect.h"
@@ -20,7 +21,7 @@ struct Rule {
   std::vector<Finding> (*find)(const Question&);
 };
 
-constexpr std::array<Rule, ruleCount> rules{{
+constexpr std::array<Rule, 11> rules{{
     {"heat", [](const Question& q) { return heat(q.snapshot); }},
     {"browsers", [](const Question& q) { return browsers(q.snapshot); }},
     {"services", [](const Question& q) { return busyServices(q.snapshot, q.surroundings.self()); }},
@@ -41,12 +42,6 @@ bool comesFirst(const Finding& a, const Finding& b) {
 }
 
 }  // namespace
-
-std::array<std::string_view, ruleCount> ruleNames() {
-  std::array<std::string_view, ruleCount> names;
-  std::transform(rules.begin(), rules.end(), names.begin(), [](const Rule& rule) { return rule.name; });
-  return names;
-}
 
 std::vector<Finding> findings(const Snapshot& snapshot, const std::set<Pid>& termed,
                               Surroundings& surroundings, BenchMarks& benchMarks) {

@@ -1,7 +1,6 @@
 // The pipeline: one snapshot through the eleven rules, in fixed order, into one sorted list.
 #pragma once
 
-#include <array>
 #include <set>
 #include <string_view>
 #include <vector>
@@ -12,11 +11,6 @@
 #include "records/snapshot.h"
 
 namespace tarnwick {
-
-inline constexpr std::size_t ruleCount = 11;
-
-// The rules' names in the order they run; also the labels of their cost marks.
-std::array<std::string_view, ruleCount> ruleNames();
 
 // What the rules find, highest impact first, equal impacts by id (byte order), equal ids in rule order.
 // `termed` holds the pids that a remedy was already aimed at in this run. Appends one mark per rule.

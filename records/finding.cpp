@@ -42,13 +42,6 @@ std::string_view label(Bucket bucket) {
   return {};
 }
 
-std::optional<Bucket> bucketFromLabel(std::string_view text) {
-  for (const Bucket bucket : allBuckets) {
-    if (label(bucket) == text) return bucket;
-  }
-  return std::nullopt;
-}
-
 bool All::operator==(const All& other) const { return fixes == other.fixes; }
 
 std::string Fix::command() const {

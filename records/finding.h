@@ -28,9 +28,6 @@ inline constexpr std::array<Bucket, 3> allBuckets{Bucket::now, Bucket::always, B
 // The label of a bucket: "BUSY NOW", "ALWAYS ON" or "FORGOTTEN".
 std::string_view label(Bucket bucket);
 
-// The bucket with exactly that label; absent for any other text.
-std::optional<Bucket> bucketFromLabel(std::string_view text);
-
 struct Fix;
 
 // Sends a signal to the one process that had this pid and start time when the finding was made.

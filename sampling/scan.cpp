@@ -119,9 +119,9 @@ void Scan::readMemorySaver(Snapshot& snapshot) const {
 }
 
 void Scan::readBrowsers(Snapshot& snapshot) {
-  for (const std::string_view scriptable : scriptableBrowsers) {
-    if (!runs(snapshot.apps, scriptable)) continue;
-    const std::string browser(scriptable);
+  for (const KnownBrowser& known : knownBrowsers) {
+    if (known.bundleID.empty() || !runs(snapshot.apps, known.bundleID)) continue;
+    const std::string browser(known.bundleID);
     const Access access = sources_.browsers.access(browser);
     snapshot.access[browser] = access;
     if (access != Access::allowed) continue;

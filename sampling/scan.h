@@ -7,9 +7,9 @@
 #include <map>
 #include <string>
 
-#include "context/browsers.h"
 #include "records/bench_marks.h"
 #include "records/snapshot.h"
+#include "sampling/browser_questions.h"
 #include "sampling/docker.h"
 #include "sampling/machine_source.h"
 #include "sampling/process_table.h"
@@ -29,7 +29,7 @@ class Scan {
     BenchMarks& marks;
     const Docker& docker;
     std::function<bool()> dockerRuns;  // is there an engine to ask?
-    Browsers& browsers;
+    BrowserQuestions& browsers;
   };
 
   // At this much free space or less the system is asked what it could purge, which is slow. Just under 30

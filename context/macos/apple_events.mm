@@ -4,6 +4,7 @@
 #import <Foundation/Foundation.h>
 
 #include "context/tabs.h"
+#include "records/browsers.h"
 #include "system/macos/foundation_text.h"
 
 namespace tarnwick {
@@ -24,7 +25,7 @@ NSAppleEventDescriptor* specifier(OSType want, OSType form, NSAppleEventDescript
 }
 
 // The address of every tab of every window.
-NSAppleEventDescriptor* addressesSpecifier(const TabCodes& codes) {
+NSAppleEventDescriptor* addressesSpecifier(const KnownBrowser& browser) {
   const OSType all = kAEAll;
   NSAppleEventDescriptor* every = [NSAppleEventDescriptor descriptorWithDescriptorType:typeAbsoluteOrdinal
                                                                                  bytes:&all
@@ -32,9 +33,9 @@ NSAppleEventDescriptor* addressesSpecifier(const TabCodes& codes) {
   NSAppleEventDescriptor* windows =
       specifier(cWindow, formAbsolutePosition, every, [NSAppleEventDescriptor nullDescriptor]);
   NSAppleEventDescriptor* tabs =
-      specifier(fourCharCode(codes.tabClass), formAbsolutePosition, every, windows);
+      specifier(fourCharCode(browser.tabClass), formAbsolutePosition, every, windows);
   return specifier(cProperty, formPropertyID,
-                   [NSAppleEventDescriptor descriptorWithTypeCode:fourCharCode(codes.urlProperty)], tabs);
+                   [NSAppleEventDescriptor descriptorWithTypeCode:fourCharCode(browser.urlProperty)], tabs);
 }
 
 bool isText(NSAppleEventDescriptor* item) {
@@ -90,10 +91,10 @@ std::int32_t automationStatus(const std::string& bundleID, bool askUser) {
 }
 
 std::optional<std::vector<std::string>> tabURLs(const std::string& bundleID) {
-  const auto codes = tabCodes(bundleID);
-  if (!codes) return std::nullopt;
+  const KnownBrowser* browser = scriptableBrowser(bundleID);
+  if (browser == nullptr || browser->tabClass.empty()) return std::nullopt;
   @autoreleasepool {
-    NSAppleEventDescriptor* question = addressesSpecifier(*codes);
+    NSAppleEventDescriptor* question = addressesSpecifier(*browser);
     NSAppleEventDescriptor* answer = question == nil ? nil : answerTo(question, bundleID);
     if (answer == nil) return std::nullopt;
     std::vector<std::string> urls;

@@ -71,17 +71,9 @@ TEST(TabHost, IsAbsentForWhatHasNoneOrIsMalformed) {
   EXPECT_EQ(tabHost(std::string(1'000'000, '/')), std::nullopt);
 }
 
-TEST(TabCodes, EachBrowserHasItsOwn) {
+TEST(TabCodes, AreTheBytesOfTheirText) {
   EXPECT_EQ(fourCharCode("URL "), 0x55524C20U);
   EXPECT_EQ(fourCharCode("\xff\xff\xff\xff"), 0xFFFFFFFFU);
-  for (const std::string_view browser : scriptableBrowsers) {
-    EXPECT_TRUE(isScriptable(browser));
-    EXPECT_EQ(tabCodes(browser).has_value(), browser != "company.thebrowser.Browser") << browser;
-  }
-  EXPECT_EQ(tabCodes("com.apple.Safari")->tabClass, "bTab");
-  EXPECT_EQ(tabCodes("com.google.Chrome")->tabClass, "CrTb");
-  EXPECT_FALSE(isScriptable("org.mozilla.firefox"));
-  EXPECT_EQ(tabCodes("org.mozilla.firefox"), std::nullopt);
 }
 
 TEST(TabScripts, AreExact) {

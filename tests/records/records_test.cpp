@@ -1,4 +1,5 @@
 #include "records/app_name.h"
+#include "records/browsers.h"
 #include "records/finding.h"
 #include "records/snapshot.h"
 #include "records/utf8.h"
@@ -148,12 +149,10 @@ TEST(Fix, HashesLookAtCaseAndWholePayload) {
   EXPECT_EQ(std::hash<Fix>{}(base), std::hash<Fix>{}(Fix{Signal{41, 15, started}}));
 }
 
-TEST(Bucket, IsFoundByItsLabelOnly) {
-  for (const Bucket bucket : allBuckets) {
-    EXPECT_EQ(bucketFromLabel(label(bucket)), bucket);
-    EXPECT_EQ(std::hash<Bucket>{}(bucket), std::hash<std::string_view>{}(label(bucket)));
-  }
-  for (const char* other : {"", "busy now", "BUSY NOW "}) EXPECT_EQ(bucketFromLabel(other), std::nullopt);
+TEST(Browsers, OneWithoutAnIdentifierCannotBeAsked) {
+  EXPECT_EQ(scriptableBrowser(""), nullptr);
+  EXPECT_EQ(scriptableBrowser("com.google.Chrome"), browserOfApp("Google Chrome"));
+  EXPECT_EQ(browserOfApp("Chrome"), nullptr);
 }
 
 }  // namespace

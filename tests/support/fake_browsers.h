@@ -1,12 +1,12 @@
 // Browsers with prepared answers that count how often they are scripted.
 #pragma once
 
-#include "context/browsers.h"
+#include "sampling/browser_questions.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {
 
-struct FakeBrowsers : Browsers {
+struct FakeBrowsers : BrowserQuestions {
   std::map<std::string, Access> permissions;  // unknown for any other browser
   std::map<std::string, Tabs> tabs;           // unreadable for any other browser
   int tabsRead = 0;
@@ -20,9 +20,6 @@ struct FakeBrowsers : Browsers {
     const auto found = tabs.find(bundleID);
     return found == tabs.end() ? std::nullopt : std::optional(found->second);
   }
-  bool closeDuplicates(const std::string&) override { return false; }
-  bool openPage(const std::string&, const std::string&) override { return false; }
-  bool askAccess(const std::string&) override { return false; }
 };
 
 }  // namespace tarnwick
