@@ -17,7 +17,7 @@
 #include "records/bench_marks.h"
 #include "records/finding.h"
 #include "records/snapshot.h"
-#include "sampling/docker.h"
+#include "sampling/engine/docker.h"
 #include "sampling/live_machine.h"
 #include "sampling/process_table.h"
 #include "sampling/scan.h"

@@ -4,7 +4,7 @@
 
 #include "app/fix_execution.h"
 #include "context/browsers.h"
-#include "sampling/docker.h"
+#include "sampling/engine/docker.h"
 #include "sampling/tools/tool_places.h"
 #include "sampling/tools/tool_runner.h"
 

@@ -18,6 +18,9 @@ inline std::string_view takeLine(std::string_view& text) {
   return line;
 }
 
+// The rest of the line whose first word is `key`; absent when there is none.
+std::optional<std::string_view> lineOf(std::string_view text, std::string_view key);
+
 // Takes the next word off the front of `text`; empty when none is left. Blanks, line ends and control
 // characters part words. These are a few bytes long, which a plain loop passes three times as fast as the
 // searches of the standard library.

@@ -1,7 +1,7 @@
 // The sources of the operating system that the program was built for. Each system's folder has its own.
 #pragma once
 
-#include "sampling/docker.h"
+#include "sampling/engine/docker.h"
 #include "sampling/machine_source.h"
 #include "sampling/process_source.h"
 #include "sampling/workspace.h"

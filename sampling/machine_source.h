@@ -6,9 +6,16 @@
 #include <optional>
 
 #include "records/snapshot.h"
-#include "sampling/decode/machine_counters.h"
+#include "sampling/decode/disk_space.h"
+#include "sampling/decode/processor_times.h"
 
 namespace tarnwick {
+
+struct MemoryState {
+  std::uint64_t ram = 0;                 // bytes installed; 0 when unknown
+  std::uint64_t swapUsed = 0;            // bytes; 0 when unknown
+  std::optional<std::int32_t> pressure;  // 1 normal, 2 warning, 4 critical; absent when unknown
+};
 
 class MachineSource {
  public:
@@ -20,11 +27,7 @@ class MachineSource {
   // Nominal when unknown.
   virtual ThermalState thermal() = 0;
 
-  // 1 normal, 2 warning, 4 critical; absent when unknown.
-  virtual std::optional<std::int32_t> pressure() = 0;
-
-  // Installed memory in bytes; 0 when unknown.
-  virtual std::uint64_t ram() = 0;
+  virtual MemoryState memory() = 0;
 
   // Processor cores that this program may use; 0 when unknown.
   virtual int cores() = 0;
@@ -38,9 +41,6 @@ class MachineSource {
   // Space on "/" that includes what the system can purge for important data, in bytes. Slow; absent where
   // the system knows no such figure.
   virtual std::optional<std::int64_t> importantCapacity() = 0;
-
-  // Bytes of swap in use; 0 when unknown.
-  virtual std::uint64_t swapUsed() = 0;
 };
 
 }  // namespace tarnwick

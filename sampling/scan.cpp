@@ -62,8 +62,6 @@ Snapshot Scan::scan(double interval) {
   sources_.marks.mark("system and apps");
 
   readBrowsers(snapshot);
-  snapshot.swapUsed = sources_.machine.swapUsed();
-  snapshot.pressure = sources_.machine.pressure().value_or(snapshot.pressure);
   sources_.marks.mark("tabs");
   return snapshot;
 }
@@ -96,7 +94,10 @@ Scan::Interval Scan::sampleProcesses(double interval, bool askDocker) {
 
 void Scan::readCounters(Snapshot& snapshot, double cpuBusy) {
   MachineSource& machine = sources_.machine;
-  snapshot.ram = machine.ram();
+  const MemoryState memory = machine.memory();
+  snapshot.ram = memory.ram;
+  snapshot.swapUsed = memory.swapUsed;
+  snapshot.pressure = memory.pressure.value_or(snapshot.pressure);
   snapshot.cores = machine.cores();
   const auto boot = machine.bootTime();
   if (boot) snapshot.uptime = std::max(seconds(snapshot.now) - static_cast<double>(*boot), 0.0);

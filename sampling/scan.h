@@ -10,7 +10,7 @@
 #include "records/bench_marks.h"
 #include "records/snapshot.h"
 #include "sampling/browser_questions.h"
-#include "sampling/docker.h"
+#include "sampling/engine/docker.h"
 #include "sampling/machine_source.h"
 #include "sampling/process_table.h"
 #include "sampling/workspace.h"

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string>
 
-#include "sampling/decode/proc_text.h"
+#include "sampling/decode/memory_info.h"
 #include "system/small_file.h"
 
 namespace tarnwick {

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <system_error>
 
+#include "sampling/decode/proc_stat.h"
 #include "system/posix/descriptor.h"
 
 namespace tarnwick {
@@ -68,7 +69,7 @@ std::optional<Timestamp> LinuxSignals::started(Pid pid) const {
   const std::optional<std::string_view> text = reader_.read(pid, "stat", buffer);
   const std::optional<ProcStat> stat = text ? procStat(*text) : std::nullopt;
   if (!stat || stat->zombie()) return std::nullopt;
-  const std::optional<std::int64_t> start = startSeconds(*stat, clock_);
+  const std::optional<std::int64_t> start = startSeconds(stat->startTicks, clock_);
   if (!start) return std::nullopt;
   return timestamp(static_cast<double>(*start));
 }

@@ -8,7 +8,7 @@
 
 #include "app/fix_execution.h"
 #include "records/basics.h"
-#include "sampling/decode/proc_text.h"
+#include "sampling/decode/start_times.h"
 #include "sampling/linux/proc_reader.h"
 
 namespace tarnwick {

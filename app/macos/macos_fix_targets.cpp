@@ -8,7 +8,7 @@
 
 #include "app/macos/applications.h"
 #include "records/checked.h"
-#include "sampling/macos/process_record.h"
+#include "sampling/macos/kernel_questions.h"
 
 namespace tarnwick {
 

@@ -6,7 +6,12 @@
 #include <utility>
 #include <vector>
 
-#include "sampling/decode/machine_text.h"
+#include "sampling/decode/disk_space.h"
+#include "sampling/decode/memory_info.h"
+#include "sampling/decode/pressure.h"
+#include "sampling/decode/processor_times.h"
+#include "sampling/decode/start_times.h"
+#include "sampling/decode/thermal_zone.h"
 #include "system/small_file.h"
 
 namespace tarnwick {
@@ -65,12 +70,13 @@ ThermalState LinuxMachineSource::thermal() {
   return thermalState(zones);
 }
 
-std::optional<std::int32_t> LinuxMachineSource::pressure() {
-  if (const auto level = pressureFromStalls(procText("/pressure/memory"))) return level;
-  return pressureFromAvailable(memoryInfo(procText("/meminfo")));
+MemoryState LinuxMachineSource::memory() {
+  const MemoryInfo info = memoryInfo(procText("/meminfo"));
+  const auto stalls = pressureFromStalls(procText("/pressure/memory"));
+  return {.ram = info.total.value_or(0),
+          .swapUsed = swapUsed(info),
+          .pressure = stalls ? stalls : pressureFromAvailable(info)};
 }
-
-std::uint64_t LinuxMachineSource::ram() { return memoryInfo(procText("/meminfo")).total.value_or(0); }
 
 int LinuxMachineSource::cores() {
   for (int processors = CPU_SETSIZE; processors <= mostProcessors; processors *= 2) {
@@ -80,7 +86,7 @@ int LinuxMachineSource::cores() {
 }
 
 std::optional<std::int64_t> LinuxMachineSource::bootTime() {
-  if (!bootTime_) bootTime_ = bootTimeFromStat(procText("/stat"));
+  if (!bootTime_) bootTime_ = tarnwick::bootTime(procText("/stat"));
   return bootTime_;
 }
 
@@ -91,7 +97,5 @@ DiskSpace LinuxMachineSource::disk() {
 }
 
 std::optional<std::int64_t> LinuxMachineSource::importantCapacity() { return std::nullopt; }
-
-std::uint64_t LinuxMachineSource::swapUsed() { return tarnwick::swapUsed(memoryInfo(procText("/meminfo"))); }
 
 }  // namespace tarnwick

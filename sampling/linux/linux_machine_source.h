@@ -20,8 +20,7 @@ class LinuxMachineSource : public MachineSource {
 
   CpuTicks cpuTicks() override;
   ThermalState thermal() override;
-  std::optional<std::int32_t> pressure() override;
-  std::uint64_t ram() override;
+  MemoryState memory() override;
   int cores() override;
 
   // Read once: the kernel computes it from the time of day, so it moves by a second now and then.
@@ -31,8 +30,6 @@ class LinuxMachineSource : public MachineSource {
 
   // Always absent: nothing on the volume is the system's to purge.
   std::optional<std::int64_t> importantCapacity() override;
-
-  std::uint64_t swapUsed() override;
 
  private:
   std::string procText(const char* name) const;  // a file below the root; empty when unreadable

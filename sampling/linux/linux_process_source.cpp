@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <limits>
 #include <utility>
 
@@ -57,15 +56,14 @@ LinuxProcessSource::LinuxProcessSource(LinuxProcessOptions options)
       memory_(reader_),
       ports_(reader_, live_),
       stats_(reader_, live_),
-      clock_{bootTimeOf(reader_), clockTicksPerSecond()},
-      argumentBuffer_(firstArgumentBytes) {}
+      clock_{bootTimeOf(reader_), clockTicksPerSecond()} {}
 
 void LinuxProcessSource::beginPass() {
   memory_.beginPass();
   ports_.beginPass();
   stats_.beginPass();
   statPid_ = 0;
-  if (argumentBuffer_.size() != firstArgumentBytes) argumentBuffer_ = std::vector<char>(firstArgumentBytes);
+  argumentBuffer_.beginPass();
   userManagers_.clear();
   applicationsHaveUnits_.reset();
 }
@@ -110,7 +108,7 @@ std::optional<ProcessFacts> LinuxProcessSource::facts(Pid pid) {
   }
   if (!stat_ || stat_->zombie()) return std::nullopt;
   userManagers_[pid] = looksLikeUserManager(*stat_);
-  const std::optional<std::int64_t> started = startSeconds(*stat_, clock_);
+  const std::optional<std::int64_t> started = startSeconds(stat_->startTicks, clock_);
   if (!started) return std::nullopt;
   const Pid parent = isUserManager(stat_->ppid) ? 1 : stat_->ppid;
   return ProcessFacts{parent, options_.uid, *started};
@@ -208,23 +206,16 @@ bool LinuxProcessSource::isUserManager(Pid pid) {
 }
 
 std::optional<std::string_view> LinuxProcessSource::commandLineBytes(Pid pid) {
-  auto bytes = reader_.read(pid, "cmdline", argumentBuffer_);
-  if (bytes && bytes->size() == argumentBuffer_.size() && argumentBuffer_.size() < mostArgumentBytes) {
-    argumentBuffer_ = std::vector<char>(mostArgumentBytes);
-    bytes = reader_.read(pid, "cmdline", argumentBuffer_);
-  }
-  return bytes;
+  return argumentBuffer_.read([&](std::span<char> buffer) -> std::optional<std::size_t> {
+    const auto bytes = reader_.read(pid, "cmdline", buffer);
+    if (!bytes) return std::nullopt;
+    return bytes->size();
+  });
 }
 
 bool LinuxProcessSource::applicationsHaveUnits() {
   if (!applicationsHaveUnits_) {
-    const std::string user = std::to_string(options_.uid);
-    const std::string slice = "/user.slice/user-" + user + ".slice/user@" + user + ".service/app.slice";
-    // The unified layout, the mixed one, the old one.
-    const std::array<std::string_view, 3> mounts{"", "/unified", "/systemd"};
-    applicationsHaveUnits_ = std::ranges::any_of(mounts, [&](std::string_view mount) {
-      return ::access((options_.cgroupRoot + std::string(mount) + slice).c_str(), F_OK) == 0;
-    });
+    applicationsHaveUnits_ = appSlice(options_.cgroupRoot, options_.uid).has_value();
   }
   return *applicationsHaveUnits_;
 }

@@ -12,7 +12,10 @@
 #include <unordered_map>
 #include <vector>
 
-#include "sampling/decode/proc_text.h"
+#include "sampling/decode/arguments.h"
+#include "sampling/decode/proc_stat.h"
+#include "sampling/decode/start_times.h"
+#include "sampling/linux/app_slice.h"
 #include "sampling/linux/listening_ports.h"
 #include "sampling/linux/proc_reader.h"
 #include "sampling/linux/process_memory.h"
@@ -22,18 +25,15 @@
 namespace tarnwick {
 
 struct LinuxProcessOptions {
-  std::uint32_t uid = 0;                      // whose processes: the real user's
-  std::string procRoot = "/proc";             // any other root is a recording: no clocks, no netlink
-  std::string cgroupRoot = "/sys/fs/cgroup";  // where it is seen whether applications have units
+  std::uint32_t uid = 0;                     // whose processes: the real user's
+  std::string procRoot = "/proc";            // any other root is a recording: no clocks, no netlink
+  std::string cgroupRoot = usualCgroupRoot;  // where it is seen whether applications have units
   // The name of the application with that id; unset or absent, the id itself is the name.
   std::function<std::optional<std::string>(const std::string& id)> appDisplayName;
 };
 
 class LinuxProcessSource : public ProcessSource {
  public:
-  static constexpr std::size_t firstArgumentBytes = 65'536;
-  static constexpr std::size_t mostArgumentBytes = 1'048'576;  // what lies beyond is cut
-
   explicit LinuxProcessSource(LinuxProcessOptions options);
 
   void beginPass() override;
@@ -86,9 +86,9 @@ class LinuxProcessSource : public ProcessSource {
       timeAtFacts_;  // the processor time of `statPid_`, where facts() has asked for it
   std::optional<MemoryUse> memoryAtFacts_;                  // the same for its memory
   std::array<char, ProcReader::longestLink> textBuffer_{};  // of the file or link that is being read
-  std::vector<char> argumentBuffer_;                        // grows at most once in a pass
-  std::unordered_map<Pid, bool> userManagers_;              // what this pass knows of each pid
-  std::optional<bool> applicationsHaveUnits_;               // absent until asked for in a pass
+  ArgumentBuffer argumentBuffer_;
+  std::unordered_map<Pid, bool> userManagers_;  // what this pass knows of each pid
+  std::optional<bool> applicationsHaveUnits_;   // absent until asked for in a pass
 };
 
 }  // namespace tarnwick

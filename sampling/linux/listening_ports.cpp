@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "sampling/linux/sock_diag.h"
 
@@ -17,9 +18,7 @@ std::vector<std::uint16_t> ListeningPorts::of(Pid pid) {
     const auto found = std::ranges::lower_bound(*listeners_, *inode, {}, &Listener::inode);
     if (found != listeners_->end() && found->inode == *inode) ports.push_back(found->port);
   }
-  std::ranges::sort(ports);
-  ports.erase(std::unique(ports.begin(), ports.end()), ports.end());
-  return ports;
+  return eachPortOnce(std::move(ports));
 }
 
 std::vector<Listener> ListeningPorts::fromTables() const {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "records/basics.h"
-#include "sampling/decode/proc_text.h"
+#include "sampling/decode/listeners.h"
 #include "sampling/linux/proc_reader.h"
 
 namespace tarnwick {

@@ -10,7 +10,8 @@
 #include <array>
 #include <charconv>
 
-#include "sampling/decode/proc_text.h"
+#include "records/text.h"
+#include "sampling/decode/proc_stat.h"
 
 namespace tarnwick {
 namespace {
@@ -39,11 +40,8 @@ class ProcessPath {
 };
 
 std::optional<Pid> pidOfName(std::string_view name) {
-  Pid pid = 0;
-  const char* end = name.data() + name.size();
-  const auto result = std::from_chars(name.data(), end, pid);
-  if (result.ec != std::errc{} || result.ptr != end || pid <= 0) return std::nullopt;
-  return pid;
+  const auto pid = wholeNumber<Pid>(name);
+  return pid && *pid > 0 ? pid : std::nullopt;
 }
 
 std::string_view linkAt(int folder, const char* name, std::span<char> buffer) {

@@ -7,7 +7,7 @@
 #include <limits>
 #include <string>
 
-#include "sampling/decode/proc_text.h"
+#include "sampling/decode/memory_info.h"
 
 namespace tarnwick {
 namespace {
@@ -47,8 +47,9 @@ std::optional<MemoryUse> ProcessMemory::of(Pid pid) {
 const ProcessMemory::Machine& ProcessMemory::machine() {
   if (!machine_) {
     const std::string text = reader_.machineFile("meminfo");
-    machine_ = Machine{kilobyteField(text, "SwapTotal") != kilobyteField(text, "SwapFree") || text.empty(),
-                       kilobyteField(text, "Shmem").value_or(1) > 0};
+    const MemoryInfo info = memoryInfo(text);
+    machine_ = Machine{.swaps = info.swapTotal != info.swapFree || text.empty(),
+                       .sharesMemory = info.shared.value_or(1) > 0};
   }
   return *machine_;
 }

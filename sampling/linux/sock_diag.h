@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "sampling/decode/proc_text.h"
+#include "sampling/decode/listeners.h"
 
 namespace tarnwick {
 

@@ -9,7 +9,7 @@
 #include <optional>
 #include <unordered_map>
 
-#include "sampling/decode/proc_text.h"
+#include "sampling/decode/proc_stat.h"
 #include "sampling/linux/proc_reader.h"
 
 namespace tarnwick {

@@ -1,12 +1,12 @@
 #include "sampling/linux/xdg_workspace.h"
 
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
 #include <optional>
 #include <string_view>
 #include <utility>
 
+#include "records/text.h"
 #include "sampling/decode/app_unit.h"
 #include "system/small_file.h"
 
@@ -43,12 +43,8 @@ std::optional<Pid> smaller(std::optional<Pid> a, std::optional<Pid> b) {
 std::optional<Pid> smallestPid(std::string_view list) {
   std::optional<Pid> smallest;
   while (!list.empty()) {
-    const auto end = std::min(list.find('\n'), list.size());
-    Pid pid = 0;
-    const auto parsed = std::from_chars(list.data(), list.data() + end, pid);
-    const bool whole = parsed.ec == std::errc{} && parsed.ptr == list.data() + end;
-    if (whole && pid > 0) smallest = smaller(smallest, pid);
-    list.remove_prefix(std::min(end + 1, list.size()));
+    const auto pid = wholeNumber<Pid>(takeLine(list));
+    if (pid && *pid > 0) smallest = smaller(smallest, pid);
   }
   return smallest;
 }
@@ -74,18 +70,6 @@ void collectUnits(const std::string& slice, int depth, std::vector<AppUnit>& uni
   }
 }
 
-// The slice for applications. Beside a version 1 tree, the session manager's groups are one level down.
-std::string appSlice(const std::string& cgroupRoot, std::uint32_t uid) {
-  const std::string user = std::to_string(uid);
-  const std::string slice = "/user.slice/user-" + user + ".slice/user@" + user + ".service/app.slice";
-  for (const char* mount : {"", "/unified", "/systemd"}) {
-    std::string path = cgroupRoot;
-    path.append(mount).append(slice);
-    if (isDirectory(path)) return path;
-  }
-  return cgroupRoot + slice;
-}
-
 }  // namespace
 
 XdgWorkspace::XdgWorkspace(DesktopEntries& entries, std::uint32_t uid, std::string cgroupRoot)
@@ -93,7 +77,7 @@ XdgWorkspace::XdgWorkspace(DesktopEntries& entries, std::uint32_t uid, std::stri
 
 std::vector<RunningApp> XdgWorkspace::runningApps() {
   std::vector<AppUnit> units;
-  collectUnits(appSlice(cgroupRoot_, uid_), 0, units);
+  if (const auto slice = appSlice(cgroupRoot_, uid_)) collectUnits(*slice, 0, units);
   std::sort(units.begin(), units.end(), [](const AppUnit& a, const AppUnit& b) { return a.path < b.path; });
   std::vector<RunningApp> apps;
   for (const AppUnit& unit : units) {

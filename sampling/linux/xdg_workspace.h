@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "sampling/linux/app_slice.h"
 #include "sampling/linux/desktop_entries.h"
 #include "sampling/workspace.h"
 
@@ -15,7 +16,7 @@ namespace tarnwick {
 class XdgWorkspace : public Workspace {
  public:
   // `entries` must live longer. `cgroupRoot` is where the cgroup tree is mounted.
-  XdgWorkspace(DesktopEntries& entries, std::uint32_t uid, std::string cgroupRoot = "/sys/fs/cgroup");
+  XdgWorkspace(DesktopEntries& entries, std::uint32_t uid, std::string cgroupRoot = usualCgroupRoot);
 
   // One per unit, by unit path in byte order: the kernel lists folders in an order that changes. The pid is
   // the smallest of the unit, which is the process that the launcher started unless pids wrapped since.

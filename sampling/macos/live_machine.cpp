@@ -2,11 +2,9 @@
 
 #include <algorithm>
 
-#include "sampling/macos/macos_disk_capacity.h"
+#include "sampling/macos/desktop_session.h"
 #include "sampling/macos/macos_machine_source.h"
 #include "sampling/macos/macos_process_source.h"
-#include "sampling/macos/macos_thermal.h"
-#include "sampling/macos/macos_workspace.h"
 
 namespace tarnwick {
 namespace {

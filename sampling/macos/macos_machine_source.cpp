@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "sampling/macos/sysctl_value.h"
+#include "sampling/macos/kernel_questions.h"
 
 namespace tarnwick {
 
@@ -35,11 +35,12 @@ CpuTicks MacosMachineSource::cpuTicks() {
   return ticks;
 }
 
-std::optional<std::int32_t> MacosMachineSource::pressure() {
-  return sysctlValue<std::int32_t>("kern.memorystatus_vm_pressure_level");
+MemoryState MacosMachineSource::memory() {
+  const auto swap = sysctlValue<xsw_usage>("vm.swapusage");
+  return {.ram = sysctlValue<std::uint64_t>("hw.memsize").value_or(0),
+          .swapUsed = swap ? swap->xsu_used : 0,
+          .pressure = sysctlValue<std::int32_t>("kern.memorystatus_vm_pressure_level")};
 }
-
-std::uint64_t MacosMachineSource::ram() { return sysctlValue<std::uint64_t>("hw.memsize").value_or(0); }
 
 int MacosMachineSource::cores() { return std::max(sysctlValue<std::int32_t>("hw.activecpu").value_or(0), 0); }
 
@@ -51,13 +52,7 @@ std::optional<std::int64_t> MacosMachineSource::bootTime() {
 DiskSpace MacosMachineSource::disk() {
   struct statfs volume {};
   if (::statfs("/", &volume) != 0) return {};
-  return {.free = bytesInBlocks(volume.f_bavail, volume.f_bsize),
-          .total = bytesInBlocks(volume.f_blocks, volume.f_bsize)};
-}
-
-std::uint64_t MacosMachineSource::swapUsed() {
-  const auto usage = sysctlValue<xsw_usage>("vm.swapusage");
-  return usage ? usage->xsu_used : 0;
+  return diskSpace(volume.f_bavail, volume.f_blocks, volume.f_bsize);
 }
 
 }  // namespace tarnwick

@@ -10,7 +10,9 @@
 #include <functional>
 #include <optional>
 
-#include "sampling/decode/kernel_records.h"
+#include "sampling/decode/disk_space.h"
+#include "sampling/decode/processor_times.h"
+#include "sampling/decode/start_times.h"
 #include "sampling/machine_source.h"
 
 namespace tarnwick {
@@ -29,13 +31,11 @@ class MacosMachineSource : public MachineSource {
 
   CpuTicks cpuTicks() override;
   ThermalState thermal() override { return frameworks_.thermal(); }
-  std::optional<std::int32_t> pressure() override;
-  std::uint64_t ram() override;
+  MemoryState memory() override;
   int cores() override;
   std::optional<std::int64_t> bootTime() override;
   DiskSpace disk() override;
   std::optional<std::int64_t> importantCapacity() override { return frameworks_.importantCapacity(); }
-  std::uint64_t swapUsed() override;
 
  private:
   Frameworks frameworks_;

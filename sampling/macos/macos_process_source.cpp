@@ -15,9 +15,8 @@
 
 #include "records/app_name.h"
 #include "sampling/decode/kernel_records.h"
-#include "sampling/macos/listening_sockets.h"
-#include "sampling/macos/process_record.h"
-#include "sampling/macos/sysctl_value.h"
+#include "sampling/decode/processor_times.h"
+#include "sampling/macos/kernel_questions.h"
 
 namespace tarnwick {
 namespace {
@@ -97,7 +96,9 @@ std::optional<std::string> MacosProcessSource::app(Pid /*pid*/, const std::strin
 }
 
 std::vector<std::string> MacosProcessSource::args(Pid pid) {
-  return argumentBuffer_.read([pid](std::span<char> buffer) { return argumentBlock(pid, buffer); });
+  const auto block =
+      argumentBuffer_.read([pid](std::span<char> buffer) { return argumentBlock(pid, buffer); });
+  return block ? argumentsInBlock(*block) : std::vector<std::string>();
 }
 
 std::optional<ProcessUsage> MacosProcessSource::usage(Pid pid) {

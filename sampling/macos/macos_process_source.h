@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "sampling/decode/argument_block.h"
+#include "sampling/decode/arguments.h"
 #include "sampling/process_source.h"
 
 namespace tarnwick {

@@ -5,9 +5,7 @@
 #include "app/macos/applications.h"
 #include "app/panel/panel_jobs.h"
 #include "context/macos/apple_events.h"
-#include "sampling/macos/macos_disk_capacity.h"
-#include "sampling/macos/macos_thermal.h"
-#include "sampling/macos/macos_workspace.h"
+#include "sampling/macos/desktop_session.h"
 
 namespace tarnwick {
 

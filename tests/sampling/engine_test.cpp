@@ -1,6 +1,6 @@
-#include "sampling/decode/engine_json.h"
-#include "sampling/decode/http_reply.h"
-#include "sampling/docker.h"
+#include "sampling/engine/docker.h"
+#include "sampling/engine/engine_json.h"
+#include "sampling/engine/http_reply.h"
 #include "system/small_file.h"
 #include "tests/support/fake_transport.h"
 

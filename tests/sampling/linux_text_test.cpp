@@ -1,6 +1,13 @@
 #include "sampling/decode/app_unit.h"
-#include "sampling/decode/machine_text.h"
-#include "sampling/decode/proc_text.h"
+#include "sampling/decode/arguments.h"
+#include "sampling/decode/disk_space.h"
+#include "sampling/decode/listeners.h"
+#include "sampling/decode/memory_info.h"
+#include "sampling/decode/pressure.h"
+#include "sampling/decode/proc_stat.h"
+#include "sampling/decode/processor_times.h"
+#include "sampling/decode/start_times.h"
+#include "sampling/decode/thermal_zone.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {
@@ -69,7 +76,9 @@ TEST(KilobyteFieldTest, WholeNamesAtLineStarts) {
 
 TEST(BootTimeTest, FoundAmongTheCounters) {
   EXPECT_EQ(bootTime("cpu  1 2 3\nintr 5 btime 9\nbtime 1700000000\nprocesses 4\n"), 1'700'000'000);
-  EXPECT_EQ(bootTime("cpu 1\nbtime soon\n"), std::nullopt);
+  for (const auto none :
+       {"cpu 1\n", "btime soon\n", "btime 0\n", "btime 5 6\n", "btime 99999999999999999999\n"})
+    EXPECT_EQ(bootTime(none), std::nullopt) << none;
   EXPECT_EQ(newestPid("0.53 1.10 1.02 1/1098 4711\n"), 4711);
   for (const auto text : {"", "0.53 1.10 1.02 1/1098", "0 0 0 0/0 0\n", "0 0 0 0/0 -7\n", "0 0 0 0/0 7x\n"})
     EXPECT_EQ(newestPid(text), std::nullopt) << text;
@@ -117,9 +126,6 @@ TEST(MachineText, TicksOfTheSumLine) {
     EXPECT_EQ(cpuTicksFromStat(stat).busy, busy) << stat;
     EXPECT_EQ(cpuTicksFromStat(stat).total, total) << stat;
   }
-  EXPECT_EQ(bootTimeFromStat("cpu  1 2 3 4\nintr 5 6\nbtime 1700000000\nprocesses 1\n"), 1700000000);
-  EXPECT_EQ(bootTimeFromStat("btime 0\n"), std::nullopt);
-  EXPECT_EQ(bootTimeFromStat("btime 99999999999999999999\n"), std::nullopt);
 }
 
 TEST(MachineText, MemoryInfoInBytes) {

@@ -26,8 +26,7 @@ struct FakeMachineSource : MachineSource {
     return answer;
   }
   ThermalState thermal() override { return thermalAnswer; }
-  std::optional<std::int32_t> pressure() override { return pressureAnswer; }
-  std::uint64_t ram() override { return ramAnswer; }
+  MemoryState memory() override { return {ramAnswer, swapAnswer, pressureAnswer}; }
   int cores() override { return coresAnswer; }
   std::optional<std::int64_t> bootTime() override { return bootAnswer; }
   DiskSpace disk() override { return diskAnswer; }
@@ -35,7 +34,6 @@ struct FakeMachineSource : MachineSource {
     ++importantAsked;
     return importantAnswer;
   }
-  std::uint64_t swapUsed() override { return swapAnswer; }
 };
 
 }  // namespace tarnwick

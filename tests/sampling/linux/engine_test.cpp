@@ -1,6 +1,6 @@
 // The client against a container engine that this test starts. Where no engine can be started the test is
 // skipped and says why.
-#include "sampling/docker.h"
+#include "sampling/engine/docker.h"
 #include "sampling/tools/posix/posix_tool_runner.h"
 #include "system/port.h"
 #include "tests/support/testing.h"

@@ -11,9 +11,9 @@ TEST(LinuxMachineSource, ReadsALaidOutMachine) {
   const TempFolder folder;
   LinuxMachineSource source({.procRoot = folder.at("proc"), .sysRoot = folder.at("sys")});
   EXPECT_EQ(source.bootTime(), std::nullopt);
-  EXPECT_EQ(source.pressure(), std::nullopt);
+  EXPECT_EQ(source.memory().pressure, std::nullopt);
   EXPECT_EQ(source.thermal(), ThermalState::nominal);
-  EXPECT_EQ(source.cpuTicks().total + source.ram() + source.swapUsed(), 0U);
+  EXPECT_EQ(source.cpuTicks().total + source.memory().ram + source.memory().swapUsed, 0U);
 
   folder.write("proc/stat", "cpu  10 0 5 85 0 0 0 0\nbtime 1700000000\n");
   folder.write("proc/meminfo", "MemTotal: 1000 kB\nMemAvailable: 70 kB\nSwapTotal: 9 kB\nSwapFree: 4 kB\n");
@@ -27,25 +27,21 @@ TEST(LinuxMachineSource, ReadsALaidOutMachine) {
   for (const auto& [name, text] : zones) folder.write(std::string("sys/class/thermal/thermal_") + name, text);
   EXPECT_EQ(source.cpuTicks().busy, 15U);
   EXPECT_EQ(source.bootTime(), 1700000000);
-  EXPECT_EQ(source.ram(), 1'024'000U);
-  EXPECT_EQ(source.swapUsed(), 5U * 1024);
+  EXPECT_EQ(source.memory().ram, 1'024'000U);
+  EXPECT_EQ(source.memory().swapUsed, 5U * 1024);
   EXPECT_EQ(source.thermal(), ThermalState::fair);
-  EXPECT_EQ(source.pressure(), 2);  // 7 % available
+  EXPECT_EQ(source.memory().pressure, 2);  // 7 % available
   folder.write("proc/pressure/memory", "some avg10=0.00 total=0\nfull avg10=12.50 total=0\n");
-  EXPECT_EQ(source.pressure(), 4);
+  EXPECT_EQ(source.memory().pressure, 4);
   folder.write("proc/stat", "cpu  1 0 0 0\nbtime 1700000001\n");
   EXPECT_EQ(source.bootTime(), 1700000000);  // the first answer stays
 }
 
-TEST(LinuxMachineSource, LiveMachineIsPlausible) {
-  LinuxMachineSource source;
-  EXPECT_GT(source.ram(), 64U * 1024 * 1024);
-  EXPECT_GT(source.disk().total, 0);
-  EXPECT_LE(source.disk().free, source.disk().total);
-  EXPECT_GT(source.bootTime().value_or(0), 1'000'000'000);
-  EXPECT_TRUE(source.pressure().has_value());
-  const CpuTicks before = source.cpuTicks();
-  EXPECT_TRUE(waitUntil([&] { return source.cpuTicks().busy > before.busy; }));
+TEST(LinuxMachineSource, DiskSpaceIsInBytes) {
+  const DiskSpace space = LinuxMachineSource().disk();
+  const std::filesystem::space_info expected = std::filesystem::space("/");
+  EXPECT_EQ(space.total, static_cast<std::int64_t>(expected.capacity));
+  EXPECT_LE(space.free, space.total);
 }
 
 TEST(LinuxMachineSource, CoresFollowTheAffinity) {

@@ -160,8 +160,8 @@ TEST_F(RecordedProcessesTest, ProcessorTimeComesFromTheTicks) {
 }
 
 TEST_F(RecordedProcessesTest, ArgumentsGrowTheBufferOnceAndEndAtOneMebibyte) {
-  const std::string exact(LinuxProcessSource::firstArgumentBytes, 'x');
-  const std::string beyond(LinuxProcessSource::mostArgumentBytes + 5, 'y');
+  const std::string exact(ArgumentBuffer::firstBytes, 'x');
+  const std::string beyond(ArgumentBuffer::mostBytes + 5, 'y');
   for (const Pid pid : {95, 96, 97}) tree.process(pid, {});
   tree.write("95/cmdline", exact);
   tree.write("96/cmdline", beyond);

@@ -1,4 +1,4 @@
-#include "sampling/decode/engine_json.h"
+#include "sampling/engine/engine_json.h"
 
 #include <algorithm>
 #include <cstddef>

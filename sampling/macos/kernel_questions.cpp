@@ -1,12 +1,11 @@
-#include "sampling/macos/listening_sockets.h"
+#include "sampling/macos/kernel_questions.h"
 
 #include <libproc.h>
-#include <sys/proc_info.h>
 
 #include <limits>
-#include <optional>
 
 #include "sampling/decode/kernel_records.h"
+#include "sampling/decode/listeners.h"
 
 namespace tarnwick {
 namespace {
@@ -37,6 +36,14 @@ std::optional<std::uint16_t> listeningPort(Pid pid, std::int32_t descriptor) {
 }
 
 }  // namespace
+
+std::optional<proc_bsdinfo> processRecord(Pid pid) {
+  static_assert(sizeof(proc_bsdinfo) == 136);
+  proc_bsdinfo record{};
+  const int answered = ::proc_pidinfo(pid, PROC_PIDTBSDINFO, 0, &record, sizeof record);
+  if (!isWholeRecord(answered, sizeof record)) return std::nullopt;
+  return record;
+}
 
 std::vector<std::uint16_t> listeningPorts(Pid pid) {
   std::vector<std::uint16_t> ports;

@@ -1,4 +1,4 @@
-#include "sampling/docker.h"
+#include "sampling/engine/docker.h"
 
 #include <algorithm>
 #include <atomic>
@@ -7,8 +7,8 @@
 #include <system_error>
 #include <utility>
 
-#include "sampling/decode/engine_json.h"
-#include "sampling/decode/http_reply.h"
+#include "sampling/engine/engine_json.h"
+#include "sampling/engine/http_reply.h"
 
 namespace tarnwick {
 namespace {

@@ -1,4 +1,4 @@
-#include "sampling/decode/http_reply.h"
+#include "sampling/engine/http_reply.h"
 
 #include <charconv>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "sampling/decode/argument_block.h"
+#include "sampling/decode/arguments.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -33,22 +33,30 @@ std::vector<std::string> argumentsInBlock(std::string_view block) {
   return arguments;
 }
 
+std::vector<std::string> procArguments(std::string_view bytes) {
+  std::vector<std::string> arguments;
+  while (!bytes.empty()) {
+    const std::string_view argument = bytes.substr(0, bytes.find('\0'));
+    arguments.push_back(repairUtf8(argument));
+    bytes.remove_prefix(std::min(argument.size() + 1, bytes.size()));
+  }
+  return arguments;
+}
+
 void ArgumentBuffer::beginPass() {
   if (buffer_.size() != firstBytes) buffer_ = std::vector<char>(firstBytes);
 }
 
-std::vector<std::string> ArgumentBuffer::read(const Query& query) {
-  auto block = blockFrom(query);
-  if (block && mayHaveBeenCut(block->size(), buffer_.size()) && buffer_.size() < mostBytes) {
-    buffer_ = std::vector<char>(mostBytes);
-    block = blockFrom(query);
-  }
-  return block ? argumentsInBlock(*block) : std::vector<std::string>();
+std::optional<std::string_view> ArgumentBuffer::read(const Query& query) {
+  const auto bytes = bytesFrom(query);
+  if (!bytes || !mayHaveBeenCut(bytes->size(), buffer_.size()) || buffer_.size() >= mostBytes) return bytes;
+  buffer_ = std::vector<char>(mostBytes);
+  return bytesFrom(query);
 }
 
-std::optional<std::string_view> ArgumentBuffer::blockFrom(const Query& query) {
+std::optional<std::string_view> ArgumentBuffer::bytesFrom(const Query& query) {
   const auto filled = query(buffer_);
-  if (!filled || *filled <= countBytes) return std::nullopt;
+  if (!filled) return std::nullopt;
   return std::string_view(buffer_.data(), std::min(*filled, buffer_.size()));
 }
 

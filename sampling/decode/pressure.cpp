@@ -1,0 +1,40 @@
+#include "sampling/decode/pressure.h"
+
+#include <cmath>
+
+#include "records/text.h"
+
+namespace tarnwick {
+namespace {
+
+// The percentage after "avg10=" in the line of that kind.
+std::optional<double> stallShare(std::string_view stalls, std::string_view kind) {
+  constexpr std::string_view key = "avg10=";
+  auto line = lineOf(stalls, kind);
+  if (!line) return std::nullopt;
+  std::string_view word = takeWord(*line);
+  if (!word.starts_with(key)) return std::nullopt;
+  const auto share = wholeNumber<double>(word.substr(key.size()));
+  if (!share || !std::isfinite(*share) || *share < 0) return std::nullopt;
+  return share;
+}
+
+}  // namespace
+
+std::optional<std::int32_t> pressureFromStalls(std::string_view stalls) {
+  const auto full = stallShare(stalls, "full");
+  const auto some = stallShare(stalls, "some");
+  if (!full && !some) return std::nullopt;
+  if (full && *full >= fullStallCritical) return 4;
+  if (some && *some >= someStallWarning) return 2;
+  return 1;
+}
+
+std::optional<std::int32_t> pressureFromAvailable(const MemoryInfo& memory) {
+  if (!memory.total || *memory.total == 0 || !memory.available) return std::nullopt;
+  const double share = static_cast<double>(*memory.available) / static_cast<double>(*memory.total);
+  if (share < availableCritical) return 4;
+  return share < availableWarning ? 2 : 1;
+}
+
+}  // namespace tarnwick

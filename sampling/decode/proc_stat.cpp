@@ -1,0 +1,53 @@
+#include "sampling/decode/proc_stat.h"
+
+#include <algorithm>
+#include <array>
+
+#include "records/text.h"
+#include "records/utf8.h"
+
+namespace tarnwick {
+
+std::optional<ProcStat> procStat(std::string_view bytes) {
+  // The name may hold blanks, brackets and line feeds of its own; only the last ')' surely ends it. It is
+  // close to the front, so it is searched from there.
+  const auto open = bytes.find('(');
+  auto close = bytes.find(')', std::min(open, bytes.size()));
+  if (close == std::string_view::npos) return std::nullopt;
+  for (auto next = close; next != std::string_view::npos; next = bytes.find(')', next + 1)) close = next;
+  std::string_view rest = bytes.substr(close + 1);
+  std::array<std::string_view, 20> words;  // from the state, the third field, to the start, the 22nd
+  for (auto& word : words) word = takeWord(rest);
+  const auto ppid = wholeNumber<Pid>(words[1]);
+  const auto terminal = wholeNumber<std::int32_t>(words[4]);
+  const auto flags = wholeNumber<std::uint32_t>(words[6]);
+  const auto user = wholeNumber<std::uint64_t>(words[11]);
+  const auto system = wholeNumber<std::uint64_t>(words[12]);
+  const auto start = wholeNumber<std::uint64_t>(words[19]);
+  if (words[0].size() != 1 || !ppid || *ppid < 0 || !terminal || !flags || !user || !system || !start) {
+    return std::nullopt;
+  }
+  return ProcStat{repairUtf8(bytes.substr(open + 1, close - open - 1)),
+                  words[0].front(),
+                  *ppid,
+                  *terminal,
+                  *flags,
+                  *user,
+                  *system,
+                  *start,
+                  wholeNumber<std::int64_t>(words[17]).value_or(1)};
+}
+
+std::optional<Pid> newestPid(std::string_view text) {
+  for (int load = 0; load < 4; ++load) takeWord(text);  // three averages, running/all threads
+  const auto pid = wholeNumber<Pid>(takeWord(text));
+  return pid && *pid > 0 ? pid : std::nullopt;
+}
+
+std::string procLinkPath(std::string_view target) {
+  constexpr std::string_view deleted = " (deleted)";
+  if (target.ends_with(deleted)) target.remove_suffix(deleted.size());
+  return repairUtf8(target);
+}
+
+}  // namespace tarnwick
