@@ -1,6 +1,7 @@
 #include "sampling/process_table.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace tarnwick {
@@ -37,39 +38,41 @@ PidMap<Proc> ProcessTable::secondPass(Timestamp now) {
   fresh.reserve(pids.size());
   for (const Pid pid : pids) {
     if (procs.size() == ProcessSource::mostProcesses) break;
-    const auto facts = source_.facts(pid);
-    if (!facts) continue;
-    const Known& entry = knowledge(pid, facts->started, fresh);
+    const std::unique_ptr<Process> process = source_.process(pid);
+    if (process == nullptr) continue;
+    const ProcessFacts& facts = process->facts();
+    const Known& entry = knowledge(pid, *process, fresh);
     Proc proc;
     proc.pid = pid;
-    proc.ppid = facts->ppid;
-    proc.uid = facts->uid;
+    proc.ppid = facts.ppid;
+    proc.uid = facts.uid;
     proc.path = entry.path;
     proc.args = entry.args;
-    proc.started = timestamp(static_cast<double>(facts->started));
+    proc.started = timestamp(static_cast<double>(facts.started));
     proc.app = entry.app;
-    measure(proc, wall);
-    if (!proc.app) readSurroundings(proc, now);
+    measure(*process, proc, wall);
+    if (!proc.app) readSurroundings(*process, proc, now);
     procs[pid] = std::move(proc);
   }
   known = std::move(fresh);
   return procs;
 }
 
-const ProcessTable::Known& ProcessTable::knowledge(Pid pid, std::int64_t start, KnownByPid& fresh) {
+const ProcessTable::Known& ProcessTable::knowledge(Pid pid, Process& process, KnownByPid& fresh) {
+  const std::int64_t start = process.facts().started;
   if (const auto old = known.find(pid); old != known.end() && old->second.start == start) {
     return fresh[pid] = std::move(old->second);
   }
   Known entry;
   entry.start = start;
-  entry.path = source_.path(pid);
-  entry.app = source_.app(pid, entry.path);
-  if (!entry.app) entry.args = source_.args(pid);
+  entry.path = process.path();
+  entry.app = process.app(entry.path);
+  if (!entry.app) entry.args = process.args();
   return fresh[pid] = std::move(entry);
 }
 
-void ProcessTable::measure(Proc& proc, std::uint64_t wall) {
-  const auto usage = source_.usage(proc.pid);
+void ProcessTable::measure(Process& process, Proc& proc, std::uint64_t wall) {
+  const auto usage = process.usage();
   if (!usage) return;
   proc.footprint = usage->footprint;
   proc.resident = usage->resident;
@@ -78,9 +81,9 @@ void ProcessTable::measure(Proc& proc, std::uint64_t wall) {
   proc.cpu = static_cast<double>(usage->processorTime - first->second) / static_cast<double>(wall);
 }
 
-void ProcessTable::readSurroundings(Proc& proc, Timestamp now) {
-  proc.cwd = source_.cwd(proc.pid);
-  if (secondsBetween(proc.started, now) > portsAfter) proc.ports = source_.listenPorts(proc.pid);
+void ProcessTable::readSurroundings(Process& process, Proc& proc, Timestamp now) {
+  proc.cwd = process.cwd();
+  if (secondsBetween(proc.started, now) > portsAfter) proc.ports = process.listenPorts();
 }
 
 }  // namespace tarnwick

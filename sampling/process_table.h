@@ -40,9 +40,9 @@ class ProcessTable {
 
   // The entry of `pid` in `fresh`, valid until the next call: taken over from `known` when the start is the
   // same, else asked for.
-  const Known& knowledge(Pid pid, std::int64_t start, KnownByPid& fresh);
-  void measure(Proc& proc, std::uint64_t wall);
-  void readSurroundings(Proc& proc, Timestamp now);
+  const Known& knowledge(Pid pid, Process& process, KnownByPid& fresh);
+  void measure(Process& process, Proc& proc, std::uint64_t wall);
+  static void readSurroundings(Process& process, Proc& proc, Timestamp now);
 
   ProcessSource& source_;
   std::uint64_t firstWall_ = 0;       // in the source's unit of time

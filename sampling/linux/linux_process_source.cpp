@@ -47,7 +47,72 @@ std::int64_t bootTimeOf(const ProcReader& reader) {
 // Of a process that is known to be the user's: "systemd --user" is the only such child of the first process.
 bool looksLikeUserManager(const ProcStat& stat) { return stat.name == "systemd" && stat.ppid == 1; }
 
+std::optional<ProcStat> statOf(const ProcessFiles& files, std::span<char> buffer) {
+  const auto text = files.read("stat", buffer);
+  return text ? procStat(*text) : std::nullopt;
+}
+
 }  // namespace
+
+// Answers about one process with what its source has at hand for all of them.
+class LinuxProcessSource::OneProcess final : public Process {
+ public:
+  OneProcess(LinuxProcessSource& source, ProcessFiles files, Look seen, const ProcessFacts& facts)
+      : source_(source), files_(std::move(files)), seen_(std::move(seen)), facts_(facts) {}
+
+  const ProcessFacts& facts() const override { return facts_; }
+  std::string path() override { return target("exe"); }
+  std::optional<std::string> app(const std::string& path) override;
+  std::vector<std::string> args() override;
+  std::optional<ProcessUsage> usage() override;
+  std::string cwd() override { return target("cwd"); }
+  std::vector<std::uint16_t> listenPorts() override {
+    return hasProgram() ? source_.ports_.of(files_) : std::vector<std::uint16_t>();
+  }
+
+ private:
+  // Kernel threads have no memory, executable, arguments or folder.
+  bool hasProgram() const { return !seen_.stat.kernelThread(); }
+  std::string target(const char* link) {
+    return hasProgram() ? procLinkPath(files_.link(link, source_.textBuffer_)) : std::string();
+  }
+
+  LinuxProcessSource& source_;
+  ProcessFiles files_;
+  Look seen_;
+  ProcessFacts facts_;
+};
+
+std::optional<std::string> LinuxProcessSource::OneProcess::app(const std::string& /*path*/) {
+  if (!source_.applicationsHaveUnits() || !hasProgram() || seen_.stat.terminal != 0) return std::nullopt;
+  const auto text = files_.read("cgroup", source_.textBuffer_);
+  const auto unit = text ? appUnitOfCgroup(*text) : std::nullopt;
+  auto id = unit ? applicationID(*unit) : std::nullopt;
+  if (!id || !source_.options_.appDisplayName) return id;
+  return source_.options_.appDisplayName(*id).value_or(*id);
+}
+
+std::vector<std::string> LinuxProcessSource::OneProcess::args() {
+  if (hasProgram()) {
+    const auto bytes = source_.commandLine(files_);
+    auto arguments = bytes ? procArguments(*bytes) : std::vector<std::string>();
+    if (!arguments.empty() || !path().empty()) return arguments;
+  }
+  std::string name = seen_.stat.name;
+  if (name.empty()) return {};
+  // "kworker/0:1" is no path: without this its last component would pass for the name.
+  if (!hasProgram()) std::ranges::replace(name, '/', '-');
+  return {name};
+}
+
+std::optional<ProcessUsage> LinuxProcessSource::OneProcess::usage() {
+  auto time = std::exchange(seen_.time, std::nullopt);
+  if (!time) time = source_.live_ ? source_.processorTime(files_.pid()) : source_.timeFromTicks(seen_.stat);
+  auto memory = std::exchange(seen_.memory, std::nullopt);
+  if (!memory) memory = hasProgram() ? source_.memory_.of(files_) : MemoryUse{};
+  if (!time || !memory) return std::nullopt;
+  return ProcessUsage{memory->footprint, memory->resident, *time};
+}
 
 LinuxProcessSource::LinuxProcessSource(LinuxProcessOptions options)
     : options_(std::move(options)),
@@ -62,7 +127,6 @@ void LinuxProcessSource::beginPass() {
   memory_.beginPass();
   ports_.beginPass();
   stats_.beginPass();
-  statPid_ = 0;
   argumentBuffer_.beginPass();
   userManagers_.clear();
   applicationsHaveUnits_.reset();
@@ -89,105 +153,45 @@ std::optional<std::uint64_t> LinuxProcessSource::processorTime(Pid pid) {
   if (live_) {
     if (const auto time = nanoseconds(processorClock(pid))) return time;
   }
-  const auto stat = readStat(pid);
+  const auto text = reader_.read(pid, "stat", textBuffer_);
+  const auto stat = text ? procStat(*text) : std::nullopt;
   return stat ? timeFromTicks(*stat) : std::nullopt;
 }
 
-std::optional<ProcessFacts> LinuxProcessSource::facts(Pid pid) {
-  statPid_ = pid;
-  stat_.reset();
-  timeAtFacts_.reset();
-  memoryAtFacts_.reset();
-  const auto folder = reader_.hold(pid);
-  if (!folder || folder->uid != options_.uid) return std::nullopt;
-  if (const ProcStat* kept = stats_.find(pid, folder->inode)) {
-    stat_ = stillTrue(pid, *kept);
-  } else {
-    stat_ = readStat(pid);
-    if (stat_) stats_.keep(pid, folder->inode, *stat_);
-  }
-  if (!stat_ || stat_->zombie()) return std::nullopt;
-  userManagers_[pid] = looksLikeUserManager(*stat_);
-  const std::optional<std::int64_t> started = startSeconds(stat_->startTicks, clock_);
-  if (!started) return std::nullopt;
-  const Pid parent = isUserManager(stat_->ppid) ? 1 : stat_->ppid;
-  return ProcessFacts{parent, options_.uid, *started};
+std::unique_ptr<Process> LinuxProcessSource::process(Pid pid) {
+  auto files = reader_.open(pid);
+  if (!files || files->uid() != options_.uid) return nullptr;
+  auto seen = look(*files);
+  if (!seen || seen->stat.zombie()) return nullptr;
+  userManagers_[pid] = looksLikeUserManager(seen->stat);
+  const std::optional<std::int64_t> started = startSeconds(seen->stat.startTicks, clock_);
+  if (!started) return nullptr;
+  const Pid parent = isUserManager(seen->stat.ppid) ? 1 : seen->stat.ppid;
+  return std::make_unique<OneProcess>(*this, std::move(*files), std::move(*seen),
+                                      ProcessFacts{parent, options_.uid, *started});
 }
 
-std::string LinuxProcessSource::path(Pid pid) {
-  return hasProgram(pid) ? procLinkPath(reader_.link(pid, "exe", textBuffer_)) : std::string();
-}
-
-std::optional<std::string> LinuxProcessSource::app(Pid pid, const std::string& /*path*/) {
-  if (!applicationsHaveUnits() || !hasProgram(pid) || statOf(pid)->terminal != 0) return std::nullopt;
-  const auto text = reader_.read(pid, "cgroup", textBuffer_);
-  const auto unit = text ? appUnitOfCgroup(*text) : std::nullopt;
-  auto id = unit ? applicationID(*unit) : std::nullopt;
-  if (!id || !options_.appDisplayName) return id;
-  return options_.appDisplayName(*id).value_or(*id);
-}
-
-std::vector<std::string> LinuxProcessSource::args(Pid pid) {
-  if (hasProgram(pid)) {
-    const auto bytes = commandLineBytes(pid);
-    auto arguments = bytes ? procArguments(*bytes) : std::vector<std::string>();
-    if (!arguments.empty() || !path(pid).empty()) return arguments;
-  }
-  const auto& stat = statOf(pid);
-  if (!stat || stat->name.empty()) return {};
-  std::string name = stat->name;
-  // "kworker/0:1" is no path: without this its last component would pass for the name.
-  if (stat->kernelThread()) std::ranges::replace(name, '/', '-');
-  return {name};
-}
-
-std::optional<ProcessUsage> LinuxProcessSource::usage(Pid pid) {
-  const auto& stat = statOf(pid);
+std::optional<LinuxProcessSource::Look> LinuxProcessSource::look(const ProcessFiles& files) {
+  if (const ProcStat* kept = stats_.find(files.pid(), files.inode())) return stillTrue(files, *kept);
+  auto stat = statOf(files, textBuffer_);
   if (!stat) return std::nullopt;
-  auto time = std::exchange(timeAtFacts_, std::nullopt);
-  if (!time) time = live_ ? processorTime(pid) : timeFromTicks(*stat);
-  auto memory = std::exchange(memoryAtFacts_, std::nullopt);
-  if (!memory) memory = hasProgram(pid) ? memory_.of(pid) : MemoryUse{};
-  if (!time || !memory) return std::nullopt;
-  return ProcessUsage{memory->footprint, memory->resident, *time};
-}
-
-std::string LinuxProcessSource::cwd(Pid pid) {
-  return hasProgram(pid) ? procLinkPath(reader_.link(pid, "cwd", textBuffer_)) : std::string();
-}
-
-std::vector<std::uint16_t> LinuxProcessSource::listenPorts(Pid pid) {
-  return hasProgram(pid) ? ports_.of(pid) : std::vector<std::uint16_t>();
-}
-
-std::optional<ProcStat> LinuxProcessSource::readStat(Pid pid) {
-  const auto text = reader_.read(pid, "stat", textBuffer_);
-  return text ? procStat(*text) : std::nullopt;
+  stats_.keep(files.pid(), files.inode(), *stat);
+  return Look{.stat = std::move(*stat)};
 }
 
 // The usage is asked for here already, because it also tells that the process has not ended since: then it
 // has no clock, or, as long as its parent has not asked about it, no memory.
-std::optional<ProcStat> LinuxProcessSource::stillTrue(Pid pid, const ProcStat& kept) {
-  timeAtFacts_ = nanoseconds(processorClock(pid));
-  if (!timeAtFacts_) return std::nullopt;
-  if (kept.kernelThread()) return kept;
-  memoryAtFacts_ = memory_.of(pid);
-  return memoryAtFacts_ && memoryAtFacts_->resident > 0 ? kept : readStat(pid);
-}
-
-const std::optional<ProcStat>& LinuxProcessSource::statOf(Pid pid) {
-  if (statPid_ != pid) {
-    stat_ = readStat(pid);
-    statPid_ = pid;
-    timeAtFacts_.reset();
-    memoryAtFacts_.reset();
-  }
-  return stat_;
-}
-
-bool LinuxProcessSource::hasProgram(Pid pid) {
-  const auto& stat = statOf(pid);
-  return stat && !stat->kernelThread() && !stat->zombie();
+std::optional<LinuxProcessSource::Look> LinuxProcessSource::stillTrue(const ProcessFiles& files,
+                                                                      const ProcStat& kept) {
+  Look seen{.stat = kept, .time = nanoseconds(processorClock(files.pid()))};
+  if (!seen.time) return std::nullopt;
+  if (kept.kernelThread()) return seen;
+  seen.memory = memory_.of(files);
+  if (seen.memory && seen.memory->resident > 0) return seen;
+  auto stat = statOf(files, textBuffer_);
+  if (!stat) return std::nullopt;
+  seen.stat = std::move(*stat);
+  return seen;
 }
 
 std::optional<std::uint64_t> LinuxProcessSource::timeFromTicks(const ProcStat& stat) const {
@@ -201,13 +205,14 @@ bool LinuxProcessSource::isUserManager(Pid pid) {
   if (pid <= 1) return false;
   const auto known = userManagers_.find(pid);
   if (known != userManagers_.end()) return known->second;
-  const auto stat = reader_.belongsTo(pid, options_.uid) ? readStat(pid) : std::nullopt;
+  const auto files = reader_.open(pid);
+  const auto stat = files && files->uid() == options_.uid ? statOf(*files, textBuffer_) : std::nullopt;
   return userManagers_[pid] = stat && looksLikeUserManager(*stat);
 }
 
-std::optional<std::string_view> LinuxProcessSource::commandLineBytes(Pid pid) {
+std::optional<std::string_view> LinuxProcessSource::commandLine(const ProcessFiles& files) {
   return argumentBuffer_.read([&](std::span<char> buffer) -> std::optional<std::size_t> {
-    const auto bytes = reader_.read(pid, "cmdline", buffer);
+    const auto bytes = files.read("cmdline", buffer);
     if (!bytes) return std::nullopt;
     return bytes->size();
   });

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -41,33 +42,31 @@ class LinuxProcessSource : public ProcessSource {
   std::vector<Pid> candidates() override;
   std::uint64_t wallTime() override;
   std::optional<std::uint64_t> processorTime(Pid pid) override;
-  // An ended process that its parent has not asked about yet has none: it is gone for everybody else.
-  // An orphan that the user's service manager adopted has parent 1, as if there were no such manager.
-  std::optional<ProcessFacts> facts(Pid pid) override;
-  std::string path(Pid pid) override;
-  // From the process's unit; absent too for what runs in a terminal inside an application's unit.
-  std::optional<std::string> app(Pid pid, const std::string& path) override;
-  // Without arguments and executable (kernel threads, a first thread that ended) the kernel's name for the
-  // process.
-  std::vector<std::string> args(Pid pid) override;
-  std::optional<ProcessUsage> usage(Pid pid) override;
-  std::string cwd(Pid pid) override;
-  std::vector<std::uint16_t> listenPorts(Pid pid) override;
+  // Null too for one that ended and that its parent has not asked about yet: it is gone for everybody else.
+  // An orphan that the user's service manager adopted has parent 1, as if there were no such manager. What
+  // runs in a terminal inside an application's unit belongs to no application. Without arguments and
+  // executable (kernel threads, a first thread that ended) the kernel's name for the process is its argument.
+  std::unique_ptr<Process> process(Pid pid) override;
 
   // What start times are reckoned with; never changes. Any thread.
   const ProcClock& clock() const { return clock_; }
 
  private:
-  std::optional<ProcStat> readStat(Pid pid);
+  class OneProcess;
+
+  // What was read to find out whether a process is there.
+  struct Look {
+    ProcStat stat;
+    std::optional<std::uint64_t> time = {};  // processor time and memory, where they were asked for
+    std::optional<MemoryUse> memory = {};
+  };
+
+  std::optional<Look> look(const ProcessFiles& files);
   // What earlier checks read, asked whether the process still lives.
-  std::optional<ProcStat> stillTrue(Pid pid, const ProcStat& kept);
-  // The stat that facts() read, while the questions are about the same process; else a fresh one.
-  const std::optional<ProcStat>& statOf(Pid pid);
-  // Kernel threads and ended processes have no memory, executable, arguments or folder.
-  bool hasProgram(Pid pid);
+  std::optional<Look> stillTrue(const ProcessFiles& files, const ProcStat& kept);
   std::optional<std::uint64_t> timeFromTicks(const ProcStat& stat) const;
   bool isUserManager(Pid pid);
-  std::optional<std::string_view> commandLineBytes(Pid pid);
+  std::optional<std::string_view> commandLine(const ProcessFiles& files);
   bool applicationsHaveUnits();
 
   LinuxProcessOptions options_;
@@ -79,13 +78,8 @@ class LinuxProcessSource : public ProcessSource {
   const ProcClock clock_;  // read once: the kernel derives the boot time from the clock, and that may be set
 
   std::vector<Pid> listed_;  // all processes when `listedAt_` was the newest pid, and some that ended since
-  std::optional<Pid> listedAt_;  // absent: the list is to be made anew
-  Pid statPid_ = 0;              // whose `stat_` is; 0 for nobody's
-  std::optional<ProcStat> stat_;
-  std::optional<std::uint64_t>
-      timeAtFacts_;  // the processor time of `statPid_`, where facts() has asked for it
-  std::optional<MemoryUse> memoryAtFacts_;                  // the same for its memory
-  std::array<char, ProcReader::longestLink> textBuffer_{};  // of the file or link that is being read
+  std::optional<Pid> listedAt_;                               // absent: the list is to be made anew
+  std::array<char, ProcessFiles::longestLink> textBuffer_{};  // of the file or link that is being read
   ArgumentBuffer argumentBuffer_;
   std::unordered_map<Pid, bool> userManagers_;  // what this pass knows of each pid
   std::optional<bool> applicationsHaveUnits_;   // absent until asked for in a pass

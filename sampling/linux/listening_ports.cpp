@@ -8,11 +8,11 @@
 
 namespace tarnwick {
 
-std::vector<std::uint16_t> ListeningPorts::of(Pid pid) {
+std::vector<std::uint16_t> ListeningPorts::of(const ProcessFiles& process) {
   if (!listeners_) readListeners();
   if (listeners_->empty()) return {};  // spares the dearest read, that of every descriptor
   std::vector<std::uint16_t> ports;
-  for (const std::string& target : reader_.descriptors(pid)) {
+  for (const std::string& target : process.descriptors()) {
     const auto inode = socketInode(target);
     if (!inode) continue;
     const auto found = std::ranges::lower_bound(*listeners_, *inode, {}, &Listener::inode);

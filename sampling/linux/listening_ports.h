@@ -22,7 +22,7 @@ class ListeningPorts {
 
   // Ascending, each once; empty when unreadable. A process in another network namespace (a container's,
   // say) has none: its listeners are in its own tables, which nobody outside can reach its ports by.
-  std::vector<std::uint16_t> of(Pid pid);
+  std::vector<std::uint16_t> of(const ProcessFiles& process);
 
   // All listeners, from the text tables under "net": the fallback for netlink.
   std::vector<Listener> fromTables() const;

@@ -57,7 +57,35 @@ OpenFolder folderAt(int parent, const char* name) {
   return OpenFolder(folder);
 }
 
+std::optional<std::string_view> contentAt(int folder, const char* name, std::span<char> buffer) {
+  const Descriptor descriptor(::openat(folder, name, openFlags));
+  if (!descriptor.isOpen()) return std::nullopt;
+  const ssize_t count = descriptor.read(buffer);
+  if (count < 0) return std::nullopt;
+  return std::string_view(buffer.data(), static_cast<std::size_t>(count));
+}
+
 }  // namespace
+
+std::optional<std::string_view> ProcessFiles::read(const char* file, std::span<char> buffer) const {
+  return contentAt(folder_.number(), file, buffer);
+}
+
+std::string_view ProcessFiles::link(const char* file, std::span<char> buffer) const {
+  return linkAt(folder_.number(), file, buffer);
+}
+
+std::vector<std::string> ProcessFiles::descriptors() const {
+  const OpenFolder folder = folderAt(folder_.number(), "fd");
+  if (!folder) return {};
+  std::vector<std::string> targets;
+  std::array<char, longestLink> buffer{};
+  while (const dirent* entry = ::readdir(folder.get())) {
+    const auto target = linkAt(::dirfd(folder.get()), entry->d_name, buffer);
+    if (!target.empty()) targets.emplace_back(target);
+  }
+  return targets;
+}
 
 ProcReader::ProcReader(const std::string& root) : root_(folderAt(AT_FDCWD, root.c_str())) {}
 
@@ -97,12 +125,11 @@ bool ProcReader::belongsTo(Pid pid, std::uint32_t uid) const {
   return its && its->uid == uid;
 }
 
-std::optional<ProcessFolder> ProcReader::hold(Pid pid) {
-  held_ = Descriptor(::openat(at(), ProcessPath(pid, "").text(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-  heldPid_ = held_.isOpen() ? pid : 0;
+std::optional<ProcessFiles> ProcReader::open(Pid pid) const {
+  Descriptor folder(::openat(at(), ProcessPath(pid, "").text(), O_PATH | O_DIRECTORY | O_CLOEXEC));
   struct stat info {};
-  if (!held_.isOpen() || ::fstat(held_.number(), &info) != 0) return std::nullopt;
-  return ProcessFolder{info.st_uid, info.st_ino};
+  if (!folder.isOpen() || ::fstat(folder.number(), &info) != 0) return std::nullopt;
+  return ProcessFiles(pid, std::move(folder), {info.st_uid, info.st_ino});
 }
 
 std::vector<Pid> ProcReader::pidsOf(std::uint32_t uid, std::size_t limit) const {
@@ -115,29 +142,7 @@ std::vector<Pid> ProcReader::pidsOf(std::uint32_t uid, std::size_t limit) const 
 }
 
 std::optional<std::string_view> ProcReader::read(Pid pid, const char* file, std::span<char> buffer) const {
-  const Descriptor descriptor(pid == heldPid_ ? ::openat(held_.number(), file, openFlags)
-                                              : ::openat(at(), ProcessPath(pid, file).text(), openFlags));
-  if (!descriptor.isOpen()) return std::nullopt;
-  const ssize_t count = descriptor.read(buffer);
-  if (count < 0) return std::nullopt;
-  return std::string_view(buffer.data(), static_cast<std::size_t>(count));
-}
-
-std::string_view ProcReader::link(Pid pid, const char* file, std::span<char> buffer) const {
-  return pid == heldPid_ ? linkAt(held_.number(), file, buffer)
-                         : linkAt(at(), ProcessPath(pid, file).text(), buffer);
-}
-
-std::vector<std::string> ProcReader::descriptors(Pid pid) const {
-  const OpenFolder folder = folderAt(at(), ProcessPath(pid, "fd").text());
-  if (!folder) return {};
-  std::vector<std::string> targets;
-  std::array<char, longestLink> buffer{};
-  while (const dirent* entry = ::readdir(folder.get())) {
-    const auto target = linkAt(::dirfd(folder.get()), entry->d_name, buffer);
-    if (!target.empty()) targets.emplace_back(target);
-  }
-  return targets;
+  return contentAt(at(), ProcessPath(pid, file).text(), buffer);
 }
 
 std::string ProcReader::machineFile(const char* file) const {

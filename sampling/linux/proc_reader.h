@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "records/basics.h"
@@ -21,6 +22,35 @@ namespace tarnwick {
 struct ProcessFolder {
   std::uint32_t uid = 0;
   std::uint64_t inode = 0;
+};
+
+// One process whose folder is held open: its files are found without looking it up each time, and they are
+// its own even when the pid goes to another process. Files of a process that ended read as absent.
+class ProcessFiles {
+ public:
+  ProcessFiles(Pid pid, Descriptor folder, const ProcessFolder& facts)
+      : pid_(pid), folder_(std::move(folder)), facts_(facts) {}
+
+  Pid pid() const { return pid_; }
+  std::uint32_t uid() const { return facts_.uid; }
+  std::uint64_t inode() const { return facts_.inode; }
+
+  // The part of a file that fits `buffer`, in one read: a second one could belong to a later state of the
+  // process.
+  std::optional<std::string_view> read(const char* file, std::span<char> buffer) const;
+
+  // What a link points to, as the kernel words it, in `buffer` and cut to its size; empty when it cannot be
+  // read.
+  std::string_view link(const char* file, std::span<char> buffer) const;
+  static constexpr std::size_t longestLink = 4'096;
+
+  // What the open descriptors point to, as the kernel words it.
+  std::vector<std::string> descriptors() const;
+
+ private:
+  Pid pid_;
+  Descriptor folder_;
+  ProcessFolder facts_;
 };
 
 class ProcReader {
@@ -41,25 +71,14 @@ class ProcReader {
   // Does the process's folder belong to `uid`?
   bool belongsTo(Pid pid, std::uint32_t uid) const;
 
-  // As folder(), and keeps that folder open until the next call: the files of the process are then found
-  // without looking it up each time, and they are its own even when the pid goes to another one. Files of a
-  // process that ended read as absent.
-  std::optional<ProcessFolder> hold(Pid pid);
+  // Holds it; absent when there is no such process.
+  std::optional<ProcessFiles> open(Pid pid) const;
 
   // The first `limit` processes, ascending, whose folder belongs to `uid`.
   std::vector<Pid> pidsOf(std::uint32_t uid, std::size_t limit) const;
 
-  // The part of a process's file that fits `buffer`, in one read: a second one could belong to a later
-  // state of the process.
+  // As ProcessFiles::read, for one file alone.
   std::optional<std::string_view> read(Pid pid, const char* file, std::span<char> buffer) const;
-
-  // What a process's link points to, as the kernel words it, in `buffer` and cut to its size; empty when it
-  // cannot be read.
-  std::string_view link(Pid pid, const char* file, std::span<char> buffer) const;
-  static constexpr std::size_t longestLink = 4'096;
-
-  // What the process's open descriptors point to, as the kernel words it.
-  std::vector<std::string> descriptors(Pid pid) const;
 
   // A file of the machine, such as "meminfo", up to `longestFile` bytes; empty when it cannot be read.
   std::string machineFile(const char* file) const;
@@ -68,8 +87,6 @@ class ProcReader {
  private:
   int at() const;
   OpenFolder root_;
-  Pid heldPid_ = 0;  // 0 for nobody
-  Descriptor held_;
 };
 
 }  // namespace tarnwick

@@ -28,9 +28,9 @@ std::uint64_t pageSizeOfSystem() {
 
 ProcessMemory::ProcessMemory(const ProcReader& reader) : reader_(reader), pageSize_(pageSizeOfSystem()) {}
 
-std::optional<MemoryUse> ProcessMemory::of(Pid pid) {
+std::optional<MemoryUse> ProcessMemory::of(const ProcessFiles& process) {
   std::array<char, 256> buffer{};
-  const auto text = reader_.read(pid, "statm", buffer);
+  const auto text = process.read("statm", buffer);
   const auto pages = text ? procPages(*text) : std::nullopt;
   if (!pages || pages->resident > mostBytes / pageSize_) return std::nullopt;
   // The two counters are not read at one instant, so the second may pass the first.
@@ -39,7 +39,7 @@ std::optional<MemoryUse> ProcessMemory::of(Pid pid) {
   use.resident = pages->resident * pageSize_;
   use.footprint = use.resident - shared;
   if (machine().swaps || (machine().sharesMemory && shared >= sharedMemoryMatters)) {
-    if (const auto exact = footprintFromStatus(pid)) use.footprint = *exact;
+    if (const auto exact = footprintFromStatus(process)) use.footprint = *exact;
   }
   return use;
 }
@@ -54,9 +54,9 @@ const ProcessMemory::Machine& ProcessMemory::machine() {
   return *machine_;
 }
 
-std::optional<std::uint64_t> ProcessMemory::footprintFromStatus(Pid pid) const {
+std::optional<std::uint64_t> ProcessMemory::footprintFromStatus(const ProcessFiles& process) {
   std::array<char, 4096> buffer{};
-  const auto text = reader_.read(pid, "status", buffer);
+  const auto text = process.read("status", buffer);
   if (!text) return std::nullopt;
   const auto resident = sum(kilobyteField(*text, "RssAnon"), kilobyteField(*text, "RssShmem"));
   return sum(resident, kilobyteField(*text, "VmSwap"));

@@ -28,7 +28,7 @@ class ProcessMemory {
   void beginPass() { machine_.reset(); }
 
   // Absent when the process is gone or cannot be read.
-  std::optional<MemoryUse> of(Pid pid);
+  std::optional<MemoryUse> of(const ProcessFiles& process);
 
  private:
   struct Machine {
@@ -36,7 +36,7 @@ class ProcessMemory {
     bool sharesMemory = false;  // shared memory exists; also when that is unknown
   };
   const Machine& machine();
-  std::optional<std::uint64_t> footprintFromStatus(Pid pid) const;
+  static std::optional<std::uint64_t> footprintFromStatus(const ProcessFiles& process);
 
   const ProcReader& reader_;
   std::uint64_t pageSize_;

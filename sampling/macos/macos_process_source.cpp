@@ -53,6 +53,56 @@ std::optional<std::size_t> argumentBlock(Pid pid, std::span<char> buffer) {
 
 }  // namespace
 
+// Answers about one process, in the buffers that its source has for all of them.
+class MacosProcessSource::OneProcess final : public Process {
+ public:
+  OneProcess(MacosProcessSource& source, Pid pid, const ProcessFacts& facts)
+      : source_(source), pid_(pid), facts_(facts) {}
+
+  const ProcessFacts& facts() const override { return facts_; }
+  std::string path() override;
+  std::optional<std::string> app(const std::string& path) override {
+    return appName(path, source_.self_.home);
+  }
+  std::vector<std::string> args() override;
+  std::optional<ProcessUsage> usage() override;
+  std::string cwd() override;
+  std::vector<std::uint16_t> listenPorts() override { return listeningPorts(pid_); }
+
+ private:
+  MacosProcessSource& source_;
+  Pid pid_;
+  ProcessFacts facts_;
+};
+
+std::string MacosProcessSource::OneProcess::path() {
+  std::vector<char>& buffer = source_.pathBuffer_;
+  const int answered = ::proc_pidpath(pid_, buffer.data(), static_cast<std::uint32_t>(buffer.size()));
+  if (answered <= 0) return {};
+  return textInField(std::string_view(buffer.data(), buffer.size()));
+}
+
+std::vector<std::string> MacosProcessSource::OneProcess::args() {
+  const auto block =
+      source_.argumentBuffer_.read([this](std::span<char> buffer) { return argumentBlock(pid_, buffer); });
+  return block ? argumentsInBlock(*block) : std::vector<std::string>();
+}
+
+std::optional<ProcessUsage> MacosProcessSource::OneProcess::usage() {
+  const auto usage = resourceUsage(pid_);
+  if (!usage) return std::nullopt;
+  const auto time = sumOfTimes(usage->ri_user_time, usage->ri_system_time);
+  if (!time) return std::nullopt;
+  return ProcessUsage{usage->ri_phys_footprint, usage->ri_resident_size, *time};
+}
+
+std::string MacosProcessSource::OneProcess::cwd() {
+  proc_vnodepathinfo folders{};
+  if (::proc_pidinfo(pid_, PROC_PIDVNODEPATHINFO, 0, &folders, sizeof folders) < 1) return {};
+  const auto& path = folders.pvi_cdir.vip_path;
+  return textInField(std::string_view(path, sizeof path));
+}
+
 MacosProcessSource::MacosProcessSource(Self self)
     : self_(std::move(self)), translatedTicksPerSecond_(ticksPerSecondUnderTranslation()) {}
 
@@ -76,46 +126,13 @@ std::optional<std::uint64_t> MacosProcessSource::processorTime(Pid pid) {
   return usage ? sumOfTimes(usage->ri_user_time, usage->ri_system_time) : std::nullopt;
 }
 
-std::optional<ProcessFacts> MacosProcessSource::facts(Pid pid) {
+std::unique_ptr<Process> MacosProcessSource::process(Pid pid) {
   const auto record = processRecord(pid);
   constexpr std::uint64_t latest = std::numeric_limits<std::int64_t>::max();
-  if (!record || record->pbi_start_tvsec > latest) return std::nullopt;
-  return ProcessFacts{static_cast<Pid>(record->pbi_ppid), record->pbi_uid,
-                      static_cast<std::int64_t>(record->pbi_start_tvsec)};
+  if (!record || record->pbi_start_tvsec > latest) return nullptr;
+  return std::make_unique<OneProcess>(*this, pid,
+                                      ProcessFacts{static_cast<Pid>(record->pbi_ppid), record->pbi_uid,
+                                                   static_cast<std::int64_t>(record->pbi_start_tvsec)});
 }
-
-std::string MacosProcessSource::path(Pid pid) {
-  const int answered =
-      ::proc_pidpath(pid, pathBuffer_.data(), static_cast<std::uint32_t>(pathBuffer_.size()));
-  if (answered <= 0) return {};
-  return textInField(std::string_view(pathBuffer_.data(), pathBuffer_.size()));
-}
-
-std::optional<std::string> MacosProcessSource::app(Pid /*pid*/, const std::string& path) {
-  return appName(path, self_.home);
-}
-
-std::vector<std::string> MacosProcessSource::args(Pid pid) {
-  const auto block =
-      argumentBuffer_.read([pid](std::span<char> buffer) { return argumentBlock(pid, buffer); });
-  return block ? argumentsInBlock(*block) : std::vector<std::string>();
-}
-
-std::optional<ProcessUsage> MacosProcessSource::usage(Pid pid) {
-  const auto usage = resourceUsage(pid);
-  if (!usage) return std::nullopt;
-  const auto time = sumOfTimes(usage->ri_user_time, usage->ri_system_time);
-  if (!time) return std::nullopt;
-  return ProcessUsage{usage->ri_phys_footprint, usage->ri_resident_size, *time};
-}
-
-std::string MacosProcessSource::cwd(Pid pid) {
-  proc_vnodepathinfo folders{};
-  if (::proc_pidinfo(pid, PROC_PIDVNODEPATHINFO, 0, &folders, sizeof folders) < 1) return {};
-  const auto& path = folders.pvi_cdir.vip_path;
-  return textInField(std::string_view(path, sizeof path));
-}
-
-std::vector<std::uint16_t> MacosProcessSource::listenPorts(Pid pid) { return listeningPorts(pid); }
 
 }  // namespace tarnwick

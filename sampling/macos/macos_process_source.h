@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,15 +27,11 @@ class MacosProcessSource : public ProcessSource {
   // kernel's, and is answered with the time since start in the kernel's ticks.
   std::uint64_t wallTime() override;
   std::optional<std::uint64_t> processorTime(Pid pid) override;
-  std::optional<ProcessFacts> facts(Pid pid) override;
-  std::string path(Pid pid) override;
-  std::optional<std::string> app(Pid pid, const std::string& path) override;
-  std::vector<std::string> args(Pid pid) override;
-  std::optional<ProcessUsage> usage(Pid pid) override;
-  std::string cwd(Pid pid) override;
-  std::vector<std::uint16_t> listenPorts(Pid pid) override;
+  std::unique_ptr<Process> process(Pid pid) override;
 
  private:
+  class OneProcess;
+
   Self self_;
   std::uint64_t translatedTicksPerSecond_;  // the kernel's; 0 when this program runs untranslated
   ArgumentBuffer argumentBuffer_;

@@ -38,20 +38,31 @@ struct FakeProcessSource : ProcessSource {
     if (clock) clock->turn(firstLook);
     return ask("time", pid).firstTime;
   }
-  std::optional<ProcessFacts> facts(Pid pid) override { return ask("facts", pid).facts; }
-  std::string path(Pid pid) override { return ask("path", pid).path; }
-  std::optional<std::string> app(Pid pid, const std::string& path) override {
-    return ask("app of " + path, pid).app;
+  std::unique_ptr<Process> process(Pid pid) override {
+    if (!ask("facts", pid).facts) return nullptr;
+    return std::make_unique<Answers>(*this, pid);
   }
-  std::vector<std::string> args(Pid pid) override { return ask("args", pid).args; }
-  std::optional<ProcessUsage> usage(Pid pid) override {
-    if (clock) clock->turn(secondLook);
-    return ask("usage", pid).usage;
-  }
-  std::string cwd(Pid pid) override { return ask("cwd", pid).cwd; }
-  std::vector<std::uint16_t> listenPorts(Pid pid) override { return ask("ports", pid).ports; }
 
  private:
+  struct Answers : Process {
+    Answers(FakeProcessSource& s, Pid p) : source(s), pid(p) {}
+    const ProcessFacts& facts() const override { return *source.processes[pid].facts; }
+    std::string path() override { return source.ask("path", pid).path; }
+    std::optional<std::string> app(const std::string& path) override {
+      return source.ask("app of " + path, pid).app;
+    }
+    std::vector<std::string> args() override { return source.ask("args", pid).args; }
+    std::optional<ProcessUsage> usage() override {
+      if (source.clock) source.clock->turn(source.secondLook);
+      return source.ask("usage", pid).usage;
+    }
+    std::string cwd() override { return source.ask("cwd", pid).cwd; }
+    std::vector<std::uint16_t> listenPorts() override { return source.ask("ports", pid).ports; }
+
+    FakeProcessSource& source;
+    Pid pid;
+  };
+
   FakeProcess& ask(const std::string& question, Pid pid) {
     asked.push_back(question + " " + std::to_string(pid));
     return processes[pid];

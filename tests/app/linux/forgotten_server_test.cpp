@@ -114,7 +114,7 @@ TEST(ForgottenServer, IsOneCardWithItsBranchItsCommitAndAStopThatWorks) {
   LinuxFixTargets targets({docker, browsers, world.runner, world.places}, workspace,
                           LinuxSignals(::getuid(), processes.clock()));
   EXPECT_EQ(apply(card->actions.front().fix, targets), std::nullopt);
-  EXPECT_TRUE(waitUntil([&] { return ::kill(server.pid(), 0) != 0 || !processes.facts(server.pid()); }));
+  EXPECT_TRUE(waitUntil([&] { return ::kill(server.pid(), 0) != 0 || !processes.process(server.pid()); }));
 }
 
 }  // namespace

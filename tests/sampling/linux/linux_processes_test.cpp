@@ -142,9 +142,9 @@ TEST_F(RecordedProcessesTest, ApplicationsComeFromTheirUnits) {
 
   auto options = tree.options();
   options.appDisplayName = [](const std::string& id) { return std::optional("Paint of " + id); };
-  EXPECT_EQ(LinuxProcessSource(options).app(80, ""), "Paint of org.example.Paint");
+  EXPECT_EQ(LinuxProcessSource(options).process(80)->app(""), "Paint of org.example.Paint");
   options.appDisplayName = [](const std::string&) { return std::nullopt; };
-  EXPECT_EQ(LinuxProcessSource(options).app(80, ""), "org.example.Paint");
+  EXPECT_EQ(LinuxProcessSource(options).process(80)->app(""), "org.example.Paint");
 }
 
 TEST_F(RecordedProcessesTest, ProcessorTimeComesFromTheTicks) {
@@ -152,11 +152,29 @@ TEST_F(RecordedProcessesTest, ProcessorTimeComesFromTheTicks) {
   LinuxProcessSource source(tree.options());
   const auto expected = 250 * (1'000'000'000 / static_cast<std::uint64_t>(::sysconf(_SC_CLK_TCK)));
   EXPECT_EQ(source.processorTime(90), expected);
-  EXPECT_EQ(source.usage(90)->processorTime, expected);
+  EXPECT_EQ(source.process(90)->usage()->processorTime, expected);
   tree.stat(90, {.userTicks = 500});
-  source.beginPass();
-  EXPECT_EQ(source.usage(90)->processorTime, 2 * expected);
+  EXPECT_EQ(source.process(90)->usage()->processorTime, 2 * expected);
   EXPECT_EQ(source.processorTime(91), std::nullopt);
+}
+
+// What was read about one process must not answer for the next, in whatever order they are asked.
+TEST_F(RecordedProcessesTest, TwoProcessesThatAreAskedInTurnKeepToTheirOwn) {
+  tree.process(91, {.ppid = 5, .userTicks = 100});
+  tree.process(92, {.name = "kswapd", .ppid = 2, .flags = 0x00208060, .userTicks = 300});
+  LinuxProcessSource source(tree.options());
+  source.beginPass();
+  const auto program = source.process(91);
+  const auto thread = source.process(92);
+  const auto tick = 1'000'000'000 / static_cast<std::uint64_t>(::sysconf(_SC_CLK_TCK));
+  EXPECT_EQ(program->usage()->processorTime, 100 * tick);
+  EXPECT_EQ(thread->usage()->processorTime, 300 * tick);
+  EXPECT_EQ(program->usage()->resident, 100 * pageSize());
+  EXPECT_EQ(thread->usage()->resident, 0U);
+  EXPECT_THAT(program->args(), ElementsAre("tool", "--go"));
+  EXPECT_THAT(thread->args(), ElementsAre("kswapd"));
+  EXPECT_EQ(program->path() + thread->path() + program->cwd(), "/usr/bin/tool/home/ada");
+  EXPECT_EQ(std::tuple(program->facts().ppid, thread->facts().ppid), std::tuple(5, 2));
 }
 
 TEST_F(RecordedProcessesTest, ArgumentsGrowTheBufferOnceAndEndAtOneMebibyte) {
@@ -212,9 +230,25 @@ TEST_F(LinuxProcessSourceTest, FootprintHoldsAnonymousAndSharedMemory) {
   });
   EXPECT_TRUE(waitUntil([&] {
     source.beginPass();
-    const auto usage = source.usage(child.pid());
+    const auto usage = source.process(child.pid())->usage();
     return usage && usage->footprint >= 2 * bytes && usage->resident >= usage->footprint;
   }));
+}
+
+TEST_F(LinuxProcessSourceTest, WhatIsRememberedOfOneProcessIsNotTheNextOnes) {
+  constexpr std::size_t bytes = std::size_t{16} << 20U;
+  const ChildProcess large([] {
+    ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_ANONYMOUS | MAP_POPULATE | MAP_PRIVATE, -1, 0);
+  });
+  const ChildProcess small;
+  for (int check = 0; check < 2; ++check) {  // the second from memory
+    source.beginPass();
+    const auto first = source.process(large.pid());
+    const auto second = source.process(small.pid());
+    EXPECT_GE(first->usage()->footprint, bytes);
+    EXPECT_LT(second->usage()->footprint, bytes);
+    EXPECT_GE(first->usage()->footprint, bytes) << "asked again";
+  }
 }
 
 TEST_F(LinuxProcessSourceTest, WhatIsRememberedEndsWithTheProcessAndItsParent) {
@@ -232,8 +266,8 @@ TEST_F(LinuxProcessSourceTest, WhatIsRememberedEndsWithTheProcessAndItsParent) {
   ASSERT_EQ(::read(channel[0], &grandchild, sizeof grandchild), static_cast<ssize_t>(sizeof grandchild));
   const auto parentOf = [&](Pid pid) {
     source.beginPass();
-    const auto facts = source.facts(pid);
-    return facts ? facts->ppid : -1;
+    const auto process = source.process(pid);
+    return process ? process->facts().ppid : -1;
   };
   const Pid before = parent->pid();
   EXPECT_EQ(parentOf(grandchild), before);
@@ -250,13 +284,13 @@ TEST_F(LinuxProcessSourceTest, EveryNewProcessIsAskedAboutButAnotherUsersHasNoFa
     source.candidates();
     const ChildProcess child;
     EXPECT_THAT(source.candidates(), Contains(child.pid()));
-    EXPECT_TRUE(source.facts(child.pid()));
+    EXPECT_TRUE(source.process(child.pid()));
   }
   if (::getuid() != 0) GTEST_SKIP() << "starting a process of another user takes root";
   const ChildProcess other([] {
     if (::setuid(65'534) != 0) ::_exit(1);
   });
-  EXPECT_FALSE(source.facts(other.pid()));
+  EXPECT_FALSE(source.process(other.pid()));
 }
 
 // Its parent may ask about it late or never. What earlier checks know of it must not keep it.
@@ -264,20 +298,17 @@ TEST_F(LinuxProcessSourceTest, AnEndedChildIsGoneBeforeItsParentAsks) {
   ChildProcess child;
   for (int check = 0; check < 2; ++check) {
     source.beginPass();
-    ASSERT_TRUE(source.facts(child.pid()));
-    EXPECT_GT(source.usage(child.pid()).value().resident, 0U);
+    const auto process = source.process(child.pid());
+    ASSERT_TRUE(process);
+    EXPECT_GT(process->usage().value().resident, 0U);
   }
   ::kill(child.pid(), SIGKILL);
   child.waitUntilZombie();
   source.beginPass();
-  EXPECT_FALSE(source.facts(child.pid()));
-  EXPECT_FALSE(LinuxProcessSource({.uid = ::getuid()}).facts(child.pid())) << "first seen now";
+  EXPECT_FALSE(source.process(child.pid()));
+  EXPECT_FALSE(LinuxProcessSource({.uid = ::getuid()}).process(child.pid())) << "first seen now";
   child.killed();
-  EXPECT_FALSE(source.facts(child.pid())) << "ended since the pass began";
-  source.beginPass();
-  const Pid gone = child.pid();
-  EXPECT_FALSE(source.facts(gone) || source.usage(gone) || source.processorTime(gone));
-  EXPECT_TRUE(source.args(gone).empty() && source.listenPorts(gone).empty());
+  EXPECT_FALSE(source.process(child.pid()) || source.processorTime(child.pid()));
 }
 
 TEST_F(LinuxProcessSourceTest, EmptyAndInvalidArgumentsAndADeletedExecutableAreRead) {
@@ -288,11 +319,8 @@ TEST_F(LinuxProcessSourceTest, EmptyAndInvalidArgumentsAndADeletedExecutableAreR
   const ChildProcess child([&] { execute(words); });
   std::filesystem::remove(copy);
   words[5] = "\xEF\xBF\xBD(";
-  EXPECT_TRUE(waitUntil([&] {
-    source.beginPass();
-    return source.args(child.pid()) == words;
-  }));
-  EXPECT_EQ(source.path(child.pid()), copy);
+  EXPECT_TRUE(waitUntil([&] { return source.process(child.pid())->args() == words; }));
+  EXPECT_EQ(source.process(child.pid())->path(), copy);
 }
 // A socket listening on `port` (0: any) of the loopback address; -1 on failure.
 template <typename Address>
@@ -326,11 +354,12 @@ TEST_F(LinuxProcessSourceTest, APortOfBothFamiliesIsListedOnce) {
     ::close(second);
   });
   const std::uint16_t port = ntohs(v4.sin_port);
-  EXPECT_THAT(source.listenPorts(server.pid()), ElementsAre(port));
-  EXPECT_TRUE(waitUntil([&] { return source.listenPorts(other.pid()).empty(); }));
+  EXPECT_THAT(source.process(server.pid())->listenPorts(), ElementsAre(port));
+  EXPECT_TRUE(waitUntil([&] { return source.process(other.pid())->listenPorts().empty(); }));
 
   const ProcReader reader("/proc");
-  EXPECT_THAT(ListeningPorts(reader, false).of(server.pid()), ElementsAre(port)) << "from the text tables";
+  EXPECT_THAT(ListeningPorts(reader, false).of(*reader.open(server.pid())), ElementsAre(port))
+      << "from the text tables";
   const auto diag = listenersFromSockDiag();
   ASSERT_TRUE(diag) << "netlink does not answer here";
   EXPECT_EQ(std::ranges::count(*diag, port, &Listener::port), 2);

@@ -15,9 +15,9 @@ class FoundProcesses {
 
   // The remedy against that process as it is now.
   Signal signalTo(Pid pid, int number = SIGTERM) {
-    const auto facts = source_.facts(pid);
-    EXPECT_TRUE(facts) << pid;
-    return {pid, number, timestamp(static_cast<double>(facts ? facts->started : 0))};
+    const auto process = source_.process(pid);
+    EXPECT_TRUE(process) << pid;
+    return {pid, number, timestamp(static_cast<double>(process ? process->facts().started : 0))};
   }
 
   const ProcClock& clock() const { return source_.clock(); }
