@@ -46,9 +46,19 @@ bool askForListeners(const Descriptor& socket, int family) {
   return ::sendto(socket.number(), &request, sizeof request, 0, address, sizeof kernel) == sizeof request;
 }
 
-enum class Dump { goesOn, complete, failed };
+bool dumpListeners(const Descriptor& socket, int family, std::vector<Listener>& listeners) {
+  if (!askForListeners(socket, family)) return false;
+  std::array<char, 32'768> buffer{};
+  while (true) {
+    const ssize_t count = ::recv(socket.number(), buffer.data(), buffer.size(), 0);
+    if (count <= 0) return false;
+    const auto state = takeListeners(std::span(buffer).first(static_cast<std::size_t>(count)), listeners);
+    if (state != Dump::goesOn) return state == Dump::complete;
+  }
+}
 
-// Takes the listeners out of one datagram of netlink messages.
+}  // namespace
+
 Dump takeListeners(std::span<const char> bytes, std::vector<Listener>& listeners) {
   constexpr std::size_t alignment = NLMSG_ALIGNTO;
   while (bytes.size() >= sizeof(nlmsghdr)) {
@@ -66,19 +76,6 @@ Dump takeListeners(std::span<const char> bytes, std::vector<Listener>& listeners
   }
   return Dump::goesOn;
 }
-
-bool dumpListeners(const Descriptor& socket, int family, std::vector<Listener>& listeners) {
-  if (!askForListeners(socket, family)) return false;
-  std::array<char, 32'768> buffer{};
-  while (true) {
-    const ssize_t count = ::recv(socket.number(), buffer.data(), buffer.size(), 0);
-    if (count <= 0) return false;
-    const auto state = takeListeners(std::span(buffer).first(static_cast<std::size_t>(count)), listeners);
-    if (state != Dump::goesOn) return state == Dump::complete;
-  }
-}
-
-}  // namespace
 
 std::optional<std::vector<Listener>> listenersFromSockDiag() {
   const Descriptor socket = netlinkSocket();

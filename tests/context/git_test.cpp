@@ -116,6 +116,16 @@ TEST_F(GitCacheTest, AnAnswerIsGoodForLessThanFiveMinutes) {
   EXPECT_EQ(runner_.calls.size(), 3U);
 }
 
+TEST_F(GitCacheTest, StaleAnswersAreDroppedWithTheNextOne) {
+  folder_.write("home/project/.git/HEAD", "ref: refs/heads/main\n");
+  reader_.git(project_);
+  clock_.turn(301);
+  reader_.git(home_ + "/other");
+  clock_.turn(-100);  // had it been kept, it would be young again
+  reader_.git(project_);
+  EXPECT_EQ(runner_.calls.size(), 2U);
+}
+
 TEST_F(GitCacheTest, AnAbsentAnswerIsKeptJustAsLong) {
   EXPECT_EQ(reader_.git(project_), std::nullopt);
   folder_.write("home/project/.git/HEAD", "ref: refs/heads/main\n");

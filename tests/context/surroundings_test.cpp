@@ -1,4 +1,5 @@
 #include "context/live_surroundings.h"
+#include "context/property_list_bounds.h"
 #include "system/port.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/recording_tool_runner.h"
@@ -85,6 +86,26 @@ TEST(PropertyList, AbsurdNestingIsRefused) {
   EXPECT_EQ(propertyListText(binary(doubling), "name"), std::nullopt);
 }
 
+// From fifteen entries on a container's count is a number of its own.
+TEST(PropertyList, CountsAboveFourteenAreReadAndBounded) {
+  const std::vector<std::uint64_t> fifteen(15, 1);
+  EXPECT_TRUE(
+      isHarmlessPropertyList(binary({"\xAF\x10\x0F" + references('\x08', fifteen).substr(1), "\x08"})));
+
+  std::vector<std::string> levels;  // unfolded, eight thousand million values
+  for (std::uint64_t level = 1; level <= 3; ++level) {
+    const std::vector<std::uint64_t> many(2'000, level);
+    levels.push_back("\xAF\x11\x07\xD0" + references('\x08', many).substr(1));
+  }
+  levels.emplace_back("\x08");
+  EXPECT_FALSE(isHarmlessPropertyList(binary(levels)));
+
+  // Counts beyond the list: one more than the largest would be none, and so would twice the middle one.
+  for (const char* claim :
+       {"\xAF\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF", "\xDF\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFF"})
+    EXPECT_FALSE(isHarmlessPropertyList(binary({claim, "\x08"}))) << claim;
+}
+
 struct LiveSurroundingsTest : testing::Test {
   void SetUp() override { ::unsetenv("TARNWICK_NO_TOOLS"); }
 
@@ -112,16 +133,7 @@ TEST_F(LiveSurroundingsTest, HeadsOfFilesAreValidText) {
   EXPECT_EQ(live_.fileHead(home_.at("missing.py")), std::nullopt);
 }
 
-TEST_F(LiveSurroundingsTest, EveryQuestionReachesItsReader) {
-  home_.write("project/.git/HEAD", "ref: refs/heads/main\n");
-  home_.write(".claude/sessions/9.json", R"({"sessionId":"abc"})");
-  home_.write(".claude/projects/p/abc.jsonl", R"({"type":"ai-title","aiTitle":"Title"})");
-  home_.write(".claude/jobs/j/state.json", R"({"name":"Nightly"})");
-  EXPECT_EQ(live_.self().pid, 7);
-  EXPECT_EQ(live_.git(home_.at("project"))->branch, "main");
-  EXPECT_EQ(live_.claudeSession(9)->title, "Title");
-  EXPECT_EQ(live_.claudeJob(home_.at(".claude/jobs/j"))->job, "Nightly");
-  EXPECT_TRUE(live_.exists(home_.at("project/.git")));
+TEST_F(LiveSurroundingsTest, SimulatorsTakeTheirTool) {
   EXPECT_FALSE(live_.hasSimctl());
   EXPECT_TRUE(LiveSurroundings(Self{}, gitReader_, claudeReader_, simctl_).hasSimctl());
 }

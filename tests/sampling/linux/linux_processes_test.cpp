@@ -1,5 +1,8 @@
 // The Linux source over made trees, where every file may be missing, odd or hostile, and over the live /proc,
 // with children that the test starts.
+#include <linux/inet_diag.h>
+#include <linux/netlink.h>
+#include <linux/sock_diag.h>
 #include <netinet/in.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
@@ -175,6 +178,52 @@ TEST_F(RecordedProcessesTest, TwoProcessesThatAreAskedInTurnKeepToTheirOwn) {
   EXPECT_THAT(thread->args(), ElementsAre("kswapd"));
   EXPECT_EQ(program->path() + thread->path() + program->cwd(), "/usr/bin/tool/home/ada");
   EXPECT_EQ(std::tuple(program->facts().ppid, thread->facts().ppid), std::tuple(5, 2));
+}
+
+TEST_F(RecordedProcessesTest, ATreeThatIsNotTheKernelsDoesNotTellTheNewestPid) {
+  tree.write("loadavg", "0.53 1.10 1.02 1/1098 4711\n");
+  EXPECT_EQ(ProcReader(tree.root()).newest(), std::nullopt);
+  EXPECT_TRUE(ProcReader("/proc").newest());
+}
+
+TEST_F(RecordedProcessesTest, TheStatCacheForgetsWhatOnePassDidNotFind) {
+  const ProcReader reader(tree.root());
+  StatCache cache(reader, true);
+  for (const Pid pid : {91, 92, 93}) cache.keep(pid, 7, {.name = "tool", .ppid = 1});
+  cache.beginPass();
+  cache.beginPass();  // asked for nobody: the first look of a check
+  EXPECT_TRUE(cache.find(91, 7));
+  EXPECT_FALSE(cache.find(93, 8)) << "another process of the same pid";
+  cache.beginPass();
+  EXPECT_TRUE(cache.find(91, 7));
+  EXPECT_FALSE(cache.find(92, 7)) << "not found in the pass before";
+}
+
+TEST(SockDiag, ADatagramThatIsCutIsNoAnswer) {
+  std::string datagram;
+  const auto add = [&](std::uint16_t type, const auto& body) {
+    const nlmsghdr header{.nlmsg_len = static_cast<std::uint32_t>(sizeof(nlmsghdr) + sizeof body),
+                          .nlmsg_type = type};
+    datagram.append(reinterpret_cast<const char*>(&header), sizeof header);
+    datagram.append(reinterpret_cast<const char*>(&body), sizeof body);
+  };
+  inet_diag_msg message{};
+  message.id.idiag_sport = htons(8'080);
+  message.idiag_inode = 55;
+  add(SOCK_DIAG_BY_FAMILY, message);
+  const std::size_t first = datagram.size();
+  add(NLMSG_DONE, 0);
+  for (std::size_t size = 0; size <= datagram.size(); ++size) {
+    const std::vector<char> cut(datagram.begin(), datagram.begin() + static_cast<std::ptrdiff_t>(size));
+    std::vector<Listener> listeners;
+    const Dump dump = takeListeners(cut, listeners);
+    EXPECT_EQ(dump == Dump::complete, size == datagram.size()) << size;
+    EXPECT_EQ(dump == Dump::goesOn,
+              size < sizeof(nlmsghdr) || (size >= first && size < first + sizeof(nlmsghdr)))
+        << size;
+    EXPECT_EQ(listeners.size(), size >= first ? 1U : 0U) << size;
+    if (size >= first) EXPECT_EQ(listeners.front(), (Listener{55, 8'080}));
+  }
 }
 
 TEST_F(RecordedProcessesTest, ArgumentsGrowTheBufferOnceAndEndAtOneMebibyte) {
