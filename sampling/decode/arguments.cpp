@@ -35,6 +35,7 @@ std::vector<std::string> argumentsInBlock(std::string_view block) {
 
 std::vector<std::string> procArguments(std::string_view bytes) {
   std::vector<std::string> arguments;
+  arguments.reserve(static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\0')) + 1);
   while (!bytes.empty()) {
     const std::string_view argument = bytes.substr(0, bytes.find('\0'));
     arguments.push_back(repairUtf8(argument));

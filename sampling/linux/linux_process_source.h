@@ -10,9 +10,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "records/pid_map.h"
 #include "sampling/decode/arguments.h"
 #include "sampling/decode/proc_stat.h"
 #include "sampling/decode/start_times.h"
@@ -81,8 +81,8 @@ class LinuxProcessSource : public ProcessSource {
   std::optional<Pid> listedAt_;                               // absent: the list is to be made anew
   std::array<char, ProcessFiles::longestLink> textBuffer_{};  // of the file or link that is being read
   ArgumentBuffer argumentBuffer_;
-  std::unordered_map<Pid, bool> userManagers_;  // what this pass knows of each pid
-  std::optional<bool> applicationsHaveUnits_;   // absent until asked for in a pass
+  PidMap<bool> userManagers_;                  // what this pass knows of each pid
+  std::optional<bool> applicationsHaveUnits_;  // absent until asked for in a pass
 };
 
 }  // namespace tarnwick

@@ -7,8 +7,8 @@
 
 #include <cstdint>
 #include <optional>
-#include <unordered_map>
 
+#include "records/pid_map.h"
 #include "sampling/decode/proc_stat.h"
 #include "sampling/linux/proc_reader.h"
 
@@ -41,10 +41,9 @@ class StatCache {
 
   const ProcReader& reader_;
   const bool usable_;
-  std::unordered_map<Pid, Entry> known_;  // of the last pass
-  std::unordered_map<Pid, Entry> fresh_;  // of this pass
-  std::unordered_map<Pid, std::optional<std::uint64_t>>
-      othersInodes_;  // of this pass, who is not in `fresh_`
+  PidMap<Entry> known_;                                // of the last pass; inode 0 once taken over
+  PidMap<Entry> fresh_;                                // of this pass
+  PidMap<std::optional<std::uint64_t>> othersInodes_;  // of this pass, who is not in `fresh_`
 };
 
 }  // namespace tarnwick
