@@ -1,10 +1,10 @@
 # The libraries of every system. A build for another system than this one cannot link what is installed
 # here: it names a folder that holds their headers and nothing else, and uses the headers alone.
 # TARNWICK_FMT is the way fmt is used here.
-set(TARNWICK_HEADERS "" CACHE PATH "Folder with the headers of fmt, nlohmann-json, utfcpp and date")
+set(TARNWICK_HEADERS "" CACHE PATH "Folder with the headers of fmt, nlohmann-json and utfcpp")
 
 if(TARNWICK_HEADERS)
-  foreach(library IN ITEMS fmt::fmt-header-only nlohmann_json::nlohmann_json utf8cpp::utf8cpp date::date)
+  foreach(library IN ITEMS fmt::fmt-header-only nlohmann_json::nlohmann_json utf8cpp::utf8cpp)
     add_library(${library} INTERFACE IMPORTED)
   endforeach()
   target_compile_definitions(fmt::fmt-header-only INTERFACE FMT_HEADER_ONLY)
@@ -12,7 +12,6 @@ if(TARNWICK_HEADERS)
 else()
   find_package(fmt REQUIRED)
   find_package(nlohmann_json 3.9 REQUIRED)
-  find_package(date REQUIRED)
 endif()
 
 # Its code goes into the program where the program is to be used: on macOS because Homebrew's library is on no

@@ -7,8 +7,6 @@
 #include <string>
 #include <string_view>
 
-#include "records/basics.h"
-
 namespace tarnwick {
 
 // The text as a JSON object; absent when it is not JSON, or another kind of value.
@@ -17,8 +15,5 @@ std::optional<nlohmann::json> jsonObject(std::string_view text);
 // The last line of `bytes` that is marked with `type`, as an object. Only that line is tried: absent when it
 // is cut or lacks `key`, even if an older line would serve.
 std::optional<nlohmann::json> newest(std::string_view bytes, std::string_view type, std::string_view key);
-
-// An ISO 8601 date and time with its zone, such as 2026-11-21T05:44:12.345Z or 2026-11-21T07:44:12+02:00.
-std::optional<Timestamp> isoTime(std::string_view text);
 
 }  // namespace tarnwick

@@ -6,6 +6,7 @@
 
 #include "context/claude_files.h"
 #include "records/text.h"
+#include "sampling/decode/iso_time.h"
 #include "sampling/decode/json_members.h"
 #include "system/small_file.h"
 

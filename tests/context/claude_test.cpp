@@ -2,6 +2,7 @@
 
 #include "context/claude_files.h"
 #include "context/claude_reader.h"
+#include "sampling/decode/iso_time.h"
 #include "sampling/decode/json_members.h"
 #include "tests/support/testing.h"
 
@@ -61,7 +62,13 @@ TEST(ClaudeFiles, TimesNeedDateTimeAndZone) {
       {"9999-12-31T23:59:59Z", 253'402'300'799},
       {"2025-11-21T07:44:12+02", 1'763'703'852},
       {"2025-11-21T05:44:12.Z", std::nullopt},
+      {"2024-02-29T23:59:59-23:59", 1'709'337'539},
       {"2025-02-29T00:00:00Z", std::nullopt},
+      {"2025-00-21T00:00:00Z", std::nullopt},
+      {"2025-11-31T00:00:00Z", std::nullopt},
+      {"2025-11-21T24:00:00Z", std::nullopt},
+      {"2025-11-21T05:60:00Z", std::nullopt},
+      {"2025-11-21T23:59:60Z", std::nullopt},
       {"2025-11-21T05:44:12", std::nullopt},
       {"2025-11-21T05:44:12+99:99", std::nullopt},
       {"2025-11-21T05:44:12Z and more", std::nullopt},

@@ -52,7 +52,7 @@ bool isSystemFolder(std::string_view path) {
 bool isPortable(const std::string& header) {
   const bool standard = header.find_first_of("./") == std::string::npos;
   return standard ||
-         std::regex_search(header, std::regex("^(fmt|nlohmann|utf8cpp|date|gtest|gmock|benchmark)/"));
+         std::regex_search(header, std::regex("^(fmt|nlohmann|utf8cpp|gtest|gmock|benchmark)/"));
 }
 
 template <class Visit>
