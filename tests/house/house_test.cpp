@@ -51,8 +51,7 @@ bool isSystemFolder(std::string_view path) {
 // A header of the language or of a library that is the same everywhere.
 bool isPortable(const std::string& header) {
   const bool standard = header.find_first_of("./") == std::string::npos;
-  return standard ||
-         std::regex_search(header, std::regex("^(fmt|nlohmann|utf8cpp|gtest|gmock|benchmark)/"));
+  return standard || std::regex_search(header, std::regex("^(fmt|nlohmann|utf8cpp|gtest|gmock|benchmark)/"));
 }
 
 template <class Visit>

@@ -9,8 +9,8 @@
 namespace tarnwick {
 
 inline const std::filesystem::path sourceRoot = TARNWICK_SOURCE_DIR;
-inline const std::vector<std::string> sourceFolders{"records", "diagnosis", "sampling", "context",
-                                                    "app",     "bench",     "tests"};
+inline const std::vector<std::string> sourceFolders{"records", "system", "diagnosis", "sampling",
+                                                    "context", "app",    "bench",     "tests"};
 
 // Every file of the tree with one of those endings, relative to the root.
 inline std::vector<std::string> filesEndingIn(const std::vector<std::string>& endings) {
