@@ -3,6 +3,10 @@
 
 ARGS ?= --print
 
+# Started with an empty environment, make finds no tool.
+PATH ?= /usr/local/bin:/usr/bin:/bin
+export PATH
+
 # The targets build in the same folders and ask the same package manager; ninja uses all processors anyway.
 .NOTPARALLEL:
 
