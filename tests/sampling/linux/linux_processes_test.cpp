@@ -222,7 +222,9 @@ TEST(SockDiag, ADatagramThatIsCutIsNoAnswer) {
               size < sizeof(nlmsghdr) || (size >= first && size < first + sizeof(nlmsghdr)))
         << size;
     EXPECT_EQ(listeners.size(), size >= first ? 1U : 0U) << size;
-    if (size >= first) EXPECT_EQ(listeners.front(), (Listener{55, 8'080}));
+    if (size >= first) {
+      EXPECT_EQ(listeners.front(), (Listener{55, 8'080}));
+    }
   }
 }
 
