@@ -76,15 +76,13 @@ TEST(TabCodes, AreTheBytesOfTheirText) {
   EXPECT_EQ(fourCharCode("\xff\xff\xff\xff"), 0xFFFFFFFFU);
 }
 
-TEST(TabScripts, AreExact) {
-  EXPECT_EQ(tabUrlsScript("company.thebrowser.Browser"),
-            "set text item delimiters to linefeed\ntell application id \"company.thebrowser.Browser\" to set "
-            "urls to URL of every tab of every window\nreturn urls as text");
-  EXPECT_EQ(closeDuplicatesScript("com.apple.Safari") + "\n",
-            textOfFile(TARNWICK_SOURCE_DIR "/tests/context/fixtures/close_duplicates.applescript"));
-  EXPECT_EQ(openPageScript(R"(x"} \ end)", "b"),
-            "tell application id \"b\"\n    activate\n    make new tab at end of tabs of front window with "
-            "properties {URL:\"x\\\"} \\\\ end\"}\nend tell");
+TEST(TabScripts, ForeignTextStaysInsideItsQuotes) {
+  const std::string hostile = R"(x"} \ end)";
+  const std::string quoted = R"("x\"} \\ end")";
+  const std::string told = "tell application id " + quoted;
+  EXPECT_THAT(tabUrlsScript(hostile), HasSubstr(told + " to set urls to URL of every tab of every window\n"));
+  EXPECT_THAT(closeDuplicatesScript(hostile), StartsWith(told + "\n"));
+  EXPECT_THAT(openPageScript(hostile, "b"), HasSubstr("{URL:" + quoted + "}\nend tell"));
 }
 
 TEST(TabScripts, OutputIsSplitAtLineEnds) {
