@@ -10,7 +10,7 @@ namespace tarnwick {
 namespace {
 
 constexpr int checks = 5;
-constexpr double interval = 0.5;
+constexpr double benchInterval = 0.5;
 
 double megabytes(std::uint64_t bytes) { return static_cast<double>(bytes) / (1024 * 1024); }
 
@@ -53,7 +53,7 @@ void runBench(const BenchedCheck& check, BenchMarks& benchMarks, OwnCost& cost,
   PhaseCosts phases;
   for (int done = 0; done < checks; ++done) {
     benchMarks.arm();
-    check.findings(check.scan(interval));
+    check.findings(check.scan(benchInterval));
     const auto marks = benchMarks.take();
     if (done == 0) print(fmt::format("footprint after check 1:    {:.1f} MB\n", megabytes(cost.footprint())));
     if (marks) phases.add(*marks);
