@@ -3,6 +3,7 @@
 #pragma once
 
 #include <charconv>
+#include <concepts>
 #include <cstddef>
 #include <optional>
 #include <string_view>
@@ -40,7 +41,7 @@ std::string_view trimmed(std::string_view text, std::string_view dropped = " \t\
 
 // The whole of `text` as a number, a decimal one unless another `base` is named; absent when anything else
 // stands in it or it does not fit.
-template <typename Number>
+template <std::integral Number>
 std::optional<Number> wholeNumber(std::string_view text, auto... base) {
   Number value{};
   const char* end = text.data() + text.size();

@@ -7,6 +7,18 @@
 namespace tarnwick {
 namespace {
 
+// A share as the kernel writes it, such as "12.50"; absent for anything else. By hand, because not every C++
+// library reads numbers with a fraction without asking the locale.
+std::optional<double> decimalShare(std::string_view text) {
+  const std::size_t point = text.find('.');
+  const auto whole = wholeNumber<std::uint32_t>(text.substr(0, point));
+  if (!whole || point == std::string_view::npos) return whole;
+  const std::string_view decimals = text.substr(point + 1);
+  const auto fraction = wholeNumber<std::uint32_t>(decimals);
+  if (!fraction) return std::nullopt;
+  return *whole + *fraction / std::pow(10.0, static_cast<double>(decimals.size()));
+}
+
 // The percentage after "avg10=" in the line of that kind.
 std::optional<double> stallShare(std::string_view stalls, std::string_view kind) {
   constexpr std::string_view key = "avg10=";
@@ -14,9 +26,7 @@ std::optional<double> stallShare(std::string_view stalls, std::string_view kind)
   if (!line) return std::nullopt;
   std::string_view word = takeWord(*line);
   if (!word.starts_with(key)) return std::nullopt;
-  const auto share = wholeNumber<double>(word.substr(key.size()));
-  if (!share || !std::isfinite(*share) || *share < 0) return std::nullopt;
-  return share;
+  return decimalShare(word.substr(key.size()));
 }
 
 }  // namespace

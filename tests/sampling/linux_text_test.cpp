@@ -142,9 +142,10 @@ TEST(MachineText, MemoryInfoInBytes) {
 
 TEST(MachineText, PressureFromStalls) {
   const std::tuple<const char*, const char*, std::optional<int>> cases[] = {
-      {"avg10=0.00", "avg10=0.00", 1}, {"avg10=9.99", "avg10=9.99", 1},    {"avg10=10.00", "avg10=9.99", 2},
-      {"avg10=0", "avg10=10.00", 4},   {"avg10=nan", "avg10=inf", {}},     {"avg10=-1", "avg10=", {}},
-      {"avg60=50.00", "", {}},         {"avg10=100.00", "avg10=broken", 2}};
+      {"avg10=0.00", "avg10=0.00", 1},  {"avg10=9.99", "avg10=9.99", 1},    {"avg10=10.00", "avg10=9.99", 2},
+      {"avg10=0", "avg10=10.00", 4},    {"avg10=nan", "avg10=inf", {}},     {"avg10=-1", "avg10=", {}},
+      {"avg10=9.999", "avg10=0.05", 1}, {"avg10=10.0", "avg10=9.9900", 2},  {"avg10=.5", "avg10=11.", {}},
+      {"avg60=50.00", "", {}},          {"avg10=100.00", "avg10=broken", 2}};
   for (const auto& [some, full, level] : cases) {
     const std::string text = std::string("some ") + some + " avg60=0.00\nfull " + full + " avg60=0.00\n";
     EXPECT_EQ(pressureFromStalls(text), level) << text;
