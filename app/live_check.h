@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "app/fix_execution.h"
+#include "app/remedies/fix_execution.h"
 #include "context/browsers.h"
 #include "context/claude_reader.h"
 #include "context/git_reader.h"

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "app/live_fix_targets.h"
+#include "app/remedies/live_fix_targets.h"
 #include "context/browsers.h"
 #include "sampling/live_machine.h"
 #include "sampling/tools/tool_runner.h"

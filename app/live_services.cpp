@@ -1,7 +1,7 @@
 #include "app/live_services.h"
 
-#include "app/explain_child.h"
-#include "app/own_process.h"
+#include "app/explain/explain_child.h"
+#include "app/program/own_process.h"
 
 namespace tarnwick {
 

@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "app/live_check.h"
-#include "app/model_services.h"
+#include "app/model/model_services.h"
 
 namespace tarnwick {
 

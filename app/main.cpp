@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "app/cli/command_line.h"
-#include "app/own_process.h"
+#include "app/program/own_process.h"
 #include "app/run.h"
 
 int main(int argc, char** argv) {

@@ -8,8 +8,8 @@
 //   what
 //                                is in posix/ anew: system/{clock,environment,self,small_file,unix_socket}.h
 //   app/live_parts.h             the browsers, the remedies, and where the user's choice about titles is kept
-//   app/own_process.h            what the program asks the system about itself
-//   app/language_model.h         the on-device model, or none
+//   app/program/own_process.h        what the program asks the system about itself
+//   app/explain/language_model.h        the on-device model, or none
 //   app/panel/panel_jobs.h       the application in the menu bar and the picture of its panel
 #pragma once
 

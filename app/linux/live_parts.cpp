@@ -1,7 +1,7 @@
 #include "app/live_parts.h"
 
-#include "app/linux/linux_fix_targets.h"
-#include "app/linux/user_defaults.h"
+#include "app/remedies/linux/linux_fix_targets.h"
+#include "app/settings/linux/user_defaults.h"
 #include "context/linux/linux_browsers.h"
 #include "sampling/linux/linux_process_source.h"
 #include "system/environment.h"

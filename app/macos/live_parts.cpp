@@ -1,7 +1,7 @@
 #include "app/live_parts.h"
 
-#include "app/macos/applications.h"
-#include "app/macos/macos_fix_targets.h"
+#include "app/remedies/macos/applications.h"
+#include "app/remedies/macos/macos_fix_targets.h"
 #include "context/macos/macos_browsers.h"
 
 namespace tarnwick {

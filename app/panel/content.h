@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "app/model.h"
+#include "app/model/model.h"
 #include "app/panel/panel_tree.h"
 
 namespace tarnwick::panel {

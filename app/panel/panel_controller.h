@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-#include "app/executor.h"
+#include "app/model/executor.h"
 #include "app/panel/content.h"
 #include "app/panel/panel_window.h"
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "app/executor.h"
-#include "app/model.h"
+#include "app/model/executor.h"
+#include "app/model/model.h"
 #include "app/panel/panel_window.h"
 
 namespace tarnwick::panel {

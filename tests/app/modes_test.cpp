@@ -1,6 +1,6 @@
-#include "app/bench_mode.h"
 #include "app/cli/command_line.h"
-#include "app/terminal_text.h"
+#include "app/cli/terminal_text.h"
+#include "app/program/bench_mode.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {

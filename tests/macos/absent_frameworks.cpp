@@ -2,8 +2,8 @@
 // the macOS build links into a whole program where no framework is at hand.
 #include <string>
 
-#include "app/macos/applications.h"
 #include "app/panel/panel_jobs.h"
+#include "app/remedies/macos/applications.h"
 #include "context/macos/apple_events.h"
 #include "sampling/macos/desktop_session.h"
 

@@ -1,7 +1,7 @@
 // Targets of remedies that only write down what they are asked to do, and answer as told.
 #pragma once
 
-#include "app/fix_execution.h"
+#include "app/remedies/fix_execution.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {

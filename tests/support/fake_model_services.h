@@ -2,7 +2,7 @@
 // thread.
 #pragma once
 
-#include "app/model.h"
+#include "app/model/model.h"
 #include "records/checked.h"
 #include "tests/support/testing.h"
 

@@ -3,7 +3,7 @@
 
 #include <deque>
 
-#include "app/executor.h"
+#include "app/model/executor.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {

@@ -5,7 +5,7 @@
 #include <string>
 #include <system_error>
 
-#include "app/output.h"
+#include "app/cli/output.h"
 #include "app/panel/panel_module.h"
 
 namespace tarnwick::panel {

@@ -2,9 +2,9 @@
 #include <filesystem>
 #include <system_error>
 
-#include "app/linux/login_item.h"
-#include "app/linux/user_defaults.h"
 #include "app/panel/panel_window.h"
+#include "app/settings/linux/login_item.h"
+#include "app/settings/linux/user_defaults.h"
 #include "system/environment.h"
 
 namespace tarnwick::panel {

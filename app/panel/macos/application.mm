@@ -4,14 +4,14 @@
 #include <memory>
 #include <optional>
 
-#include "app/macos/applications.h"
-#include "app/output.h"
+#include "app/cli/output.h"
+#include "app/model/thread_executor.h"
 #import "app/panel/macos/desktop.h"
 #import "app/panel/macos/panel.h"
 #import "app/panel/macos/single_instance.h"
 #include "app/panel/panel_controller.h"
 #include "app/panel/panel_jobs.h"
-#include "app/thread_executor.h"
+#include "app/remedies/macos/applications.h"
 
 // What the system tells the application.
 __attribute__((objc_runtime_name("TarnwickApplicationDelegate")))

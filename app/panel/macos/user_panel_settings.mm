@@ -2,8 +2,8 @@
 // application bundle, and the user's defaults.
 #import <Foundation/Foundation.h>
 
-#include "app/macos/applications.h"
 #include "app/panel/panel_window.h"
+#include "app/remedies/macos/applications.h"
 
 // What is asked of SMAppService. Not every SDK has its framework: it is loaded when it is needed.
 @protocol LoginItemService <NSObject>

@@ -5,13 +5,13 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
-#include "app/output.h"
+#include "app/cli/output.h"
+#include "app/model/thread_executor.h"
 #include "app/panel/panel_controller.h"
 #include "app/panel/qt/desktop.h"
 #include "app/panel/qt/jobs.h"
 #include "app/panel/qt/panel.h"
 #include "app/panel/qt/single_instance.h"
-#include "app/thread_executor.h"
 
 namespace tarnwick::panel {
 namespace {

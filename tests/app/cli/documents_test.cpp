@@ -5,7 +5,7 @@
 #include <regex>
 
 #include "app/cli/help.h"
-#include "app/demo.h"
+#include "app/demo/demo.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {

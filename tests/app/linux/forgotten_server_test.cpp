@@ -5,8 +5,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "app/fix_execution.h"
-#include "app/linux/linux_fix_targets.h"
+#include "app/remedies/fix_execution.h"
+#include "app/remedies/linux/linux_fix_targets.h"
 #include "context/claude_reader.h"
 #include "context/linux/linux_browsers.h"
 #include "context/live_surroundings.h"

@@ -1,0 +1,52 @@
+#include "app/cli/terminal_text.h"
+
+#include <fmt/format.h>
+#include <utf8cpp/utf8.h>
+
+#include <cstdint>
+#include <iterator>
+
+#include "records/utf8.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr std::uint32_t escapeToPicture = 0x2400;  // "Control Pictures": U+2400 shows U+0000
+constexpr std::uint32_t deletePicture = 0x2421;
+
+bool isC1Control(std::uint32_t c) { return c >= 0x80 && c <= 0x9F; }
+
+// Marks, embeddings, overrides and isolates that change the direction of what follows.
+bool reordersText(std::uint32_t c) {
+  return c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x202A && c <= 0x202E) ||
+         (c >= 0x2066 && c <= 0x2069);
+}
+
+// Line and paragraph separators, which some terminals take for line breaks.
+bool breaksLine(std::uint32_t c) { return c == 0x2028 || c == 0x2029; }
+
+}  // namespace
+
+std::string harmlessForTerminal(std::string_view bytes) {
+  const std::string text = repairUtf8(bytes);
+  std::string harmless;
+  harmless.reserve(text.size());
+  const auto out = std::back_inserter(harmless);
+  for (auto at = text.begin(); at != text.end();) {
+    const std::uint32_t c = utf8::unchecked::next(at);
+    if (c == '\n') {
+      harmless += '\n';
+    } else if (c < 0x20) {
+      utf8::append(c + escapeToPicture, out);
+    } else if (c == 0x7F) {
+      utf8::append(deletePicture, out);
+    } else if (isC1Control(c) || reordersText(c) || breaksLine(c)) {
+      fmt::format_to(out, "<U+{:04X}>", c);
+    } else {
+      utf8::append(c, out);
+    }
+  }
+  return harmless;
+}
+
+}  // namespace tarnwick

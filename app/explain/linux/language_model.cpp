@@ -1,0 +1,7 @@
+#include "app/explain/language_model.h"
+
+namespace tarnwick {
+
+std::unique_ptr<LanguageModel> systemLanguageModel() { return nullptr; }
+
+}  // namespace tarnwick

@@ -1,7 +1,0 @@
-#include "app/language_model.h"
-
-namespace tarnwick {
-
-std::unique_ptr<LanguageModel> systemLanguageModel() { return nullptr; }
-
-}  // namespace tarnwick

@@ -1,0 +1,85 @@
+#include "app/model/thread_executor.h"
+
+#include <system_error>
+#include <utility>
+
+#include "records/checked.h"
+
+namespace tarnwick {
+
+ThreadExecutor::ThreadExecutor(std::function<void()> wakeMain) : wakeMain_(std::move(wakeMain)) {
+  const std::lock_guard lock(mutex_);
+  addWorker();
+}
+
+ThreadExecutor::~ThreadExecutor() {
+  if (!isMainThread()) fault("the executor is destroyed off the main thread");
+  std::deque<std::function<void()>> dropped;
+  std::vector<std::thread> workers;
+  {
+    const std::lock_guard lock(mutex_);
+    closing_ = true;
+    dropped.swap(tasks_);
+    workers.swap(workers_);
+  }
+  changed_.notify_all();
+  for (std::thread& worker : workers) worker.join();
+}
+
+void ThreadExecutor::background(std::function<void()> task) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (closing_) return;
+    tasks_.push_back(std::move(task));
+    if (tasks_.size() > idle_) addWorker();
+  }
+  changed_.notify_one();
+}
+
+void ThreadExecutor::addWorker() {
+  try {
+    workers_.emplace_back([this] { work(); });
+  } catch (const std::system_error&) {
+    // No thread to be had on a machine in trouble: the task waits for a worker that is there.
+    if (workers_.empty()) fault("no thread can be started");
+  }
+}
+
+void ThreadExecutor::work() {
+  std::unique_lock lock(mutex_);
+  while (true) {
+    ++idle_;
+    changed_.wait(lock, [this] { return closing_ || !tasks_.empty(); });
+    --idle_;
+    if (closing_) return;
+    std::function<void()> task = std::move(tasks_.front());
+    tasks_.pop_front();
+    lock.unlock();
+    task();
+    task = nullptr;  // what it holds goes before the lock is taken again
+    lock.lock();
+  }
+}
+
+void ThreadExecutor::main(std::function<void()> task) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (closing_) return;
+    mainTasks_.push_back(std::move(task));
+  }
+  wakeMain_();
+}
+
+bool ThreadExecutor::isMainThread() const { return std::this_thread::get_id() == mainThread_; }
+
+void ThreadExecutor::drainMain() {
+  if (!isMainThread()) fault("main-thread tasks are run off the main thread");
+  std::deque<std::function<void()>> ready;
+  {
+    const std::lock_guard lock(mutex_);
+    ready.swap(mainTasks_);
+  }
+  for (const auto& task : ready) task();
+}
+
+}  // namespace tarnwick

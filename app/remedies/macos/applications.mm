@@ -1,0 +1,45 @@
+#include "app/remedies/macos/applications.h"
+
+#import <AppKit/AppKit.h>
+
+#include "system/macos/foundation_text.h"
+
+namespace tarnwick {
+
+void askApplicationsToQuit(const std::string& bundleID) {
+  @autoreleasepool {
+    NSArray<NSRunningApplication*>* apps =
+        [NSRunningApplication runningApplicationsWithBundleIdentifier:foundationText(bundleID)];
+    for (NSRunningApplication* app in apps) [app terminate];
+  }
+}
+
+std::optional<bool> openAddress(const std::string& address) {
+  @autoreleasepool {
+    NSURL* url = [NSURL URLWithString:foundationText(address)];
+    if (url == nil) return std::nullopt;
+    return [NSWorkspace.sharedWorkspace openURL:url];
+  }
+}
+
+void copyToPasteboard(const std::string& text) {
+  @autoreleasepool {
+    NSPasteboard* pasteboard = NSPasteboard.generalPasteboard;
+    [pasteboard clearContents];
+    [pasteboard setString:foundationText(text) forType:NSPasteboardTypeString];
+  }
+}
+
+bool isDefaultTrue(const std::string& name) {
+  @autoreleasepool {
+    return [NSUserDefaults.standardUserDefaults boolForKey:foundationText(name)];
+  }
+}
+
+void setDefault(const std::string& name, bool value) {
+  @autoreleasepool {
+    [NSUserDefaults.standardUserDefaults setBool:value forKey:foundationText(name)];
+  }
+}
+
+}  // namespace tarnwick

@@ -1,0 +1,36 @@
+#include "app/remedies/macos/macos_fix_targets.h"
+
+#include <signal.h>
+
+#include <cerrno>
+#include <optional>
+#include <system_error>
+
+#include "app/remedies/macos/applications.h"
+#include "records/checked.h"
+#include "sampling/macos/kernel_questions.h"
+
+namespace tarnwick {
+
+// macOS has no handle on a process: the look comes right before the signal, and what can still pass between
+// the two is the time of one system call.
+SignalOutcome MacosFixTargets::signal(const Signal& signal) {
+  if (signal.pid < firstOrdinaryPid) return {SignalOutcome::Kind::refused};
+  const auto record = processRecord(signal.pid);
+  if (!record || record->pbi_uid != uid_ ||
+      static_cast<double>(record->pbi_start_tvsec) != seconds(signal.started)) {
+    return {SignalOutcome::Kind::refused};
+  }
+  if (::kill(signal.pid, signal.number) == 0) return {SignalOutcome::Kind::sent};
+  return {SignalOutcome::Kind::failed, std::generic_category().message(errno)};
+}
+
+void MacosFixTargets::quitApp(const std::string& bundleID) { askApplicationsToQuit(bundleID); }
+
+bool MacosFixTargets::openSettings(const std::string& pane) {
+  const auto opened = openAddress("x-apple.systempreferences:" + pane);
+  if (!opened) fault("no address can be made of the settings pane " + pane);
+  return *opened;
+}
+
+}  // namespace tarnwick

@@ -1,0 +1,161 @@
+#include <unistd.h>
+
+#include "app/remedies/linux/linux_fix_targets.h"
+#include "app/remedies/linux/linux_signals.h"
+#include "context/linux/linux_browsers.h"
+#include "sampling/tools/posix/posix_tool_runner.h"
+#include "tests/support/fake_transport.h"
+#include "tests/support/linux/found_processes.h"
+#include "tests/support/posix/child_process.h"
+
+namespace tarnwick {
+namespace {
+
+using Kind = SignalOutcome::Kind;
+using Road = LinuxSignals::Road;
+
+constexpr unsigned nobody = 65'534;
+
+struct LinuxSignalsTest : testing::TestWithParam<Road> {
+  FoundProcesses found_;
+  LinuxSignals signals_{::getuid(), found_.clock(), GetParam()};
+};
+
+std::string roadName(const testing::TestParamInfo<Road>& road) {
+  return road.param == Road::pidOnly ? "PidOnly" : "Handle";
+}
+INSTANTIATE_TEST_SUITE_P(BothRoads, LinuxSignalsTest,
+                         testing::Values(Road::handleWherePossible, Road::pidOnly), roadName);
+
+TEST_P(LinuxSignalsTest, ReachesTheProcessThatWasFound) {
+  for (const int number : {SIGTERM, SIGKILL}) {
+    ChildProcess child;
+    EXPECT_EQ(signals_.send(found_.signalTo(child.pid(), number)).kind, Kind::sent);
+    EXPECT_EQ(child.endedBy(), number);
+  }
+}
+
+TEST_P(LinuxSignalsTest, RefusesAnotherStartTime) {
+  ChildProcess child;
+  const Signal right = found_.signalTo(child.pid());
+  for (const double by : {-1.0, 1.0, -0.001})
+    EXPECT_EQ(signals_.send({right.pid, right.number, right.started + Seconds{by}}).kind, Kind::refused)
+        << by;
+  EXPECT_EQ(signals_.started(child.pid()), right.started);
+  EXPECT_EQ(child.killed(), SIGKILL);
+}
+
+TEST_P(LinuxSignalsTest, RefusesWhatHasEnded) {
+  ChildProcess child;
+  const Signal right = found_.signalTo(child.pid());
+  ::kill(child.pid(), SIGKILL);
+  child.waitUntilZombie();
+  EXPECT_EQ(signals_.send(right).kind, Kind::refused) << "ended, but not reaped";
+  EXPECT_EQ(child.endedBy(), SIGKILL);
+  EXPECT_EQ(signals_.send(right).kind, Kind::refused) << "gone";
+  EXPECT_EQ(signals_.started(right.pid), std::nullopt);
+}
+
+TEST_P(LinuxSignalsTest, RefusesAnotherUsersProcess) {
+  if (::getuid() != 0) GTEST_SKIP() << "starting a process of another user takes root";
+  ChildProcess child([] {
+    if (::setuid(nobody) != 0) ::_exit(1);
+  });
+  EXPECT_EQ(signals_.send(FoundProcesses(nobody).signalTo(child.pid())).kind, Kind::refused);
+  EXPECT_EQ(child.killed(), SIGKILL);
+}
+
+TEST_P(LinuxSignalsTest, RefusesPidsThatMeanNoSingleProcess) {
+  for (const Pid pid : {1, 0, -1, -::getpgrp()})
+    EXPECT_EQ(signals_.send({pid, 0, {}}).kind, Kind::refused) << pid;
+}
+
+TEST_P(LinuxSignalsTest, TellsInTheSystemsWordsWhySendingFailed) {
+  ChildProcess child;
+  const SignalOutcome outcome = signals_.send(found_.signalTo(child.pid(), 4711));
+  EXPECT_EQ(std::tie(outcome.kind, outcome.error), std::tuple(Kind::failed, "Invalid argument"));
+  EXPECT_EQ(child.killed(), SIGKILL);
+}
+
+const std::optional<std::string> done;
+
+// A session whose applications the test names; `onAsked` runs before each answer.
+struct NamedApps final : Workspace {
+  std::vector<RunningApp> apps;
+  std::function<void()> onAsked = [] {};
+  std::vector<RunningApp> runningApps() override {
+    onAsked();
+    return apps;
+  }
+};
+
+struct LinuxFixTargetsTest : testing::Test {
+  RunningApp app(const ChildProcess& child, const std::string& id) {
+    return {child.pid(), id, id, "/" + id, false};
+  }
+
+  TempFolder folder_;
+  FakeTransport engine_;
+  Docker docker_{engine_, {"/engine.sock"}};
+  LinuxBrowsers browsers_;
+  PosixToolRunner tools_;
+  ToolPlaces places_{ToolCandidates{}};
+  NamedApps session_;
+  FoundProcesses found_;
+  LinuxFixTargets targets_{
+      {docker_, browsers_, tools_, places_}, session_, LinuxSignals(::getuid(), found_.clock())};
+};
+
+TEST_F(LinuxFixTargetsTest, QuitAsksEveryUnitOfThatApplication) {
+  ChildProcess first;
+  ChildProcess second;
+  ChildProcess other;
+  session_.apps = {app(first, "org.example.Mail"), app(other, "org.example.Mailer"),
+                   app(second, "org.example.Mail")};
+  EXPECT_EQ(apply({QuitApp{"org.example.Mail"}}, targets_), done);
+  EXPECT_EQ(std::pair(first.endedBy(), second.endedBy()), std::pair(SIGTERM, SIGTERM));
+  EXPECT_EQ(apply({QuitApp{"org.example.Gone"}}, targets_), done);
+  EXPECT_EQ(other.killed(), SIGKILL);
+}
+
+TEST_F(LinuxFixTargetsTest, QuitSparesAProcessThatIsNoLongerTheApplications) {
+  ChildProcess child;
+  int asked = 0;
+  session_.apps = {app(child, "a")};
+  session_.onAsked = [&] {
+    if (++asked == 2) session_.apps.clear();
+  };
+  EXPECT_EQ(apply({QuitApp{"a"}}, targets_), done);
+  EXPECT_EQ(asked, 2);
+  EXPECT_EQ(child.killed(), SIGKILL);
+}
+
+TEST_F(LinuxFixTargetsTest, WhatLinuxLacksIsRefused) {
+  using Kinds = std::vector<decltype(Fix::kind)>;
+  for (const auto& kind : Kinds{SimShutdown{"U"}, OpenSettings{"p"}, CloseDuplicateTabs{"b"},
+                                OpenTab{"b", "u"}, AskAutomation{"b"}})
+    EXPECT_NE(apply({kind}, targets_), done);
+  EXPECT_EQ(browsers_.access("b"), Access::unknown);
+  EXPECT_EQ(browsers_.readTabs("b"), std::nullopt);
+}
+
+TEST_F(LinuxFixTargetsTest, ContainersStopThroughTheEngine) {
+  engine_.replies["POST /containers/c1/stop"] = "HTTP/1.0 204 No Content\r\n\r\n";
+  EXPECT_EQ(apply({DockerStop{"c1"}}, targets_), done);
+  EXPECT_EQ(apply({DockerStop{"c2"}}, targets_), "Not done: Docker did not stop the container.");
+}
+
+TEST_F(LinuxFixTargetsTest, SimulatorsShutDownThroughTheirTool) {
+  ToolCandidates candidates;
+  candidates.simctl = {folder_.script("simctl", "[ $# = 2 ] && [ \"$1\" = shutdown ] && [ \"$2\" = U-1 ]")};
+  ToolPlaces places{candidates};
+  LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_,
+                          LinuxSignals(::getuid(), found_.clock()));
+  EXPECT_EQ(apply({SimShutdown{"U-1"}}, targets), done);
+  EXPECT_EQ(apply({SimShutdown{"U-2"}}, targets), "Not done: the simulator did not shut down.");
+  folder_.write("simctl", "#!/nonexistent/interpreter\n");
+  EXPECT_EQ(apply({SimShutdown{"U-1"}}, targets), "Not done: Xcode is not installed.");
+}
+
+}  // namespace
+}  // namespace tarnwick
