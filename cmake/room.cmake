@@ -9,6 +9,9 @@ function(tarnwick_warnings target)
     -Wall -Wextra -Wpedantic $<$<BOOL:${TARNWICK_WARNINGS_AS_ERRORS}>:-Werror> -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
     -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wimplicit-fallthrough
     -Wno-missing-field-initializers)  # records are made with designated initializers: the rest has defaults
+  if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    target_compile_options(${target} PRIVATE -Wthread-safety)  # reads system/thread_annotations.h
+  endif()
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # What g++ 12 sees in the standard library's own code once it is inlined: false alarms about std::string
     # (GCC bug 105651), std::variant and stream buffers. The debug build keeps the two checks.

@@ -8,7 +8,7 @@
 namespace tarnwick {
 
 ThreadExecutor::ThreadExecutor(std::function<void()> wakeMain) : wakeMain_(std::move(wakeMain)) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   addWorker();
 }
 
@@ -17,23 +17,23 @@ ThreadExecutor::~ThreadExecutor() {
   std::deque<std::function<void()>> dropped;
   std::vector<std::thread> workers;
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     closing_ = true;
     dropped.swap(tasks_);
     workers.swap(workers_);
   }
-  changed_.notify_all();
+  changed_.notifyAll();
   for (std::thread& worker : workers) worker.join();
 }
 
 void ThreadExecutor::background(std::function<void()> task) {
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (closing_) return;
     tasks_.push_back(std::move(task));
     if (tasks_.size() > idle_) addWorker();
   }
-  changed_.notify_one();
+  changed_.notifyOne();
 }
 
 void ThreadExecutor::addWorker() {
@@ -46,10 +46,10 @@ void ThreadExecutor::addWorker() {
 }
 
 void ThreadExecutor::work() {
-  std::unique_lock lock(mutex_);
+  MutexLock lock(mutex_);
   while (true) {
     ++idle_;
-    changed_.wait(lock, [this] { return closing_ || !tasks_.empty(); });
+    while (!closing_ && tasks_.empty()) changed_.wait(mutex_);
     --idle_;
     if (closing_) return;
     std::function<void()> task = std::move(tasks_.front());
@@ -63,7 +63,7 @@ void ThreadExecutor::work() {
 
 void ThreadExecutor::main(std::function<void()> task) {
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (closing_) return;
     mainTasks_.push_back(std::move(task));
   }
@@ -76,7 +76,7 @@ void ThreadExecutor::drainMain() {
   if (!isMainThread()) fault("main-thread tasks are run off the main thread");
   std::deque<std::function<void()>> ready;
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     ready.swap(mainTasks_);
   }
   for (const auto& task : ready) task();

@@ -2,14 +2,13 @@
 // Made and destroyed on the main thread, which is the thread that makes it.
 #pragma once
 
-#include <condition_variable>
 #include <deque>
 #include <functional>
-#include <mutex>
 #include <thread>
 #include <vector>
 
 #include "app/model/executor.h"
+#include "system/mutex.h"
 
 namespace tarnwick {
 
@@ -34,18 +33,18 @@ class ThreadExecutor : public Executor {
   void drainMain();
 
  private:
-  void addWorker();
-  void work();
+  void addWorker() TARNWICK_REQUIRES(mutex_);
+  void work() TARNWICK_EXCLUDES(mutex_);
 
   const std::thread::id mainThread_ = std::this_thread::get_id();
   const std::function<void()> wakeMain_;
-  std::mutex mutex_;  // guards what follows, but for the threads themselves
-  std::condition_variable changed_;
-  std::deque<std::function<void()>> tasks_;
-  std::deque<std::function<void()>> mainTasks_;
-  std::size_t idle_ = 0;  // workers that wait for a task
-  bool closing_ = false;
-  std::vector<std::thread> workers_;  // only grows until the end
+  Mutex mutex_;
+  Condition changed_;
+  std::deque<std::function<void()>> tasks_ TARNWICK_GUARDED_BY(mutex_);
+  std::deque<std::function<void()>> mainTasks_ TARNWICK_GUARDED_BY(mutex_);
+  std::size_t idle_ TARNWICK_GUARDED_BY(mutex_) = 0;  // workers that wait for a task
+  bool closing_ TARNWICK_GUARDED_BY(mutex_) = false;
+  std::vector<std::thread> workers_ TARNWICK_GUARDED_BY(mutex_);  // only grows until the end
 };
 
 }  // namespace tarnwick
