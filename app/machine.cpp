@@ -1,30 +1,69 @@
-#include "app/live_check.h"
+#include "app/machine.h"
 
-#include "app/live_parts.h"
+#include <functional>
+
+#include "app/explain/explain_child.h"
+#include "app/program/own_process.h"
+#include "app/remedies/fix_execution.h"
 #include "diagnosis/findings.h"
-#include "system/port.h"
 #include "system/self.h"
 
 namespace tarnwick {
-LiveCheck::LiveCheck(const Self& self, std::function<bool()> prTitles)
-    : marks_(processorMilliseconds),
-      places_(self.home),
-      docker_(transport_, engineSocketPlaces(self)),
-      browsers_(liveBrowsers(tools_)),
-      git_(tools_, places_, clock_, self.home, std::move(prTitles)),
-      claude_(self.home),
-      surroundings_(self, git_, claude_, places_),
-      machine_(liveMachine(self)),
-      targets_(liveFixTargets({docker_, *browsers_, tools_, places_}, *machine_, self)),
-      processes_(machine_->processes()),
-      scan_({processes_, machine_->machine(), machine_->workspace(), clock_, marks_, docker_,
-             [this] { return machine_->dockerRuns(docker_); }, *browsers_},
-            self.home) {}
+namespace {
 
-Snapshot LiveCheck::scan(double interval) { return scan_.scan(interval); }
+std::function<bool()> mayLookUp(PrTitles titles, UserSettings& settings) {
+  return [titles, &settings] {
+    return titles == PrTitles::thisRun || (titles == PrTitles::whenChosen && settings.prTitles());
+  };
+}
 
-std::vector<Finding> LiveCheck::findings(const Snapshot& snapshot, const std::set<Pid>& termed) {
+}  // namespace
+
+Machine::Machine(const Outside& outside, PrTitles titles)
+    : outside_(outside),
+      marks_(processorMilliseconds),
+      places_(outside_.toolCandidates),
+      docker_(outside_.transport, outside_.engineSockets),
+      git_(outside_.tools, places_, outside_.clock, outside_.self.home, mayLookUp(titles, outside_.settings)),
+      claude_(outside_.self.home),
+      surroundings_(outside_.self, git_, claude_, places_),
+      processes_(outside_.sources.processes()),
+      scan_({processes_, outside_.sources.machine(), outside_.sources.workspace(), outside_.clock, marks_,
+             docker_, [this] { return outside_.sources.dockerRuns(docker_); }, outside_.browsers},
+            outside_.self.home) {}
+
+Snapshot Machine::scan(double interval) {
+  const Turn turn(turns_);
+  return scan_.scan(interval);
+}
+
+std::vector<Finding> Machine::findings(const Snapshot& snapshot, const std::set<Pid>& termed) {
+  const Turn turn(turns_);
   return tarnwick::findings(snapshot, termed, surroundings_, marks_);
 }
+
+Check Machine::check(const std::set<Pid>& termed) {
+  Snapshot snapshot = scan(checkSeconds);
+  std::vector<Finding> found = findings(snapshot, termed);
+  return {std::move(snapshot), std::move(found)};
+}
+
+void Machine::resetCaches() {
+  const Turn turn(turns_);
+  scan_.resetCaches();
+}
+
+std::optional<std::string> Machine::apply(const Fix& fix) {
+  const Turn turn(turns_);
+  return tarnwick::apply(fix, {outside_.targets, docker_, outside_.browsers, outside_.tools, places_});
+}
+
+std::optional<std::string> Machine::ownExecutable() { return tarnwick::ownExecutable(); }
+
+std::string Machine::explainByChild(const std::string& executable, const std::string& evidence) {
+  return tarnwick::explainByChild(outside_.tools, executable, evidence);
+}
+
+void Machine::freeMemory() { tarnwick::freeMemory(); }
 
 }  // namespace tarnwick

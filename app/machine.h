@@ -1,16 +1,15 @@
-// Everything that a check of this machine needs, made once per run: the sources, the caches that outlive one
-// check, and the answers to what the rules ask. One thread at a time.
+// The composition root: one run's caches and readers, wired to the world outside, and what the model asks of
+// them. Made once per run. Checks, remedies and resets take turns, on whatever thread; two at once are a
+// fault.
 #pragma once
 
-#include <functional>
-#include <memory>
 #include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
-#include "app/remedies/fix_execution.h"
-#include "context/browsers.h"
+#include "app/model/model_services.h"
+#include "app/outside.h"
 #include "context/claude_reader.h"
 #include "context/git_reader.h"
 #include "context/live_surroundings.h"
@@ -18,56 +17,54 @@
 #include "records/finding.h"
 #include "records/snapshot.h"
 #include "sampling/engine/docker.h"
-#include "sampling/live_machine.h"
 #include "sampling/process_table.h"
 #include "sampling/scan.h"
-#include "sampling/tools/posix/posix_tool_runner.h"
 #include "sampling/tools/tool_places.h"
-#include "system/clock.h"
-#include "system/unix_socket.h"
+#include "system/one_at_a_time.h"
 
 namespace tarnwick {
 
-class LiveCheck {
+// May pull-request titles be looked up over the network?
+enum class PrTitles {
+  never,       // demos and measurements
+  whenChosen,  // as the user's settings say at the moment of asking
+  thisRun      // the user asked for them on the command line
+};
+
+class Machine final : public ModelServices {
  public:
   // Between the two looks of a check that is shown to somebody, in seconds.
   static constexpr double checkSeconds = 1.0;
 
-  // `prTitles`: may pull-request titles be looked up over the network? Asked whenever one is wanted.
-  LiveCheck(const Self& self, std::function<bool()> prTitles);
+  // What `outside` names must outlive the machine.
+  Machine(const Outside& outside, PrTitles titles);
 
-  // Samples the machine; blocks for about `interval` seconds.
+  Check check(const std::set<Pid>& termed) override;
+  void resetCaches() override;
+  std::optional<std::string> apply(const Fix& fix) override;
+  std::optional<std::string> ownExecutable() override;
+  std::string explainByChild(const std::string& executable, const std::string& evidence) override;
+  void freeMemory() override;
+  Timestamp now() override { return outside_.clock.now(); }
+
+  // The two halves of a check, one by one. The first blocks for about `interval` seconds.
   Snapshot scan(double interval);
-
-  // Forgets what the engine and the browsers answered, so that the next scan asks them again.
-  void resetCaches() { scan_.resetCaches(); }
-
-  // Carries out a remedy; absent when it was done, else what to tell the user. See fix_execution.h.
-  std::optional<std::string> apply(const Fix& fix) { return tarnwick::apply(fix, *targets_); }
-
-  // What the rules find in a snapshot of this machine.
   std::vector<Finding> findings(const Snapshot& snapshot, const std::set<Pid>& termed);
 
-  Surroundings& surroundings() { return surroundings_; }
+  // Both leave their marks here.
   BenchMarks& benchMarks() { return marks_; }
-  Clock& clock() { return clock_; }
-  ToolRunner& tools() { return tools_; }
 
  private:
-  SystemClock clock_;
+  const Outside outside_;
   BenchMarks marks_;
-  PosixToolRunner tools_;
   ToolPlaces places_;
-  UnixSocketTransport transport_;
   Docker docker_;
-  std::unique_ptr<Browsers> browsers_;
-  GitReader git_;
-  ClaudeReader claude_;
-  LiveSurroundings surroundings_;
-  std::unique_ptr<LiveMachine> machine_;
-  std::unique_ptr<FixTargets> targets_;
-  ProcessTable processes_;
-  Scan scan_;
+  OneAtATime turns_;
+  GitReader git_ TARNWICK_GUARDED_BY(turns_);
+  ClaudeReader claude_ TARNWICK_GUARDED_BY(turns_);
+  LiveSurroundings surroundings_ TARNWICK_GUARDED_BY(turns_);
+  ProcessTable processes_ TARNWICK_GUARDED_BY(turns_);
+  Scan scan_ TARNWICK_GUARDED_BY(turns_);
 };
 
 }  // namespace tarnwick

@@ -1,9 +1,67 @@
+#include <algorithm>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "app/cli/command_line.h"
+#include "app/cli/help.h"
+#include "app/cli/output.h"
+#include "app/cli/terminal_text.h"
+#include "app/modes.h"
+#include "app/panel/panel_jobs.h"
 #include "app/program/own_process.h"
-#include "app/run.h"
+#include "system/self.h"
+
+namespace tarnwick {
+namespace {
+
+// The words come from outside: whatever they hold, they make one line and do nothing to a terminal.
+void complainUnknownWords(std::vector<std::string> words) {
+  for (std::string& word : words) {
+    std::ranges::replace(word, '\n', ' ');
+    word = harmlessForTerminal(word);
+  }
+  complain(unknownWordsText(words));
+}
+
+int drawPanel(const ProgramRun& run) {
+  const auto check = run.words.live ? std::optional(liveCheck(run)) : demoCheck(run);
+  if (!check) return printUnknownScenario(run);
+  panel::writePanelImage({.snapshot = check->snapshot,
+                          .found = check->found,
+                          .dark = run.words.dark,
+                          .open = run.words.open,
+                          .path = *run.words.imagePath});
+  return 0;  // also when the picture could not be drawn or written
+}
+
+int showApplication(const ProgramRun& run) {
+  const Outside outside = run.outside();
+  Machine machine(outside, titlesOf(run.words));
+  return panel::showApplication({.makeModel =
+                                     [&](Executor& executor, Model::CopyText copyText) {
+                                       return std::make_unique<Model>(executor, machine, std::move(copyText));
+                                     },
+                                 .now = [&] { return machine.now(); },
+                                 .settings = &outside.settings,
+                                 .exercise = run.words.exercise});
+}
+
+int run(const CommandLine& words) {
+  if (!words.unknown.empty()) complainUnknownWords(words.unknown);
+  const Self self = readSelf();
+  std::optional<RealOutside> outside;
+  const ProgramRun run{.words = words,
+                       .self = self,
+                       .outside = [&] { return outside.emplace(self).parts(); },
+                       .print = printText};
+  if (words.mode == Mode::snapshot) return drawPanel(run);
+  return words.mode == Mode::application ? showApplication(run) : runTextMode(run);
+}
+
+}  // namespace
+}  // namespace tarnwick
 
 int main(int argc, char** argv) {
   tarnwick::leaveSymbolicLink(argv);

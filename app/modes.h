@@ -1,11 +1,39 @@
-// Runs one mode of the program from start to end.
+// The modes that print a text, and the checks that the panel's modes show. Main thread.
 #pragma once
 
+#include <functional>
+#include <optional>
+#include <span>
+#include <string_view>
+
 #include "app/cli/command_line.h"
+#include "app/demo/self_test.h"
+#include "app/machine.h"
 
 namespace tarnwick {
 
-// The result is the process's exit status. Main thread.
-int run(const CommandLine& commandLine);
+// One start of the program as its modes see it.
+struct ProgramRun {
+  CommandLine words;
+  Self self;
+  std::function<Outside()> outside;            // asked once, and only by modes that look at this machine
+  std::function<int(std::string_view)> print;  // gives the exit status
+  std::span<const ExpectedDiagnosis> expected = expectedDiagnoses();  // of the self-test
+};
+
+// What the words say about pull-request titles.
+PrTitles titlesOf(const CommandLine& words);
+
+// A line on the terminal keeps whoever waits company.
+Check liveCheck(const ProgramRun& run);
+
+// Absent when there is no scenario of the name that the words give.
+std::optional<Check> demoCheck(const ProgramRun& run);
+
+// Says so; the exit status.
+int printUnknownScenario(const ProgramRun& run);
+
+// The exit status; 0 at once for a mode that needs the panel.
+int runTextMode(const ProgramRun& run);
 
 }  // namespace tarnwick

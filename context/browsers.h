@@ -1,12 +1,13 @@
 // The running browsers, as far as the system lets us talk to them: beside what a check asks, what remedies
-// have them do. Nothing here reports an error: a browser
-// that does not answer is absent or false. Any thread but the main one: calls block, one of them until the
-// user has answered the system's question.
+// have them do. Nothing here reports an error: a browser that does not answer is absent or false. Any
+// thread but the main one: calls block, one of them until the user has answered the system's question.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "sampling/browser_questions.h"
+#include "sampling/tools/tool_runner.h"
 
 namespace tarnwick {
 
@@ -21,5 +22,8 @@ class Browsers : public BrowserQuestions {
   // Has the system ask the user for the permission, where it was not asked yet. True when it is given.
   virtual bool askAccess(const std::string& bundleID) = 0;
 };
+
+// Those of this system. `tools` outlives the result.
+std::unique_ptr<Browsers> systemBrowsers(ToolRunner& tools);
 
 }  // namespace tarnwick

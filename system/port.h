@@ -4,13 +4,15 @@
 //
 // Declared here are those of the rooms up to context; each body is in the room named above it. Their types
 // are declared ahead, so that this room needs no other one. Beside them a system owes
-//   system/posix/differences.h   three calls in which POSIX systems differ; another kind of system writes
-//   what
-//                                is in posix/ anew: system/{clock,environment,self,small_file,unix_socket}.h
-//   app/live_parts.h             the browsers, the remedies, and where the user's choice about titles is kept
-//   app/program/own_process.h        what the program asks the system about itself
-//   app/explain/language_model.h        the on-device model, or none
-//   app/panel/panel_jobs.h       the application in the menu bar and the picture of its panel
+//   system/posix/differences.h     three calls in which POSIX systems differ; another kind of system writes
+//                                  what is in posix/ anew: system/{clock,environment,self,small_file,
+//                                  unix_socket}.h
+//   context/browsers.h             the running browsers, or none
+//   app/remedies/system_targets.h  signals, quitting applications and opening settings
+//   app/settings/user_settings.h   where the user's choices are kept
+//   app/program/own_process.h      what the program asks the system about itself
+//   app/explain/language_model.h   the on-device model, or none
+//   app/panel/panel_jobs.h         the application in the menu bar and the picture of its panel
 #pragma once
 
 #include <memory>

@@ -1,13 +1,52 @@
-#include "app/demo/demo_surroundings.h"
+#include "app/demo/demo_check.h"
+
+#include <map>
+#include <utility>
+
+#include "app/demo/demo.h"
+#include "diagnosis/findings.h"
+#include "diagnosis/surroundings.h"
 
 namespace tarnwick {
+namespace {
 
-DemoSurroundings::DemoSurroundings(const Demo& demo, Surroundings& live)
-    : repositories_(demo.repositories.begin(), demo.repositories.end()), live_(live) {}
+class DemoSurroundings final : public Surroundings {
+ public:
+  DemoSurroundings(const Demo& demo, const DemoReader& reader)
+      : repositories_(demo.repositories.begin(), demo.repositories.end()), reader_(reader) {}
 
-std::optional<Git> DemoSurroundings::git(const std::string& dir) {
-  const auto known = repositories_.find(dir);
-  return known == repositories_.end() ? std::nullopt : std::optional(known->second);
+  const Self& self() override { return reader_.self; }
+  std::string mediumDate(Timestamp moment) override { return reader_.mediumDate(moment); }
+  std::optional<Git> git(const std::string& dir) override {
+    const auto known = repositories_.find(dir);
+    return known == repositories_.end() ? std::nullopt : std::optional(known->second);
+  }
+
+  std::optional<ClaudeWork> claudeSession(Pid) override { return std::nullopt; }
+  std::optional<ClaudeWork> claudeJob(const std::string&) override { return std::nullopt; }
+  std::optional<std::string> prTitle(const std::optional<std::string>&,
+                                     const std::optional<std::string>&) override {
+    return std::nullopt;
+  }
+  bool exists(const std::string&) override { return false; }
+  std::optional<std::string> fileHead(const std::string&) override { return std::nullopt; }
+  std::optional<std::string> deviceName(const std::string&) override { return std::nullopt; }
+  bool hasSimctl() override { return false; }
+
+ private:
+  const std::map<std::string, Git> repositories_;
+  const DemoReader& reader_;
+};
+
+}  // namespace
+
+std::optional<Check> checkDemo(const std::optional<std::string>& scenario, const DemoReader& reader) {
+  std::optional<Demo> demo = demoSnapshot(reader.now, scenario, reader.self);
+  if (!demo) return std::nullopt;
+  DemoSurroundings surroundings(*demo, reader);
+  BenchMarks unarmed([] { return 0.0; });
+  std::vector<Finding> found = findings(demo->snapshot, {}, surroundings, unarmed);
+  return Check{std::move(demo->snapshot), std::move(found)};
 }
 
 }  // namespace tarnwick

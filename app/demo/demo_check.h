@@ -1,38 +1,24 @@
-// What the demo machine's rules get to know outside their snapshot: what the demo itself says, and nothing of
-// this machine. So a demo reads the same everywhere, whatever lies in its invented folders.
+// A check of the demo machine: the rules over it, and what they get to know outside the snapshot. That is
+// what the demo itself says, and nothing of this machine, so a demo reads the same everywhere, whatever lies
+// in its invented folders.
 #pragma once
 
-#include <map>
+#include <functional>
+#include <optional>
 #include <string>
 
-#include "app/demo/demo.h"
-#include "diagnosis/surroundings.h"
+#include "app/model/model_services.h"
 
 namespace tarnwick {
 
-class DemoSurroundings : public Surroundings {
- public:
-  // `live` answers who runs the program and how dates read here; it must live longer.
-  DemoSurroundings(const Demo& demo, Surroundings& live);
-
-  const Self& self() override { return live_.self(); }
-  std::string mediumDate(Timestamp moment) override { return live_.mediumDate(moment); }
-  std::optional<Git> git(const std::string& dir) override;
-
-  std::optional<ClaudeWork> claudeSession(Pid) override { return std::nullopt; }
-  std::optional<ClaudeWork> claudeJob(const std::string&) override { return std::nullopt; }
-  std::optional<std::string> prTitle(const std::optional<std::string>&,
-                                     const std::optional<std::string>&) override {
-    return std::nullopt;
-  }
-  bool exists(const std::string&) override { return false; }
-  std::optional<std::string> fileHead(const std::string&) override { return std::nullopt; }
-  std::optional<std::string> deviceName(const std::string&) override { return std::nullopt; }
-  bool hasSimctl() override { return false; }
-
- private:
-  std::map<std::string, Git> repositories_;
-  Surroundings& live_;
+// Who reads the demo, and when.
+struct DemoReader {
+  Self self;                                         // the demo's processes and projects are this user's
+  Timestamp now;                                     // the demo's ages count from here
+  std::function<std::string(Timestamp)> mediumDate;  // how this reader's dates are written
 };
+
+// Absent when there is no demo of that name; without a name, the base demo.
+std::optional<Check> checkDemo(const std::optional<std::string>& scenario, const DemoReader& reader);
 
 }  // namespace tarnwick

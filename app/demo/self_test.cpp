@@ -5,9 +5,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "app/demo/demo.h"
-#include "app/demo/demo_surroundings.h"
-#include "diagnosis/findings.h"
 #include "diagnosis/verdict.h"
 
 namespace tarnwick {
@@ -64,18 +61,15 @@ class Comparison {
   std::optional<std::string> mismatch_;
 };
 
-std::optional<std::string> mismatchOf(const ExpectedDiagnosis& expected, Timestamp now, Surroundings& live) {
+std::optional<std::string> mismatchOf(const ExpectedDiagnosis& expected, const DemoReader& reader) {
   const std::string_view name = expected.scenario.value_or("base");
   const auto scenario = expected.scenario ? std::optional<std::string>(*expected.scenario) : std::nullopt;
-  const auto demo = demoSnapshot(now, scenario, live.self());
-  if (!demo) return fmt::format("selftest: there is no {} demo", name);
+  const std::optional<Check> check = checkDemo(scenario, reader);
+  if (!check) return fmt::format("selftest: there is no {} demo", name);
+  const std::vector<Finding>& found = check->found;
+  const Verdict answer = verdict(check->snapshot, found);
 
-  DemoSurroundings surroundings(*demo, live);
-  BenchMarks unarmed([] { return 0.0; });
-  const std::vector<Finding> found = findings(demo->snapshot, {}, surroundings, unarmed);
-  const Verdict answer = verdict(demo->snapshot, found);
-
-  Comparison comparison(name, live.self().home, live.mediumDate(now - Seconds{sleepBlockerAge}));
+  Comparison comparison(name, reader.self.home, reader.mediumDate(reader.now - Seconds{sleepBlockerAge}));
   comparison.compare("the headline", expected.headline, answer.headline);
   comparison.compare("the biggest cause", expected.cause, answer.cause.value_or(""));
   for (std::size_t i = 0; i < std::max(found.size(), expected.findings.size()); ++i) {
@@ -87,10 +81,10 @@ std::optional<std::string> mismatchOf(const ExpectedDiagnosis& expected, Timesta
 
 }  // namespace
 
-std::optional<std::string> firstMismatch(std::span<const ExpectedDiagnosis> expected, Timestamp now,
-                                         Surroundings& live) {
+std::optional<std::string> firstMismatch(std::span<const ExpectedDiagnosis> expected,
+                                         const DemoReader& reader) {
   for (const ExpectedDiagnosis& diagnosis : expected) {
-    if (auto mismatch = mismatchOf(diagnosis, now, live)) return mismatch;
+    if (auto mismatch = mismatchOf(diagnosis, reader)) return mismatch;
   }
   return std::nullopt;
 }

@@ -7,8 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "diagnosis/surroundings.h"
-#include "records/basics.h"
+#include "app/demo/demo_check.h"
 
 namespace tarnwick {
 
@@ -33,9 +32,8 @@ struct ExpectedDiagnosis {
 // What all demos must give.
 std::span<const ExpectedDiagnosis> expectedDiagnoses();
 
-// The first difference, naming both texts; absent when everything is as expected. `live` answers who runs
-// the program and how dates read.
-std::optional<std::string> firstMismatch(std::span<const ExpectedDiagnosis> expected, Timestamp now,
-                                         Surroundings& live);
+// The first difference, naming both texts; absent when everything is as expected.
+std::optional<std::string> firstMismatch(std::span<const ExpectedDiagnosis> expected,
+                                         const DemoReader& reader);
 
 }  // namespace tarnwick

@@ -57,7 +57,8 @@ Note Note::result(const std::optional<std::string>& error, const std::string& ok
   return {ok, doneIcon, NoteColor::green, at};
 }
 
-Model::Model(Executor& executor, ModelServices& services) : executor_(executor), services_(services) {}
+Model::Model(Executor& executor, ModelServices& services, CopyText copyText)
+    : executor_(executor), services_(services), copyText_(std::move(copyText)) {}
 
 const std::optional<Snapshot>& Model::snap() const { return requireMainThread(), snap_; }
 const std::vector<Finding>& Model::found() const { return requireMainThread(), found_; }
@@ -157,7 +158,7 @@ void Model::remedy(const Fix& fix, const Finding& finding) {
 void Model::copyReport() {
   requireMainThread();
   if (!snap_) return;
-  services_.copyText(text(*snap_, found_, guesses_));
+  copyText_(text(*snap_, found_, guesses_));
   publish(note_, Note{"Copied the report. Paste it into a message to share it.", doneIcon, NoteColor::green,
                       services_.now()});
 }

@@ -45,9 +45,12 @@ class Model {
   // Lives as long as somebody wants to be told; letting go of it ends the telling. May outlive the model.
   using Subscription = std::shared_ptr<const std::function<void()>>;
 
-  // Both must outlive the model. The executor may still run this model's background tasks when the model is
+  // Replaces what is on the pasteboard by a plain text.
+  using CopyText = std::function<void(const std::string&)>;
+
+  // All must outlive the model. The executor may still run this model's background tasks when the model is
   // gone; their results are then dropped.
-  Model(Executor& executor, ModelServices& services);
+  Model(Executor& executor, ModelServices& services, CopyText copyText);
 
   // Published values. Observers are told before each change takes effect, so they still read the old value.
   const std::optional<Snapshot>& snap() const;         // latest check; stored without `procs` and `children`
@@ -97,6 +100,7 @@ class Model {
 
   Executor& executor_;
   ModelServices& services_;
+  const CopyText copyText_;
   std::optional<Snapshot> snap_;
   std::vector<Finding> found_;
   bool busy_ = false;

@@ -31,9 +31,6 @@ class ModelServices {
   // main thread for the two remedies that only open something.
   virtual std::optional<std::string> apply(const Fix& fix) = 0;
 
-  // Replaces what is on the pasteboard by this plain text. Main thread.
-  virtual void copyText(const std::string& text) = 0;
-
   // The path of this program; absent when it cannot be told. Main thread.
   virtual std::optional<std::string> ownExecutable() = 0;
 

@@ -20,7 +20,7 @@ Match(Cases...) -> Match<Cases...>;
 }  // namespace
 
 PanelController::PanelController(Model& model, Executor& executor, PanelWindow& window,
-                                 PanelSettings& settings, Now now)
+                                 UserSettings& settings, Now now)
     : model_(model), executor_(executor), window_(window), settings_(settings), now_(std::move(now)) {
   state_.hasStatusItem = true;
   watch = model_.onChange([this] { modelChanges(); });

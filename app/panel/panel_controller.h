@@ -7,6 +7,7 @@
 #include "app/model/executor.h"
 #include "app/panel/content.h"
 #include "app/panel/panel_window.h"
+#include "app/settings/user_settings.h"
 
 namespace tarnwick::panel {
 
@@ -16,7 +17,7 @@ class PanelController {
   using Now = std::function<Timestamp()>;
 
   // All but `now` must outlive the controller.
-  PanelController(Model& model, Executor& executor, PanelWindow& window, PanelSettings& settings, Now now);
+  PanelController(Model& model, Executor& executor, PanelWindow& window, UserSettings& settings, Now now);
 
   // Opens the panel, or closes it when it is open. Opening starts a check unless the last one is fresh.
   void toggle();
@@ -42,7 +43,7 @@ class PanelController {
   Model& model_;
   Executor& executor_;
   PanelWindow& window_;
-  PanelSettings& settings_;
+  UserSettings& settings_;
   Now now_;
   PanelState state_;
   bool renderQueued = false;  // a redraw waits for the next turn of the main loop

@@ -10,20 +10,19 @@
 #include "app/model/executor.h"
 #include "app/model/model.h"
 #include "app/panel/panel_window.h"
+#include "app/settings/user_settings.h"
 
 namespace tarnwick::panel {
 
 // The normal run: icon, panel and main loop.
 struct PanelApplication {
-  using CopyText = std::function<void(const std::string&)>;
-
   // Makes the model for an executor whose main-thread tasks run on the toolkit's loop, and with the
   // toolkit's pasteboard. Called once; both outlive the model, and what it needs besides must outlive
   // showApplication().
-  std::function<std::unique_ptr<Model>(Executor&, CopyText)> makeModel;
+  std::function<std::unique_ptr<Model>(Executor&, Model::CopyText)> makeModel;
   std::function<Timestamp()> now;
-  PanelSettings* settings = nullptr;  // not owned, never null
-  bool exercise = false;              // open, open one card and close by themselves after 1, 4 and 9 seconds
+  UserSettings* settings = nullptr;  // not owned, never null
+  bool exercise = false;             // open, open one card and close by themselves after 1, 4 and 9 seconds
 };
 
 // The panel drawn into a PNG at a scale of 2, without an icon and without a model.

@@ -2,7 +2,6 @@
 // Main thread.
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <vector>
 
@@ -34,19 +33,5 @@ class PanelWindow {
   // Ends the application.
   virtual void quit() = 0;
 };
-
-// The two choices of the menu that outlive the program. A change that fails leaves the answer as it was.
-class PanelSettings {
- public:
-  virtual ~PanelSettings() = default;
-
-  virtual bool opensAtLogin() = 0;
-  virtual void setOpensAtLogin(bool on) = 0;
-  virtual bool prTitles() = 0;
-  virtual void setPrTitles(bool on) = 0;
-};
-
-// The user's choices on this system.
-std::unique_ptr<PanelSettings> userPanelSettings(const Self& self);
 
 }  // namespace tarnwick::panel

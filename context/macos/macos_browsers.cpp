@@ -45,4 +45,6 @@ std::optional<std::string> MacosBrowsers::appleScript(const std::string& source)
   return std::move(result.output);
 }
 
+std::unique_ptr<Browsers> systemBrowsers(ToolRunner& tools) { return std::make_unique<MacosBrowsers>(tools); }
+
 }  // namespace tarnwick

@@ -4,6 +4,7 @@
 
 #include "app/panel/panel_jobs.h"
 #include "app/remedies/macos/applications.h"
+#include "app/settings/user_settings.h"
 #include "context/macos/apple_events.h"
 #include "sampling/macos/desktop_session.h"
 
@@ -23,11 +24,9 @@ std::optional<std::string> propertyListText(const std::string& /*list*/, const s
 void askApplicationsToQuit(const std::string& /*bundleID*/) {}
 std::optional<bool> openAddress(const std::string& /*address*/) { return false; }
 void copyToPasteboard(const std::string& /*text*/) {}
-bool isDefaultTrue(const std::string& /*name*/) { return false; }
-void setDefault(const std::string& /*name*/, bool /*value*/) {}
+std::unique_ptr<UserSettings> userSettings(const Self& /*self*/) { return nullptr; }
 
 int panel::showApplication(const panel::PanelApplication& /*application*/) { return 1; }
-std::unique_ptr<panel::PanelSettings> panel::userPanelSettings(const Self& /*self*/) { return nullptr; }
 bool panel::writePanelImage(const panel::PanelPicture& /*picture*/) { return false; }
 
 }  // namespace tarnwick

@@ -22,7 +22,6 @@ struct FakeServices : ModelServices {
     calls.push_back((executor_.isMainThread() ? "apply on main: " : "apply: ") + fix.command());
     return error;
   }
-  void copyText(const std::string& text) override { copied = text; }
   std::optional<std::string> ownExecutable() override { return executable; }
   std::string explainByChild(const std::string& program, const std::string& evidence) override {
     if (executor_.isMainThread()) fault("the main thread waits for a child");
@@ -31,6 +30,10 @@ struct FakeServices : ModelServices {
   }
   void freeMemory() override { calls.emplace_back("free memory"); }
   Timestamp now() override { return time; }
+
+  Model::CopyText pasteboard() {
+    return [this](const std::string& text) { copied = text; };
+  }
 
   Check next;
   std::optional<std::string> error;

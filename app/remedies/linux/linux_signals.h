@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "app/remedies/fix_execution.h"
+#include "app/remedies/system_targets.h"
 #include "records/basics.h"
 #include "sampling/decode/start_times.h"
 #include "sampling/linux/proc_reader.h"

@@ -1,9 +1,11 @@
-#include "app/remedies/linux/linux_fix_targets.h"
+#include "app/remedies/linux/linux_targets.h"
 
 #include <csignal>
 #include <optional>
 #include <set>
 #include <vector>
+
+#include "sampling/linux/linux_process_source.h"
 
 namespace tarnwick {
 namespace {
@@ -20,7 +22,7 @@ std::set<Pid> mainProcesses(Workspace& workspace, const std::string& bundleID) {
 
 // The start times are taken between two looks at the session: a pid that is the application's in both
 // cannot have passed to a stranger in between, and after that its start time tells a stranger apart.
-void LinuxFixTargets::quitApp(const std::string& bundleID) {
+void LinuxTargets::quitApp(const std::string& bundleID) {
   std::vector<Signal> requests;
   for (const Pid pid : mainProcesses(workspace_, bundleID)) {
     if (const std::optional<Timestamp> started = signals_.started(pid)) {
@@ -31,6 +33,12 @@ void LinuxFixTargets::quitApp(const std::string& bundleID) {
   for (const Signal& request : requests) {
     if (still.count(request.pid) != 0) signals_.send(request);
   }
+}
+
+std::unique_ptr<SystemTargets> systemTargets(LiveMachine& sources, const Self& self) {
+  // The machine of this system's folder has a source of this system's folder.
+  const auto& processes = static_cast<const LinuxProcessSource&>(sources.processes());
+  return std::make_unique<LinuxTargets>(sources.workspace(), LinuxSignals(self.uid, processes.clock()));
 }
 
 }  // namespace tarnwick

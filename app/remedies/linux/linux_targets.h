@@ -1,20 +1,20 @@
-// Remedies on Linux. Settings panes, simulators and browser scripting do not exist there and are refused.
+// Remedies on Linux. Settings panes do not exist there and are refused.
 #pragma once
 
 #include <string>
 #include <utility>
 
 #include "app/remedies/linux/linux_signals.h"
-#include "app/remedies/live_fix_targets.h"
+#include "app/remedies/system_targets.h"
 #include "sampling/workspace.h"
 
 namespace tarnwick {
 
-class LinuxFixTargets final : public LiveFixTargets {
+class LinuxTargets final : public SystemTargets {
  public:
-  // `parts` and `workspace` outlive this object.
-  LinuxFixTargets(const Parts& parts, Workspace& workspace, LinuxSignals signals)
-      : LiveFixTargets(parts), workspace_(workspace), signals_(std::move(signals)) {}
+  // `workspace` outlives this object.
+  LinuxTargets(Workspace& workspace, LinuxSignals signals)
+      : workspace_(workspace), signals_(std::move(signals)) {}
 
   SignalOutcome signal(const Signal& signal) override { return signals_.send(signal); }
 

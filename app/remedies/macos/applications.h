@@ -16,8 +16,4 @@ std::optional<bool> openAddress(const std::string& address);
 // Replaces what is on the general pasteboard by this plain text. Main thread.
 void copyToPasteboard(const std::string& text);
 
-// The user's defaults of this program; false when nothing was set. Any thread.
-bool isDefaultTrue(const std::string& name);
-void setDefault(const std::string& name, bool value);
-
 }  // namespace tarnwick

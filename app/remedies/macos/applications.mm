@@ -30,16 +30,4 @@ void copyToPasteboard(const std::string& text) {
   }
 }
 
-bool isDefaultTrue(const std::string& name) {
-  @autoreleasepool {
-    return [NSUserDefaults.standardUserDefaults boolForKey:foundationText(name)];
-  }
-}
-
-void setDefault(const std::string& name, bool value) {
-  @autoreleasepool {
-    [NSUserDefaults.standardUserDefaults setBool:value forKey:foundationText(name)];
-  }
-}
-
 }  // namespace tarnwick

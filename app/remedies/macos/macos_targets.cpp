@@ -1,4 +1,4 @@
-#include "app/remedies/macos/macos_fix_targets.h"
+#include "app/remedies/macos/macos_targets.h"
 
 #include <signal.h>
 
@@ -14,7 +14,7 @@ namespace tarnwick {
 
 // macOS has no handle on a process: the look comes right before the signal, and what can still pass between
 // the two is the time of one system call.
-SignalOutcome MacosFixTargets::signal(const Signal& signal) {
+SignalOutcome MacosTargets::signal(const Signal& signal) {
   if (signal.pid < firstOrdinaryPid) return {SignalOutcome::Kind::refused};
   const auto record = processRecord(signal.pid);
   if (!record || record->pbi_uid != uid_ ||
@@ -25,12 +25,16 @@ SignalOutcome MacosFixTargets::signal(const Signal& signal) {
   return {SignalOutcome::Kind::failed, std::generic_category().message(errno)};
 }
 
-void MacosFixTargets::quitApp(const std::string& bundleID) { askApplicationsToQuit(bundleID); }
+void MacosTargets::quitApp(const std::string& bundleID) { askApplicationsToQuit(bundleID); }
 
-bool MacosFixTargets::openSettings(const std::string& pane) {
+bool MacosTargets::openSettings(const std::string& pane) {
   const auto opened = openAddress("x-apple.systempreferences:" + pane);
   if (!opened) fault("no address can be made of the settings pane " + pane);
   return *opened;
+}
+
+std::unique_ptr<SystemTargets> systemTargets(LiveMachine& /*sources*/, const Self& self) {
+  return std::make_unique<MacosTargets>(self.uid);
 }
 
 }  // namespace tarnwick

@@ -1,17 +1,17 @@
 // Remedies on macOS: signals to checked processes, applications and settings through AppKit.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
-#include "app/remedies/live_fix_targets.h"
-#include "records/basics.h"
+#include "app/remedies/system_targets.h"
 
 namespace tarnwick {
 
-class MacosFixTargets final : public LiveFixTargets {
+class MacosTargets final : public SystemTargets {
  public:
-  // Everything in `parts` outlives this object. `uid`: whose processes may be signalled.
-  MacosFixTargets(const Parts& parts, std::uint32_t uid) : LiveFixTargets(parts), uid_(uid) {}
+  // `uid`: whose processes may be signalled.
+  explicit MacosTargets(std::uint32_t uid) : uid_(uid) {}
 
   SignalOutcome signal(const Signal& signal) override;
   void quitApp(const std::string& bundleID) override;

@@ -1,13 +1,14 @@
-// The menu's two choices of the Linux user: an autostart entry and a line in the user's defaults.
+// The choices of the Linux user: an autostart entry and a line in the user's defaults.
+#include "app/settings/user_settings.h"
+
 #include <filesystem>
 #include <system_error>
 
-#include "app/panel/panel_window.h"
 #include "app/settings/linux/login_item.h"
 #include "app/settings/linux/user_defaults.h"
 #include "system/environment.h"
 
-namespace tarnwick::panel {
+namespace tarnwick {
 namespace {
 
 // The name of the file, not the link to it: the entry is read by another process, in another run.
@@ -16,9 +17,9 @@ std::string executablePath() {
   return std::filesystem::read_symlink("/proc/self/exe", failure).string();
 }
 
-class UserPanelSettings final : public PanelSettings {
+class LinuxSettings final : public UserSettings {
  public:
-  explicit UserPanelSettings(const std::string& home)
+  explicit LinuxSettings(const std::string& home)
       : loginItem_(configFolder(home), executablePath()), defaults_(configFolder(home)) {}
 
   bool opensAtLogin() override { return loginItem_.isEnabled(); }
@@ -33,8 +34,8 @@ class UserPanelSettings final : public PanelSettings {
 
 }  // namespace
 
-std::unique_ptr<PanelSettings> userPanelSettings(const Self& self) {
-  return std::make_unique<UserPanelSettings>(self.home);
+std::unique_ptr<UserSettings> userSettings(const Self& self) {
+  return std::make_unique<LinuxSettings>(self.home);
 }
 
-}  // namespace tarnwick::panel
+}  // namespace tarnwick

@@ -1,9 +1,8 @@
-// The menu's two choices of the macOS user: the system's login items, which know only programs that lie in an
+// The choices of the macOS user: the system's login items, which know only programs that lie in an
 // application bundle, and the user's defaults.
-#import <Foundation/Foundation.h>
+#include "app/settings/user_settings.h"
 
-#include "app/panel/panel_window.h"
-#include "app/remedies/macos/applications.h"
+#import <Foundation/Foundation.h>
 
 // What is asked of SMAppService. Not every SDK has its framework: it is loaded when it is needed.
 @protocol LoginItemService <NSObject>
@@ -16,9 +15,10 @@
 
 @end
 
-namespace tarnwick::panel {
+namespace tarnwick {
 namespace {
 
+NSString* const titlesKey = @"prTitles";
 constexpr NSInteger loginItemEnabled = 1;  // SMAppServiceStatusEnabled
 
 // Nil where the system does not have it.
@@ -46,18 +46,24 @@ void setLoginItem(bool on) {
   }
 }
 
-class UserPanelSettings final : public PanelSettings {
+class MacosSettings final : public UserSettings {
  public:
   bool opensAtLogin() override { return isLoginItem(); }
   void setOpensAtLogin(bool on) override { setLoginItem(on); }
-  bool prTitles() override { return isDefaultTrue("prTitles"); }
-  void setPrTitles(bool on) override { setDefault("prTitles", on); }
+  bool prTitles() override {
+    @autoreleasepool {
+      return [NSUserDefaults.standardUserDefaults boolForKey:titlesKey];
+    }
+  }
+  void setPrTitles(bool on) override {
+    @autoreleasepool {
+      [NSUserDefaults.standardUserDefaults setBool:on forKey:titlesKey];
+    }
+  }
 };
 
 }  // namespace
 
-std::unique_ptr<PanelSettings> userPanelSettings(const Self& /*self*/) {
-  return std::make_unique<UserPanelSettings>();
-}
+std::unique_ptr<UserSettings> userSettings(const Self& /*self*/) { return std::make_unique<MacosSettings>(); }
 
-}  // namespace tarnwick::panel
+}  // namespace tarnwick

@@ -2,11 +2,9 @@
 #include <fmt/format.h>
 
 #include "app/demo/demo.h"
-#include "app/demo/demo_surroundings.h"
 #include "app/demo/self_test.h"
-#include "diagnosis/findings.h"
 #include "diagnosis/report.h"
-#include "tests/support/fake_surroundings.h"
+#include "tests/support/testing.h"
 
 namespace tarnwick {
 namespace {
@@ -21,37 +19,29 @@ std::string expected(const std::string& name) {
   return at == std::string::npos ? text : text.replace(at, date.size(), dateThere);
 }
 
-std::vector<Finding> demoFindings(const Demo& demo, FakeSurroundings& live) {
-  DemoSurroundings surroundings(demo, live);
-  BenchMarks unarmed([] { return 0.0; });
-  return findings(demo.snapshot, {}, surroundings, unarmed);
+DemoReader readerAt(const std::string& home) {
+  return {.self = {4242, 0, home}, .now = now, .mediumDate = [](Timestamp moment) {
+            return "second " + std::to_string(static_cast<std::int64_t>(seconds(moment)));
+          }};
 }
 
-std::string demoReport(const std::optional<std::string>& scenario, FakeSurroundings& live) {
-  const Demo demo = demoSnapshot(now, scenario, live.who).value();
-  return text(demo.snapshot, demoFindings(demo, live), {});
-}
+const DemoReader reader = readerAt("/Users/x");
 
 TEST(DemoReports, ReadTheSameForEverybody) {
   for (const char* home : {"/Users/x", "/root", "", "/a/very/long/home/directory/of/somebody"}) {
-    FakeSurroundings live;
-    live.who.home = home;
-    live.who.uid = 0;
-    // What lies on this machine in the demo's invented places must not show.
-    live.present = {"/tmp/wt/.git", "/tmp/.git", live.who.home + "/tarnwick-selftest/.git"};
-    live.repositories["/tmp/wt"] = {.repo = "real", .branch = "main"};
-    live.sessions[12] = {.title = "real"};
-    EXPECT_EQ(demoReport(std::nullopt, live), expected("base")) << home;
-    for (const char* scenario : {"memory", "calm", "developer"})
-      EXPECT_EQ(demoReport(scenario, live), expected(scenario)) << home;
+    for (const char* name : {"base", "memory", "calm", "developer"}) {
+      const auto scenario = std::string(name) == "base" ? std::nullopt : std::optional<std::string>(name);
+      const Check check = checkDemo(scenario, readerAt(home)).value();
+      EXPECT_EQ(text(check.snapshot, check.found, {}), expected(name)) << home;
+    }
   }
 }
 
 // What the report leaves out and the panel and the model are shown.
 std::string demoCards(const std::optional<std::string>& scenario) {
-  FakeSurroundings live;
+  const Check check = checkDemo(scenario, reader).value();
   std::string cards;
-  for (const Finding& f : demoFindings(demoSnapshot(now, scenario, live.who).value(), live)) {
+  for (const Finding& f : check.found) {
     cards += fmt::format("{}\n  {} | {} | {} | impact {:.4f} | {} bytes\n  {}\n", f.id, f.subject,
                          f.metric.value_or("-"), f.icon, f.impact, f.bytes, f.summary);
     if (f.evidence) cards += "Evidence:\n" + *f.evidence + "\n";
@@ -67,14 +57,13 @@ TEST(DemoCards, HaveAllTheirFields) {
 }
 
 TEST(SelfTest, NamesBothTextsOfTheFirstDifference) {
-  FakeSurroundings live;
-  EXPECT_EQ(firstMismatch(expectedDiagnoses(), now, live), std::nullopt);
+  EXPECT_EQ(firstMismatch(expectedDiagnoses(), reader), std::nullopt);
   const auto mismatch = [&](auto breakIt) {
     std::vector<ExpectedDiagnosis> diagnoses(expectedDiagnoses().begin(), expectedDiagnoses().end());
     std::vector<ExpectedFinding> findings(diagnoses[1].findings.begin(), diagnoses[1].findings.end());
     diagnoses[1].findings = findings;
     breakIt(diagnoses[1], findings);
-    return firstMismatch(diagnoses, now, live).value_or("no mismatch");
+    return firstMismatch(diagnoses, reader).value_or("no mismatch");
   };
   using Findings = std::vector<ExpectedFinding>;
   EXPECT_EQ(

@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include "app/remedies/fix_execution.h"
-#include "app/remedies/linux/linux_fix_targets.h"
+#include "app/remedies/linux/linux_targets.h"
 #include "context/claude_reader.h"
 #include "context/linux/linux_browsers.h"
 #include "context/live_surroundings.h"
@@ -111,9 +111,9 @@ TEST(ForgottenServer, IsOneCardWithItsBranchItsCommitAndAStopThatWorks) {
   EXPECT_EQ(card->actions.front().label, "Stop it");
   EXPECT_EQ(card->actions.front().fix.command(), "kill -TERM " + std::to_string(server.pid()));
 
-  LinuxFixTargets targets({docker, browsers, world.runner, world.places}, workspace,
-                          LinuxSignals(::getuid(), processes.clock()));
-  EXPECT_EQ(apply(card->actions.front().fix, targets), std::nullopt);
+  LinuxTargets system(workspace, LinuxSignals(::getuid(), processes.clock()));
+  EXPECT_EQ(apply(card->actions.front().fix, {system, docker, browsers, world.runner, world.places}),
+            std::nullopt);
   EXPECT_TRUE(waitUntil([&] { return ::kill(server.pid(), 0) != 0 || !processes.process(server.pid()); }));
 }
 

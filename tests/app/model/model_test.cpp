@@ -26,7 +26,7 @@ struct ModelTest : testing::Test {
 
   HandExecutor executor;
   FakeServices services{executor};
-  Model model{executor, services};
+  Model model{executor, services, services.pasteboard()};
 };
 
 TEST_F(ModelTest, ACheckPublishesInOrderAndTellsBeforeEachChange) {
@@ -198,7 +198,7 @@ TEST_F(ModelTest, ObserversMayComeAndGoWhileTheyAreTold) {
 
 TEST_F(ModelTest, ResultsForAModelThatIsGoneAreDropped) {
   {
-    Model other{executor, services};
+    Model other{executor, services, services.pasteboard()};
     other.refresh(false);
     other.guess(card("a", 1));
     executor.runBackground();

@@ -104,7 +104,7 @@ TEST(ThreadExecutor, TheModelStaysWholeWhileChecksRemediesAndGuessesRunAtOnce) {
   MainLoop loop;
   ThreadExecutor executor([&] { loop.wake(); });
   UnguardedServices services(executor);
-  Model model(executor, services);
+  Model model(executor, services, services.pasteboard());
   for (int round = 0; round < rounds; ++round) {
     const Finding finding{.id = "a", .evidence = "number " + std::to_string(round)};
     const Action stop{.label = "Stop", .fix = {Signal{.pid = 100 + round, .number = 15}}};

@@ -37,7 +37,7 @@ struct PanelControllerTest : testing::Test {
 
   HandExecutor executor;
   FakeServices services{executor};
-  Model model{executor, services};
+  Model model{executor, services, services.pasteboard()};
   FakeWindow window;
   FakeSettings settings;
   PanelController controller{model, executor, window, settings, [this] { return services.time; }};

@@ -5,6 +5,7 @@
 
 #include "app/panel/content.h"
 #include "app/panel/panel_controller.h"
+#include "tests/support/fake_settings.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick::panel {
@@ -12,18 +13,6 @@ namespace tarnwick::panel {
 inline constexpr std::uint64_t mib = 1024ULL * 1024;
 inline constexpr std::int64_t gib = 1024LL * 1024 * 1024;
 inline constexpr Timestamp sampleTime = timestamp(1'700'000'000);
-
-// The two settings, one of which can be stuck.
-struct FakeSettings : PanelSettings {
-  bool opensAtLogin() override { return login; }
-  void setOpensAtLogin(bool on) override { login = on; }
-  bool prTitles() override { return titles; }
-  void setPrTitles(bool on) override { titles = on && writable; }
-
-  bool login = false;
-  bool titles = false;
-  bool writable = true;
-};
 
 // Everything that the panel looks at, owned.
 struct Shown {

@@ -85,7 +85,7 @@ struct QtPanelTest : testing::Test {
   HandExecutor executor;
   FakeServices services{executor};
   FakeSettings settings;
-  Model model{executor, services};
+  Model model{executor, services, services.pasteboard()};
   Appearance appearance{nullptr};
   int dismissals = 0;
   QtPanel panel{appearance,

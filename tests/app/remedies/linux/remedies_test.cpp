@@ -1,7 +1,8 @@
 #include <unistd.h>
 
-#include "app/remedies/linux/linux_fix_targets.h"
+#include "app/remedies/fix_execution.h"
 #include "app/remedies/linux/linux_signals.h"
+#include "app/remedies/linux/linux_targets.h"
 #include "context/linux/linux_browsers.h"
 #include "sampling/tools/posix/posix_tool_runner.h"
 #include "tests/support/fake_transport.h"
@@ -89,12 +90,14 @@ struct NamedApps final : Workspace {
   }
 };
 
-struct LinuxFixTargetsTest : testing::Test {
+struct LinuxTargetsTest : testing::Test {
   RunningApp app(const ChildProcess& child, const std::string& id) {
     return {child.pid(), id, id, "/" + id, false};
   }
+  std::optional<std::string> carryOut(const Fix& fix) {
+    return apply(fix, {system_, docker_, browsers_, tools_, places_});
+  }
 
-  TempFolder folder_;
   FakeTransport engine_;
   Docker docker_{engine_, {"/engine.sock"}};
   LinuxBrowsers browsers_;
@@ -102,59 +105,40 @@ struct LinuxFixTargetsTest : testing::Test {
   ToolPlaces places_{ToolCandidates{}};
   NamedApps session_;
   FoundProcesses found_;
-  LinuxFixTargets targets_{
-      {docker_, browsers_, tools_, places_}, session_, LinuxSignals(::getuid(), found_.clock())};
+  LinuxTargets system_{session_, LinuxSignals(::getuid(), found_.clock())};
 };
 
-TEST_F(LinuxFixTargetsTest, QuitAsksEveryUnitOfThatApplication) {
+TEST_F(LinuxTargetsTest, QuitAsksEveryUnitOfThatApplication) {
   ChildProcess first;
   ChildProcess second;
   ChildProcess other;
   session_.apps = {app(first, "org.example.Mail"), app(other, "org.example.Mailer"),
                    app(second, "org.example.Mail")};
-  EXPECT_EQ(apply({QuitApp{"org.example.Mail"}}, targets_), done);
+  EXPECT_EQ(carryOut({QuitApp{"org.example.Mail"}}), done);
   EXPECT_EQ(std::pair(first.endedBy(), second.endedBy()), std::pair(SIGTERM, SIGTERM));
-  EXPECT_EQ(apply({QuitApp{"org.example.Gone"}}, targets_), done);
+  EXPECT_EQ(carryOut({QuitApp{"org.example.Gone"}}), done);
   EXPECT_EQ(other.killed(), SIGKILL);
 }
 
-TEST_F(LinuxFixTargetsTest, QuitSparesAProcessThatIsNoLongerTheApplications) {
+TEST_F(LinuxTargetsTest, QuitSparesAProcessThatIsNoLongerTheApplications) {
   ChildProcess child;
   int asked = 0;
   session_.apps = {app(child, "a")};
   session_.onAsked = [&] {
     if (++asked == 2) session_.apps.clear();
   };
-  EXPECT_EQ(apply({QuitApp{"a"}}, targets_), done);
+  EXPECT_EQ(carryOut({QuitApp{"a"}}), done);
   EXPECT_EQ(asked, 2);
   EXPECT_EQ(child.killed(), SIGKILL);
 }
 
-TEST_F(LinuxFixTargetsTest, WhatLinuxLacksIsRefused) {
+TEST_F(LinuxTargetsTest, WhatLinuxLacksIsRefused) {
   using Kinds = std::vector<decltype(Fix::kind)>;
   for (const auto& kind : Kinds{SimShutdown{"U"}, OpenSettings{"p"}, CloseDuplicateTabs{"b"},
                                 OpenTab{"b", "u"}, AskAutomation{"b"}})
-    EXPECT_NE(apply({kind}, targets_), done);
+    EXPECT_NE(carryOut({kind}), done);
   EXPECT_EQ(browsers_.access("b"), Access::unknown);
   EXPECT_EQ(browsers_.readTabs("b"), std::nullopt);
-}
-
-TEST_F(LinuxFixTargetsTest, ContainersStopThroughTheEngine) {
-  engine_.replies["POST /containers/c1/stop"] = "HTTP/1.0 204 No Content\r\n\r\n";
-  EXPECT_EQ(apply({DockerStop{"c1"}}, targets_), done);
-  EXPECT_EQ(apply({DockerStop{"c2"}}, targets_), "Not done: Docker did not stop the container.");
-}
-
-TEST_F(LinuxFixTargetsTest, SimulatorsShutDownThroughTheirTool) {
-  ToolCandidates candidates;
-  candidates.simctl = {folder_.script("simctl", "[ $# = 2 ] && [ \"$1\" = shutdown ] && [ \"$2\" = U-1 ]")};
-  ToolPlaces places{candidates};
-  LinuxFixTargets targets({docker_, browsers_, tools_, places}, session_,
-                          LinuxSignals(::getuid(), found_.clock()));
-  EXPECT_EQ(apply({SimShutdown{"U-1"}}, targets), done);
-  EXPECT_EQ(apply({SimShutdown{"U-2"}}, targets), "Not done: the simulator did not shut down.");
-  folder_.write("simctl", "#!/nonexistent/interpreter\n");
-  EXPECT_EQ(apply({SimShutdown{"U-1"}}, targets), "Not done: Xcode is not installed.");
 }
 
 }  // namespace

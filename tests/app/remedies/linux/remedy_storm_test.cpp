@@ -103,7 +103,7 @@ TEST_F(RemedyStorm, NoOtherProcessIsEverSignalled) {
       if (timing == before) successor.wait();
       while (timing == together && !ending.load()) {
       }
-      const std::optional<std::string> message = apply({round.finding}, targets_);
+      const std::optional<std::string> message = apply({round.finding}, targets_.targets());
       const Pid pid = successor.get();
       if (pid == round.finding.pid) {
         ++successors;

@@ -1,0 +1,196 @@
+// How the machine and the modes are wired: each line of the composition, seen from outside by twins that
+// write down what they are asked.
+
+#include "app/machine.h"
+
+#include "app/modes.h"
+#include "tests/support/fake_fix_targets.h"
+#include "tests/support/fake_machine_source.h"
+#include "tests/support/fake_process_source.h"
+#include "tests/support/fake_settings.h"
+#include "tests/support/fake_transport.h"
+#include "tests/support/fake_workspace.h"
+#include "tests/support/recording_tool_runner.h"
+
+namespace tarnwick {
+namespace {
+
+struct FakeSources : LiveMachine {
+  ProcessSource& processes() override { return processSource; }
+  MachineSource& machine() override { return machineSource; }
+  Workspace& workspace() override { return session; }
+  bool dockerRuns(const Docker& docker) override { return docker.present(); }
+
+  FakeProcessSource processSource;
+  FakeMachineSource machineSource;
+  FakeWorkspace session;
+};
+
+constexpr Pid ownPid = 4242;
+
+// A machine with a forgotten server on a branch, a busy command inside the home's Library, and the busy
+// program itself.
+struct Twins {
+  Twins() {
+    clock.time = timestamp(1'700'000'000);
+    sources.processSource.clock = &clock;
+    repository("shop");
+    repository("Library/cache");
+    add(10, 1, "login", {"login"});
+    add(11, 10, "zsh", {"-zsh"});
+    add(41, 1, "node", {"node", "server.mjs"}, "shop").ports = {3000};
+    add(50, 11, "make", {"make", "all"}, "Library/cache").usage->processorTime = 1500;
+    add(ownPid, 11, "tarnwick", {"tarnwick", "itself"}).usage->processorTime = 1500;
+    transport.replies["GET /containers/json"] = "HTTP/1.0 200 OK\r\n\r\n[]";
+  }
+
+  FakeProcess& add(Pid pid, Pid parent, const std::string& name, std::vector<std::string> args,
+                   const std::string& folder = "") {
+    FakeProcess& process = sources.processSource.processes[pid];
+    const std::int64_t longAgo = 1'700'000'000 - 13 * 3'600;
+    process = {.facts = ProcessFacts{parent, 501, longAgo},
+               .usage = ProcessUsage{},
+               .firstTime = 0,
+               .path = "/usr/bin/" + name,
+               .args = std::move(args),
+               .cwd = home.at(folder)};
+    return process;
+  }
+
+  void repository(const std::string& folder) const {
+    home.write(folder + "/.git/HEAD", "ref: refs/heads/cart\n");
+    home.write(folder + "/.git/config", "[remote \"origin\"]\n\turl = git@github.com:ada/shop.git\n");
+  }
+
+  Outside outside() {
+    ++looks;
+    return {.self = {ownPid, 501, home.path()},
+            .settings = settings,
+            .clock = clock,
+            .tools = tools,
+            .toolCandidates = {.git = {home.script("git", "")}, .gh = {home.script("gh", "")}},
+            .transport = transport,
+            .engineSockets = {"/engine.sock"},
+            .sources = sources,
+            .browsers = targets,
+            .targets = targets};
+  }
+
+  ProgramRun start(const std::vector<std::string>& words) {
+    return {.words = parseCommandLine(words),
+            .self = {ownPid, 501, home.path()},
+            .outside = [this] { return outside(); },
+            .print = [this](std::string_view text) { return printed += text, 0; }};
+  }
+
+  // One line for everything that was asked, "~" for the home folder, and the lines that were printed.
+  std::string events() {
+    std::string lines = "looked at this machine " + std::to_string(looks) + "\n";
+    for (const auto& call : tools.calls) {
+      for (const std::string& word : call) lines += word + " ";
+      lines += "\n";
+    }
+    for (const auto& asked : transport.asked())
+      lines += "engine: " + asked.request.substr(0, asked.request.find(" HTTP")) + "\n";
+    for (const double seconds : clock.sleeps) lines += "rested " + std::to_string(seconds) + "\n";
+    for (const std::string& asked : targets.asked) lines += asked + "\n";
+    lines += printed;
+    for (std::size_t at = 0; (at = lines.find(home.path(), at)) != std::string::npos;)
+      lines.replace(at, home.path().size(), "~");
+    return lines;
+  }
+
+  TempFolder home;
+  FakeSettings settings;
+  FakeClock clock;
+  RecordingToolRunner tools;
+  FakeTransport transport;
+  FakeSources sources;
+  FakeFixTargets targets;
+  int looks = 0;
+  std::string printed;
+};
+
+int timesIn(const std::string& text, const std::string& part) {
+  int times = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++times;
+  return times;
+}
+
+using Act = std::function<void(Twins&)>;
+
+Act mode(const std::vector<std::string>& words) {
+  return [words](Twins& twins) { EXPECT_EQ(runTextMode(twins.start(words)), 0); };
+}
+
+// The same where the user chose for good that titles are looked up.
+Act chosen(const std::vector<std::string>& words) {
+  return [words](Twins& twins) {
+    twins.settings.titles = true;
+    mode(words)(twins);
+  };
+}
+
+Act on(const std::function<void(Machine&)>& use) {
+  return [use](Twins& twins) {
+    Machine machine(twins.outside(), PrTitles::whenChosen);
+    use(machine);
+  };
+}
+
+TEST(Wiring, EveryPartIsAskedByWhomAndWhenItShould) {
+  const char* title = "~/gh pr view cart --repo ada/shop ";
+  const char* engine = "engine: GET /containers/json\n";
+  const std::tuple<const char*, Act, std::string, int> cases[] = {
+      {"no consent, no network", mode({"--print"}), title, 0},
+      {"consent for this run", mode({"--print", "--pr"}), title, 1},
+      {"consent for good", chosen({"--print"}), title, 1},
+      {"a measurement looks nothing up", chosen({"--bench", "--pr"}), title, 0},
+      {"a report asks the engine", mode({"--print"}), engine, 1},
+      {"its answer is kept", on([](Machine& m) { m.check({}), m.check({}); }), engine, 1},
+      {"until the caches are emptied", on([](Machine& m) { m.check({}), m.resetCaches(), m.check({}); }),
+       engine, 2},
+      {"a report rests a second", mode({"--print"}), "rested 1.000000\n", 1},
+      {"so does the panel's check", on([](Machine& m) { m.check({}); }), "rested 1.000000\n", 1},
+      {"a measurement rests half of one", mode({"--bench"}), "rested 0.500000\n", 5},
+      {"git tells about a project", mode({"--print"}), "~/git -C ~/shop log ", 1},
+      {"but not inside the home's Library", mode({"--print"}), "~/git -C ~/Library", 0},
+      {"a busy command is reported", mode({"--print"}), "“make all”", 1},
+      {"the program itself is not", mode({"--print"}), "itself", 0},
+      {"a demo looks at nothing here", mode({"--demo"}), "looked at this machine 0\n", 1},
+      {"nor does a report about one", mode({"--print", "--scenario", "memory"}), "machine 0\n", 1},
+      {"nor the self-test", mode({"--selftest"}), "looked at this machine 0\nselftest ok\n", 1},
+      {"a remedy reaches the system", on([](Machine& m) { m.apply({QuitApp{"a"}}); }), "quit a\n", 1},
+      {"the browsers", on([](Machine& m) {
+         m.apply({OpenTab{"a", "u"}});
+       }),
+       "tab a u\n", 1},
+      {"and the engine", on([](Machine& m) { m.apply({DockerStop{"c1"}}); }),
+       "engine: POST /containers/c1/stop\n", 1},
+      {"a child explains", on([](Machine& m) { m.explainByChild("/me", "x"); }), "/me --explain x \n", 1},
+  };
+  for (const auto& [what, act, event, times] : cases) {
+    Twins twins;
+    act(twins);
+    EXPECT_EQ(timesIn(twins.events(), event), times) << what << ":\n" << twins.events();
+  }
+}
+
+TEST(Wiring, TheSelfTestEndsTheProgramWhereADemoReadsOtherwise) {
+  Twins twins;
+  ProgramRun run = twins.start({"--selftest"});
+  std::vector<ExpectedDiagnosis> expected(run.expected.begin(), run.expected.end());
+  expected.back().headline = "Fine.";
+  run.expected = expected;
+  EXPECT_DEATH(runTextMode(run), "selftest: the headline of the developer demo is .* but must be “Fine.”");
+}
+
+TEST(Wiring, TwoChecksAtOnceAreAFault) {
+  Twins twins;
+  Machine machine(twins.outside(), PrTitles::never);
+  twins.transport.onAsked = [&] { machine.resetCaches(); };
+  EXPECT_DEATH(machine.check({}), "two threads at once");
+}
+
+}  // namespace
+}  // namespace tarnwick
