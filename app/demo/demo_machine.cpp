@@ -9,13 +9,9 @@ namespace tarnwick {
 namespace {
 
 constexpr std::string_view testBrowserPath =
-    "/Users/x/Library/Caches/ms-playwright/chromium-1/chrome-mac-arm64/Google Chrome for "
-    "Testing.app/Contents/"
-    "MacOS/Google Chrome for Testing";
+    "/Users/x/Library/Caches/ms-playwright/chromium-1/chrome-mac-arm64/Google Chrome for Testing.app/Contents/MacOS/Google Chrome for Testing";
 constexpr std::string_view testBrowserCrashReporter =
-    "/Users/x/Library/Caches/ms-playwright/chromium-1/chrome-mac-arm64/Google Chrome for "
-    "Testing.app/Contents/"
-    "Frameworks/crashpad";
+    "/Users/x/Library/Caches/ms-playwright/chromium-1/chrome-mac-arm64/Google Chrome for Testing.app/Contents/Frameworks/crashpad";
 
 // Where a demo process works.
 enum class DemoFolder { scratch, project, container };
@@ -58,24 +54,23 @@ std::vector<DemoProc> demoProcs(const std::string& home) {
       {50,
        1,
        "launchd_sim",
-       {"launchd_sim", home + "/Library/Developer/CoreSimulator/Devices/00000000-0000-0000-0000-000000000000"
-                              "/data/var/run/launchd_bootstrap.plist"},
+       {"launchd_sim",
+        home +
+            "/Library/Developer/CoreSimulator/Devices/00000000-0000-0000-0000-000000000000/data/var/run/launchd_bootstrap.plist"},
        432'000,
        10},
       {51, 50, "SpringBoard", {"SpringBoard"}, 60, 200},
       {60, 1, "/Applications/Google Chrome.app/Contents/MacOS/Google Chrome", {"Google Chrome"}, 60, 1024},
       {61,
        60,
-       "/Applications/Google Chrome.app/Contents/Frameworks/Google Chrome Framework.framework/Helpers/"
-       "Google Chrome Helper (Renderer).app/Contents/MacOS/Google Chrome Helper (Renderer)",
+       "/Applications/Google Chrome.app/Contents/Frameworks/Google Chrome Framework.framework/Helpers/Google Chrome Helper (Renderer).app/Contents/MacOS/Google Chrome Helper (Renderer)",
        {"renderer"},
        60,
        1024},
       {62, 1, "/Applications/Safari.app/Contents/MacOS/Safari", {"Safari"}, 60, 200},
       {63,
        1,
-       "/System/Library/Frameworks/WebKit.framework/Versions/A/XPCServices/com.apple.WebKit.WebContent.xpc/"
-       "Contents/MacOS/com.apple.WebKit.WebContent",
+       "/System/Library/Frameworks/WebKit.framework/Versions/A/XPCServices/com.apple.WebKit.WebContent.xpc/Contents/MacOS/com.apple.WebKit.WebContent",
        {"webcontent"},
        60,
        300,
@@ -95,8 +90,7 @@ std::vector<DemoProc> demoProcs(const std::string& home) {
       {80, 1, "/Applications/Docker.app/Contents/MacOS/com.docker.backend", {""}, 60},
       {81,
        1,
-       "/System/Library/Frameworks/Virtualization.framework/Versions/A/XPCServices/"
-       "com.apple.Virtualization.VirtualMachine.xpc/Contents/MacOS/com.apple.Virtualization.VirtualMachine",
+       "/System/Library/Frameworks/Virtualization.framework/Versions/A/XPCServices/com.apple.Virtualization.VirtualMachine.xpc/Contents/MacOS/com.apple.Virtualization.VirtualMachine",
        {"vm"},
        60,
        2048,

@@ -69,9 +69,9 @@ TEST(SelfTest, NamesBothTextsOfTheFirstDifference) {
   EXPECT_EQ(
       mismatch([](ExpectedDiagnosis& d, Findings&) { d.headline = "Fine."; }),
       "selftest: the headline of the memory demo is “Your Mac is short on memory.” but must be “Fine.”");
-  EXPECT_EQ(mismatch([](ExpectedDiagnosis&, Findings& f) { f[1].summary = "Broken."; }),
-            "selftest: a summary of the memory demo is “Dropbox, Zoom, and 5 more open when you log in.” but "
-            "must be “Broken.”");
+  EXPECT_EQ(
+      mismatch([](ExpectedDiagnosis&, Findings& f) { f[1].summary = "Broken."; }),
+      "selftest: a summary of the memory demo is “Dropbox, Zoom, and 5 more open when you log in.” but must be “Broken.”");
   EXPECT_EQ(
       mismatch([](ExpectedDiagnosis&, Findings& f) { f.back().commands = "kill -KILL 30"; }),
       "selftest: the list of fix commands of the memory demo is “kill -TERM 30” but must be “kill -KILL 30”");

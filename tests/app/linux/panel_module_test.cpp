@@ -19,9 +19,7 @@ TEST(PanelModule, MissingOneIsNamedByPackageAndTarget) {
   std::filesystem::create_directory(folder.at("bin"));
   std::filesystem::copy_file(TARNWICK_PROGRAM, folder.at("bin/tarnwick"));
   const std::string missing =
-      "tarnwick: The panel is not installed: the package tarnwick-panel brings it, or “make tray” in a "
-      "source "
-      "tree.";
+      "tarnwick: The panel is not installed: the package tarnwick-panel brings it, or “make tray” in a source tree.";
   const std::string picture = folder.at("x.png");
   EXPECT_EQ(runCopy(folder, "--snapshot " + picture), missing + "\nstatus 0\n");
   EXPECT_FALSE(std::filesystem::exists(picture));

@@ -60,9 +60,10 @@ TEST(Program, ALiveCheckReportsEvenOnAPoorMachine) {
     const ToolResult result = shell(line);
     EXPECT_EQ(result.exitStatus, 0);
     const std::string header = result.output.substr(0, result.output.find('\n'));
-    EXPECT_THAT(header,
-                MatchesRegex("[0-9.]+ [GM]B memory, [0-9.]+ [GM]B moved to disk · processor [0-9]+% busy · "
-                             "last restart [0-9]+ [a-z]+ ago"));
+    EXPECT_THAT(
+        header,
+        MatchesRegex(
+            "[0-9.]+ [GM]B memory, [0-9.]+ [GM]B moved to disk · processor [0-9]+% busy · last restart [0-9]+ [a-z]+ ago"));
     EXPECT_THAT(result.output.substr(header.size()), StartsWith("\n\n"));
   }
 }
