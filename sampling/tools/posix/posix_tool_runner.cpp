@@ -224,7 +224,13 @@ pid_t spawn(const std::string& path, const std::vector<std::string>& args, const
 std::unique_ptr<RunningTool> PosixToolRunner::start(const std::string& path,
                                                     const std::vector<std::string>& args,
                                                     const ToolOptions& options) {
-  const std::lock_guard<std::mutex> lock(launching_);
+  const MutexLock lock(launching_);
+  return launch(path, args, options);
+}
+
+std::unique_ptr<RunningTool> PosixToolRunner::launch(const std::string& path,
+                                                     const std::vector<std::string>& args,
+                                                     const ToolOptions& options) {
   std::optional<Pipe> pipe = makePipe();
   if (!pipe) return nullptr;
   const pid_t pid = spawn(path, args, options, pipe->writeEnd.number());
