@@ -8,7 +8,7 @@
 namespace tarnwick {
 namespace {
 
-// The value when the line sets that name; a null view otherwise.
+// The value when the line sets that name; empty otherwise.
 std::string_view valueOf(std::string_view line, std::string_view name) {
   const std::size_t equals = line.find('=');
   if (equals == std::string_view::npos || trimmed(line.substr(0, equals)) != name) return {};

@@ -1,5 +1,6 @@
 // The user's defaults: on Linux one small text file in the XDG configuration folder, a "name = value" on
-// each line. Read anew at every question, so that two programs agree. What cannot be read is false.
+// each line; the last line of a name counts, and one without a value says nothing. Read anew at every
+// question, so that two programs agree. What cannot be read is false.
 #pragma once
 
 #include <string>

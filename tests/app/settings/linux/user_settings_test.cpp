@@ -18,6 +18,9 @@ TEST(UserSettings, DefaultsReadOneNameAmongOthers) {
                                                 {"prTitles = truely\n", false},
                                                 {"prTitlesX = true\nXprTitles = true\nprTitles\n", false},
                                                 {"prTitles = false\nprTitles = true\n", true},
+                                                {"prTitles = true\nprTitles = false\n", false},
+                                                {"prTitles = true\nprTitles =\nprTitles = \t\r\n", true},
+                                                {"prTitles =\n", false},
                                                 {std::string(70'000, '\n') + "prTitles = true\n", false}};
   for (const auto& [text, value] : cases) {
     folder.write("tarnwick/defaults", text);
@@ -31,9 +34,10 @@ TEST(UserSettings, DefaultsKeepWhatTheyDoNotKnow) {
   EXPECT_FALSE(defaults.isTrue("prTitles"));
   EXPECT_TRUE(defaults.set("prTitles", true)) << "the folder is made";
   EXPECT_TRUE(defaults.isTrue("prTitles"));
-  folder.write("tarnwick/defaults", "# mine\nother = 5\nprTitles = true\nprTitles = true");
+  folder.write("tarnwick/defaults", "# mine\nother =\nprTitles =\nprTitles = true\nprTitles = true");
   EXPECT_TRUE(defaults.set("prTitles", false));
-  EXPECT_EQ(readConfigFile(folder.at("tarnwick/defaults")), "# mine\nother = 5\nprTitles = false\n");
+  EXPECT_EQ(readConfigFile(folder.at("tarnwick/defaults")), "# mine\nother =\nprTitles =\nprTitles = false\n")
+      << "a line without a value is somebody's own";
 }
 
 TEST(UserSettings, AFileThatCannotBeReadOrWrittenChangesNothing) {
