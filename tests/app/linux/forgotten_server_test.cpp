@@ -5,18 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "app/remedies/fix_execution.h"
-#include "app/remedies/linux/linux_targets.h"
-#include "context/claude_reader.h"
-#include "context/linux/linux_browsers.h"
-#include "context/live_surroundings.h"
-#include "diagnosis/findings.h"
-#include "sampling/linux/linux_process_source.h"
-#include "sampling/scan.h"
-#include "system/clock.h"
-#include "tests/support/fake_machine_source.h"
-#include "tests/support/fake_transport.h"
-#include "tests/support/fake_workspace.h"
+#include "app/machine.h"
 #include "tests/support/posix/git_world.h"
 
 namespace tarnwick {
@@ -82,20 +71,21 @@ TEST(ForgottenServer, IsOneCardWithItsBranchItsCommitAndAStopThatWorks) {
   ASSERT_GT(server.port(), 0);
 
   ClockAhead clock;
-  BenchMarks marks([] { return 0.0; });
-  LinuxProcessSource processes({.uid = ::getuid()});
-  ProcessTable table(processes);
-  FakeMachineSource machine;
-  FakeWorkspace workspace;
-  FakeTransport transport;
-  Docker docker(transport, {"/engine.sock"});
-  LinuxBrowsers browsers;
-  Scan scan({table, machine, workspace, clock, marks, docker, [] { return false; }, browsers}, home);
-  GitReader git(world.runner, world.places, clock, home, [] { return false; });
-  ClaudeReader claude(home);
-  LiveSurroundings surroundings(Self{::getpid(), ::getuid(), home}, git, claude, world.places);
+  RealOutside real(Self{::getpid(), ::getuid(), home});
+  const Outside here = real.parts();
+  Machine machine({.self = here.self,
+                   .settings = here.settings,
+                   .clock = clock,
+                   .tools = here.tools,
+                   .toolCandidates = here.toolCandidates,
+                   .transport = here.transport,
+                   .engineSockets = {},
+                   .sources = here.sources,
+                   .browsers = here.browsers,
+                   .targets = here.targets},
+                  PrTitles::never);
 
-  const std::vector<Finding> found = findings(scan.scan(0), {}, surroundings, marks);
+  const std::vector<Finding> found = machine.findings(machine.scan(0), {});
   const auto card =
       std::find_if(found.begin(), found.end(), [&](const Finding& f) { return f.id == "stack:" + shop; });
   ASSERT_NE(card, found.end());
@@ -111,9 +101,8 @@ TEST(ForgottenServer, IsOneCardWithItsBranchItsCommitAndAStopThatWorks) {
   EXPECT_EQ(card->actions.front().label, "Stop it");
   EXPECT_EQ(card->actions.front().fix.command(), "kill -TERM " + std::to_string(server.pid()));
 
-  LinuxTargets system(workspace, LinuxSignals(::getuid(), processes.clock()));
-  EXPECT_EQ(apply(card->actions.front().fix, {system, docker, browsers, world.runner, world.places}),
-            std::nullopt);
+  EXPECT_EQ(machine.apply(card->actions.front().fix), std::nullopt);
+  ProcessSource& processes = here.sources.processes();
   EXPECT_TRUE(waitUntil([&] { return ::kill(server.pid(), 0) != 0 || !processes.process(server.pid()); }));
 }
 
