@@ -91,16 +91,17 @@ constexpr ExpectedFinding branch{
     "a Node server, a Python API, a Postgres database, and a Redis database, on for 13 hours.",
     "kill -TERM 41; kill -TERM 40; docker stop c1; docker stop c2"};
 
-constexpr std::array base{heat,   disk,   login,       tests,   chromeNotAsked, dockerBusy,
-                          safari, photos, testBrowser, project, sleepBlocker};
-constexpr std::array memory{chromeWithTabs, login, dockerIdle, testBrowser, project, sleepBlocker};
-constexpr std::array developer{dockerLarge, tests, login, safari, photos, branch, testBrowser, sleepBlocker};
+constexpr std::array baseFindings{heat,   disk,   login,       tests,   chromeNotAsked, dockerBusy,
+                                  safari, photos, testBrowser, project, sleepBlocker};
+constexpr std::array memoryFindings{chromeWithTabs, login, dockerIdle, testBrowser, project, sleepBlocker};
+constexpr std::array developerFindings{dockerLarge, tests,  login,       safari,
+                                       photos,      branch, testBrowser, sleepBlocker};
 
 constexpr std::array<ExpectedDiagnosis, 4> diagnoses{{
-    {std::nullopt, "Your Mac is too hot.", "", base},
-    {"memory", "Your Mac is short on memory.", "The biggest cause: Chrome.", memory},
+    {std::nullopt, "Your Mac is too hot.", "", baseFindings},
+    {"memory", "Your Mac is short on memory.", "The biggest cause: Chrome.", memoryFindings},
     {"calm", "Your Mac looks fine right now.", "", {}},
-    {"developer", "Your Mac is short on memory.", "The biggest cause: Docker.", developer},
+    {"developer", "Your Mac is short on memory.", "The biggest cause: Docker.", developerFindings},
 }};
 
 }  // namespace

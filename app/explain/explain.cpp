@@ -11,7 +11,7 @@
 namespace tarnwick {
 namespace {
 
-constexpr const char* instructions =
+constexpr const char* whatIsAsked =
     "You explain to a developer what a process on their Mac does. Use only the evidence.\n"
     "Do not mention sizes, ports, process IDs, ages, project names, or branch names.";
 
@@ -61,7 +61,7 @@ std::string sentence(const Guess& guess) {
 
 std::optional<std::string> explain(std::string_view evidence, LanguageModel* model) {
   if (model == nullptr || !model->available()) return std::nullopt;
-  const std::optional<Guess> guess = model->answer(instructions, explainPrompt(evidence));
+  const std::optional<Guess> guess = model->answer(whatIsAsked, explainPrompt(evidence));
   if (!guess) return std::nullopt;
   return sentence(*guess);
 }
