@@ -33,7 +33,7 @@ test: deps-test
 	ctest --preset dev -j 2 --progress
 
 bench: release deps-bench
-	@tools/build release -DTARNWICK_BENCHMARKS=ON -- --target tarnwick_bench check_cost
+	@tools/build release -DTARNWICK_BENCHMARKS=ON -- --target tarnwick_bench check_cost bare_floor
 	build/release/bench/tarnwick_bench
 	build/release/bench/check_cost 1000 15 build/release/tarnwick
 	build/release/tarnwick --bench

@@ -1,7 +1,8 @@
 // Measures whole commands side by side on a machine with many idle processes:
 //   check_cost EXTRA ROUNDS PROGRAM
-// starts EXTRA sleeping processes, then runs `ps` and PROGRAM --print in turn, ROUNDS times each, and
-// prints the median processor time of each, their ratio and the program's peak memory.
+// starts EXTRA sleeping processes, then runs `ps`, bare_floor (the system calls of a check and nothing else;
+// it lies beside this program) and PROGRAM --print in turn, ROUNDS times each. Prints the median processor
+// time of each, in all and for each of the user's processes, the check's ratio to both and its peak memory.
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -64,6 +65,19 @@ double median(std::vector<double> values) {
   return values[values.size() / 2];
 }
 
+// How many processes the floor looks at, which it says; at least 1.
+double processesOf(const std::string& floor) {
+  double count = 0;
+  FILE* output = popen(("'" + floor + "'").c_str(), "r");
+  if (output == nullptr || std::fscanf(output, "%lf", &count) != 1) std::exit(1);
+  pclose(output);
+  return std::max(count, 1.0);
+}
+
+void printRow(const char* what, double cost, double processes) {
+  std::printf("  %-17s %8.2f ms %7.1f us a process\n", what, cost, cost * 1e3 / processes);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -76,25 +90,33 @@ int main(int argc, char** argv) {
   const std::vector<pid_t> sleepers = startSleepers(extra);
   sleep(1);
 
-  const std::vector<std::string> ps{"ps", "axo", "pid,ppid,uid,stat,rss,etimes,args"};
-  const std::vector<std::string> check{argv[3], "--print"};
-  std::vector<double> psCosts;
-  std::vector<double> checkCosts;
-  long peak = 0;
-  costOf(ps);
-  costOf(check);  // both once before measuring: files are in the cache from then on
+  const std::string self = argv[0];
+  const std::string floorPath = self.substr(0, self.rfind('/') + 1) + "bare_floor";
+  const std::vector<std::vector<std::string>> commands{
+      {"ps", "axo", "pid,ppid,uid,stat,rss,etimes,args"}, {floorPath}, {argv[3], "--print"}};
+  std::vector<std::vector<double>> costs(commands.size());
+  long peak = 0;                                         // of the last command, the check
+  for (const auto& command : commands) costOf(command);  // files are in the cache from then on
   for (int round = 0; round < rounds; ++round) {
-    psCosts.push_back(costOf(ps).milliseconds);
-    const Cost cost = costOf(check);
-    checkCosts.push_back(cost.milliseconds);
-    peak = std::max(peak, cost.peakKilobytes);
+    for (std::size_t i = 0; i < commands.size(); ++i) {
+      const Cost cost = costOf(commands[i]);
+      costs[i].push_back(cost.milliseconds);
+      if (i + 1 == commands.size()) peak = std::max(peak, cost.peakKilobytes);
+    }
   }
+  const double processes = processesOf(floorPath);
   for (const pid_t sleeper : sleepers) kill(sleeper, SIGKILL);
 
-  std::printf("%d extra idle processes, %d rounds, median processor time (user + system)\n", extra, rounds);
-  std::printf("  ps axo ...         %7.2f ms\n", median(psCosts));
-  std::printf("  tarnwick --print   %7.2f ms\n", median(checkCosts));
-  std::printf("  ratio              %7.2f\n", median(checkCosts) / median(psCosts));
-  std::printf("  peak memory        %7.1f MB\n", static_cast<double>(peak) / 1024);
+  const double ps = median(costs[0]);
+  const double floor = median(costs[1]);
+  const double check = median(costs[2]);
+  std::printf(
+      "%d extra idle processes, %.0f of the user's, %d rounds, median processor time (user + system)\n",
+      extra, processes, rounds);
+  printRow("ps axo ...", ps, processes);
+  printRow("bare_floor", floor, processes);
+  printRow("tarnwick --print", check, processes);
+  std::printf("  %-17s %8.2f of ps, %.2f of the floor\n", "ratio", check / ps, check / floor);
+  std::printf("  %-17s %8.1f MB\n", "peak memory", static_cast<double>(peak) / 1024);
   return 0;
 }
