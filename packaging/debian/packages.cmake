@@ -30,9 +30,14 @@ set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_CLI_PACKAGE_NAME tarnwick)
 set(CPACK_DEBIAN_CLI_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_CLI_PACKAGE_PRIORITY optional)
-# ICU is loaded by the version that was built against; without it dates are plain numbers.
+# ICU and libplist are loaded by the versions that were built against; without them dates are plain numbers and
+# simulators are not named.
 string(REGEX MATCH "^[0-9]+" icu_major "${ICU_VERSION}")
-set(CPACK_DEBIAN_CLI_PACKAGE_RECOMMENDS "libicu${icu_major}, git")
+set(plist_package libplist-2.0-${LIBPLIST_MAJOR})
+if(LIBPLIST_MAJOR EQUAL 3)
+  set(plist_package libplist3)  # so called before its packages took the library's name
+endif()
+set(CPACK_DEBIAN_CLI_PACKAGE_RECOMMENDS "libicu${icu_major}, ${plist_package}, git")
 set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "gh, tarnwick-panel")
 set(CPACK_COMPONENT_CLI_DESCRIPTION "tell why this machine is slow right now
 One check looks at every process of yours with its command line, memory,
