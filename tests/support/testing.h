@@ -29,9 +29,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/support/temp_folder.h"
-#include "tests/support/text_of_file.h"
-#include "tests/support/wait_until.h"
+#include "records/checked.h"
 
 namespace tarnwick {
 
@@ -47,5 +45,60 @@ using testing::Pair;
 using testing::SizeIs;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
+
+// A folder of its own for one test, removed with everything in it at the end.
+class TempFolder {
+ public:
+  TempFolder()
+      : path_(std::filesystem::canonical(std::filesystem::temp_directory_path()) / "tarnwick-XXXXXX") {
+    if (::mkdtemp(path_.data()) == nullptr) fault("no temporary folder");
+  }
+  ~TempFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+
+  const std::string& path() const { return path_; }
+  std::string at(const std::string& name) const { return path_ + "/" + name; }
+
+  // Makes the file and the folders above it; gives its path.
+  std::string write(const std::string& name, std::string_view bytes) const {
+    std::string path = at(name);
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    std::ofstream(path, std::ios::binary) << bytes;
+    return path;
+  }
+
+  // A shell script that can be run as a program.
+  std::string script(const std::string& name, const std::string& body) const {
+    std::string path = write(name, "#!/bin/sh\n" + body + "\n");
+    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+    return path;
+  }
+
+ private:
+  std::string path_;
+};
+
+// A whole file as text, such as a fixture.
+inline std::string textOfFile(const std::string& path) {
+  std::stringstream text;
+  text << std::ifstream(path).rdbuf();
+  return text.str();
+}
+
+// Asks until the condition holds, such as what another process does; false when it did not within half a
+// minute.
+template <typename Condition>
+bool waitUntil(Condition holds) {
+  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+  while (!holds()) {
+    if (std::chrono::steady_clock::now() > limit) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  return true;
+}
 
 }  // namespace tarnwick
