@@ -39,10 +39,9 @@ TEST(ClaudeFiles, NumbersAreWholeAndFit) {
       {"42", 42},
       {"-1", -1},
       {"9223372036854775807", 9'223'372'036'854'775'807},
-      {"9223372036854775808", std::nullopt},
-      {"42.5", std::nullopt},
-      {"\"42\"", std::nullopt},
-  };
+      {"9223372036854775808", {}},
+      {"42.5", {}},
+      {"\"42\"", {}}};
   for (const auto& [number, expected] : cases) {
     const auto object = jsonObject("{\"n\":" + number + "}");
     EXPECT_EQ(numberMember(&*object, "n"), expected) << number;
@@ -51,36 +50,21 @@ TEST(ClaudeFiles, NumbersAreWholeAndFit) {
 }
 
 TEST(ClaudeFiles, TimesNeedDateTimeAndZone) {
-  const std::pair<std::string, std::optional<double>> cases[] = {
-      {"2025-11-21T05:44:12Z", 1'763'703'852},
-      {"2025-11-21T05:44:12.25Z", 1'763'703'852.25},
-      {"2025-11-21T05:44:12,5+00:00", 1'763'703'852.5},
-
-      {"2025-11-21T07:44:12+02:00", 1'763'703'852},
-      {"2025-11-21T02:14:12-0330", 1'763'703'852},
-      {"0001-01-01T00:00:00Z", -62'135'596'800},
-      {"9999-12-31T23:59:59Z", 253'402'300'799},
-      {"2025-11-21T07:44:12+02", 1'763'703'852},
-      {"2025-11-21T05:44:12.Z", std::nullopt},
+  const std::pair<const char*, double> cases[] = {
+      {"2025-11-21T05:44:12Z", 1'763'703'852},          {"2025-11-21T05:44:12.25Z", 1'763'703'852.25},
+      {"2025-11-21T05:44:12,5+00:00", 1'763'703'852.5}, {"2025-11-21T07:44:12+02:00", 1'763'703'852},
+      {"2025-11-21T02:14:12-0330", 1'763'703'852},      {"0001-01-01T00:00:00Z", -62'135'596'800},
+      {"9999-12-31T23:59:59Z", 253'402'300'799},        {"2025-11-21T07:44:12+02", 1'763'703'852},
       {"2024-02-29T23:59:59-23:59", 1'709'337'539},
-      {"2025-02-29T00:00:00Z", std::nullopt},
-      {"2025-00-21T00:00:00Z", std::nullopt},
-      {"2025-11-31T00:00:00Z", std::nullopt},
-      {"2025-11-21T24:00:00Z", std::nullopt},
-      {"2025-11-21T05:60:00Z", std::nullopt},
-      {"2025-11-21T23:59:60Z", std::nullopt},
-      {"2025-11-21T05:44:12", std::nullopt},
-      {"2025-11-21T05:44:12+99:99", std::nullopt},
-      {"2025-11-21T05:44:12Z and more", std::nullopt},
-      {"2025-11-21 05:44:12Z", std::nullopt},
-      {"999999999999-11-21T05:44:12Z", std::nullopt},
-      {"", std::nullopt},
   };
-  for (const auto& [text, expected] : cases) {
-    const auto moment = isoTime(text);
-    ASSERT_EQ(moment.has_value(), expected.has_value()) << text;
-    EXPECT_NEAR(seconds(moment.value_or(Timestamp{})), expected.value_or(0), 1e-6) << text;
-  }
+  for (const auto& [text, expected] : cases)
+    EXPECT_NEAR(seconds(isoTime(text).value_or(Timestamp{})), expected, 1e-6) << text;
+  for (const char* none :
+       {"2025-11-21T05:44:12.Z", "2025-02-29T00:00:00Z", "2025-00-21T00:00:00Z", "2025-11-31T00:00:00Z",
+        "2025-11-21T24:00:00Z", "2025-11-21T05:60:00Z", "2025-11-21T23:59:60Z", "2025-11-21T05:44:12",
+        "2025-11-21T05:44:12+99:99", "2025-11-21T05:44:12Z and more", "2025-11-21 05:44:12Z",
+        "999999999999-11-21T05:44:12Z", ""})
+    EXPECT_EQ(isoTime(none), std::nullopt) << none;
 }
 
 const std::string titleLine = R"({"type":"ai-title","aiTitle":"Fix the cart"})"

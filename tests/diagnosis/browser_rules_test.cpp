@@ -22,6 +22,7 @@ TEST_F(Browsers, LargeOrBusy) {
   const std::tuple<std::uint64_t, double, const char*> cases[] = {
       {3'435'973'836, 0.99, ""},  // just below a fifth of 16 GB
       {3'435'973'837, 0.99, "Zen uses 3.2 GB of memory | 20% of memory | ALWAYS ON 0.2\n"},
+      {3'951'369'912, 0, "Zen uses 3.7 GB of memory | 22% of memory | ALWAYS ON 0.23\n"},  // 22.9999999985
       {8 * gigabyte, 1.0, "Zen is working hard | 10% CPU | BUSY NOW 0.5\n"},
   };
   for (const auto& [footprint, cpu, cards] : cases) {

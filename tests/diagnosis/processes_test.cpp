@@ -7,15 +7,13 @@ namespace tarnwick {
 namespace {
 
 TEST(WorkKind, FindsWordsInsideWords) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"make test-cov", "tests"},
-      {"pip fetch latest", "tests"},
-      {"npm run BUILD", "a build"},
-      {"npm install && webpack", "a build"},
-      {"uv sync --all", "a package install"},
-      {"uv  sync", ""},
-      {"", ""},
-  };
+  const std::pair<const char*, const char*> cases[] = {{"make test-cov", "tests"},
+                                                       {"pip fetch latest", "tests"},
+                                                       {"npm run BUILD", "a build"},
+                                                       {"npm install && webpack", "a build"},
+                                                       {"uv sync --all", "a package install"},
+                                                       {"uv  sync", ""},
+                                                       {"", ""}};
   for (const auto& [command, kind] : cases) EXPECT_EQ(workKind(command).value_or(""), kind) << command;
 }
 
@@ -31,8 +29,7 @@ TEST(DbKind, TheFirstRowWins) {
 TEST(ServerKind, NamesTheToolThatServes) {
   const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{"python3", "-m", "uvicorn", "app:app"}, "Python API"},
-      {{"python3.11", "Flask", "run"},
-       "Python server"},  // no runtime by that name: its script does not count
+      {{"python3.11", "Flask", "run"}, "Python server"},  // no runtime by that name: no script either
       {{"python3", "-u", "/opt/bin/Flask", "run"}, "Python API"},
       {{"node", "/Users/a/app/node_modules/.bin/vite"}, "Vite dev server"},
       {{"node", "-m"}, "Node server"},  // nothing follows
@@ -47,7 +44,6 @@ TEST(ServerKind, NamesTheToolThatServes) {
 
 std::vector<Pid> pids(const std::vector<const Proc*>& procs) {
   std::vector<Pid> all;
-  all.reserve(procs.size());
   for (const Proc* proc : procs) all.push_back(proc->pid);
   return all;
 }
