@@ -85,6 +85,7 @@ std::optional<DesktopEntryText> desktopEntryText(std::string_view text,
                                                  const std::vector<std::string>& variants) {
   if (!enterGroup(text)) return std::nullopt;
   std::string_view name;
+  std::string_view icon;
   std::size_t best = variants.size() + 1;
   bool application = false;
   bool hidden = false;
@@ -95,6 +96,7 @@ std::optional<DesktopEntryText> desktopEntryText(std::string_view text,
     if (line.starts_with('#') || equals == std::string_view::npos) continue;
     const std::string_view key = trimmed(line.substr(0, equals), entryBlanks);
     const std::string_view value = trimmed(line.substr(equals + 1), entryBlanks);
+    if (key == "Icon" && icon.empty()) icon = value;
     if (key == "Type") application = value == "Application";
     if (key == "NoDisplay" || key == "Hidden") hidden = hidden || value == "true";
     const auto rank = nameRank(key, variants);
@@ -102,7 +104,9 @@ std::optional<DesktopEntryText> desktopEntryText(std::string_view text,
     best = *rank;
     name = value;
   }
-  return DesktopEntryText{.name = repairUtf8(unescapedValue(name)), .shown = application && !hidden};
+  return DesktopEntryText{.name = repairUtf8(unescapedValue(name)),
+                          .shown = application && !hidden,
+                          .icon = repairUtf8(unescapedValue(icon))};
 }
 
 }  // namespace tarnwick

@@ -14,8 +14,9 @@ inline constexpr std::size_t desktopEntryLimit = 1'048'576;  // bytes
 
 // What the group "[Desktop Entry]" says.
 struct DesktopEntryText {
-  std::string name;    // in the user's language where the entry has it; empty when the entry has no name
-  bool shown = false;  // an application that menus show
+  std::string name;       // in the user's language where the entry has it; empty when the entry has no name
+  bool shown = false;     // an application that menus show
+  std::string icon = {};  // a theme's name of it or a file's path; empty when the entry has none
 
   bool operator==(const DesktopEntryText&) const = default;
 };

@@ -11,13 +11,13 @@
 #include <array>
 
 #include "app/panel/qt/theme.h"
+#include "sampling/decode/desktop_entry.h"
 
 namespace tarnwick::panel {
 namespace {
 
 constexpr int spokes = 12;
 constexpr int spokeMilliseconds = 80;
-constexpr qint64 largestEntry = 256LL * 1024;  // a desktop entry is a few kilobytes
 
 struct Glyph {
   std::string_view symbol;
@@ -105,19 +105,13 @@ void drawPlainSign(QPainter& painter, const QRectF& area, std::string_view name,
   painter.drawText(area.adjusted(-pixels, -pixels, pixels, pixels), Qt::AlignCenter, sign);
 }
 
-// The value of "Icon" in the main group of a desktop entry; empty when it has none.
+// What a desktop entry names as its icon; empty when it names none.
 QString iconOfEntry(const QString& path) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) return {};
-  bool inMainGroup = false;
-  for (const QByteArray& raw : file.read(largestEntry).split('\n')) {
-    const QByteArray line = raw.trimmed();
-    if (line.startsWith('[')) inMainGroup = line == "[Desktop Entry]";
-    const qsizetype equals = line.indexOf('=');
-    if (inMainGroup && equals > 0 && line.left(equals).trimmed() == "Icon")
-      return QString::fromUtf8(line.mid(equals + 1).trimmed());
-  }
-  return {};
+  const QByteArray text = file.read(desktopEntryLimit);
+  const auto entry = desktopEntryText({text.constData(), static_cast<std::size_t>(text.size())}, {});
+  return entry ? QString::fromStdString(entry->icon) : QString();
 }
 
 }  // namespace
