@@ -3,6 +3,7 @@
 // thread but the main one: calls block, one of them until the user has answered the system's question.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -25,5 +26,15 @@ class Browsers : public BrowserQuestions {
 
 // Those of this system. `tools` outlives the result.
 std::unique_ptr<Browsers> systemBrowsers(ToolRunner& tools);
+
+// The permission behind the status with which macOS answers whether this program may automate another one.
+// Everything that is no clear answer, such as that the other program does not run, is unknown.
+constexpr Access accessFromStatus(std::int32_t status) {
+  constexpr std::int32_t notPermitted = -1743;
+  constexpr std::int32_t wouldRequireConsent = -1744;
+  if (status == 0) return Access::allowed;
+  if (status == notPermitted) return Access::denied;
+  return status == wouldRequireConsent ? Access::notAsked : Access::unknown;
+}
 
 }  // namespace tarnwick

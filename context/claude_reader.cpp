@@ -1,10 +1,10 @@
 #include "context/claude_reader.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <nlohmann/json.hpp>
 #include <string_view>
 
-#include "context/claude_files.h"
 #include "records/text.h"
 #include "sampling/decode/iso_time.h"
 #include "sampling/decode/json_members.h"
@@ -19,6 +19,24 @@ constexpr std::size_t jsonFileBytes = 1U << 20U;
 constexpr std::size_t transcriptTailBytes = 1U << 20U;
 
 }  // namespace
+
+std::optional<nlohmann::json> jsonObject(std::string_view text) {
+  nlohmann::json value = nlohmann::json::parse(text, nullptr, false);
+  if (!value.is_object()) return std::nullopt;
+  return value;
+}
+
+std::optional<nlohmann::json> newest(std::string_view bytes, std::string_view type, std::string_view key) {
+  const std::string marker = "\"type\":\"" + std::string(type) + "\"";
+  const std::size_t at = bytes.rfind(marker);
+  if (at == std::string_view::npos) return std::nullopt;
+  const std::size_t before = bytes.rfind('\n', at);
+  const std::size_t start = before == std::string_view::npos ? 0 : before + 1;
+  const std::size_t end = std::min(bytes.find('\n', at), bytes.size());
+  auto line = jsonObject(bytes.substr(start, end - start));
+  if (line && !line->contains(key)) return std::nullopt;
+  return line;
+}
 
 std::optional<nlohmann::json> ClaudeReader::json(const std::string& path) {
   const auto text = readSmallFile(path, jsonFileBytes);

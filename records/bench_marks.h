@@ -16,16 +16,19 @@ using BenchMark = std::pair<std::string, double>;
 class BenchMarks {
  public:
   // `processorMilliseconds` answers the program's own cumulative processor time.
-  explicit BenchMarks(std::function<double()> processorMilliseconds);
+  explicit BenchMarks(std::function<double()> processorMilliseconds)
+      : processorMilliseconds_(std::move(processorMilliseconds)) {}
 
   // Starts a new, empty list of marks.
-  void arm();
+  void arm() { benchMarks.emplace(); }
 
   // Stops recording and hands out what was recorded; absent when it was not armed.
-  std::optional<std::vector<BenchMark>> take();
+  std::optional<std::vector<BenchMark>> take() { return std::exchange(benchMarks, std::nullopt); }
 
   // Appends one mark when armed, else does nothing.
-  void mark(const char* label);
+  void mark(const char* label) {
+    if (benchMarks) benchMarks->emplace_back(label, processorMilliseconds_());
+  }
 
  private:
   std::function<double()> processorMilliseconds_;

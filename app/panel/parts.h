@@ -32,15 +32,13 @@ inline Node label(std::string text, FontRole font, ColourRole colour) {
   return {Label{.text = std::move(text), .font = font, .colour = colour}};
 }
 
-// verdict_part.cpp: the answer at the top, the three chips, the last action's outcome.
+// frame_parts.cpp: the answer at the top, the three chips, the last action's outcome; the footer.
 Node verdictRow(const PanelView& view);
 Node chipRow(const Snapshot& snapshot);
 Node noteBanner(const Note& note);
+Node footer(const PanelView& view, Timestamp now);
 
 // card_part.cpp: one finding, closed or open.
 Node card(const Finding& finding, const PanelView& view);
-
-// footer_part.cpp
-Node footer(const PanelView& view, Timestamp now);
 
 }  // namespace tarnwick::panel

@@ -9,8 +9,8 @@
 
 namespace tarnwick {
 
-// The system's status for automating that program in any way, see automation_status.h. With `askUser` the
-// system asks the user, if it has not done so before.
+// The system's status for automating that program in any way, see accessFromStatus() in browsers.h. With
+// `askUser` the system asks the user, if it has not done so before.
 std::int32_t automationStatus(const std::string& bundleID, bool askUser);
 
 // The addresses of all open tabs, window by window. Absent for a browser without tab codes, and when it does

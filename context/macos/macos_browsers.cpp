@@ -3,7 +3,6 @@
 #include <memory>
 #include <utility>
 
-#include "context/automation_status.h"
 #include "context/macos/apple_events.h"
 #include "context/tabs.h"
 #include "sampling/tools/tool_places.h"

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "records/utf8.h"
+
 namespace tarnwick {
 
 // Did the kernel answer with exactly this record? Another size is another release's record, or an error.
@@ -22,6 +24,8 @@ constexpr std::size_t wholeRecords(std::int64_t answeredBytes, std::size_t recor
 }
 
 // A text in a field of fixed size: up to the first zero byte, or all of it. Valid UTF-8.
-std::string textInField(std::string_view field);
+inline std::string textInField(std::string_view field) {
+  return repairUtf8(field.substr(0, field.find('\0')));
+}
 
 }  // namespace tarnwick

@@ -4,7 +4,9 @@
 
 #include <dirent.h>
 #include <sys/types.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <memory>
 #include <span>
 #include <utility>
@@ -26,11 +28,19 @@ class Descriptor {
 
   bool isOpen() const { return number_ >= 0; }
   int number() const { return number_; }  // below 0 when not open
-  void close();
+  void close() {
+    if (isOpen()) ::close(std::exchange(number_, -1));
+  }
 
   // One read, begun anew when a signal interrupts it. The number of bytes; 0 at the end, below 0 on failure,
   // with the reason in errno.
-  ssize_t read(std::span<char> buffer) const;
+  ssize_t read(std::span<char> buffer) const {
+    ssize_t count = -1;
+    do {
+      count = ::read(number_, buffer.data(), buffer.size());
+    } while (count < 0 && errno == EINTR);
+    return count;
+  }
 
  private:
   int number_;

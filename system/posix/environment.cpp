@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
-extern char** environ;
+extern "C" char** environ;
 
 namespace tarnwick {
 namespace {

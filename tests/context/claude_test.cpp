@@ -1,6 +1,5 @@
 #include <nlohmann/json.hpp>
 
-#include "context/claude_files.h"
 #include "context/claude_reader.h"
 #include "sampling/decode/iso_time.h"
 #include "sampling/decode/json_members.h"

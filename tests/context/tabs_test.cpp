@@ -1,6 +1,6 @@
 #include "context/tabs.h"
 
-#include "context/automation_status.h"
+#include "context/browsers.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {

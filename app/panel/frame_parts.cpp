@@ -1,6 +1,8 @@
+// What stands around the list of cards: verdict, chips and note above it, the footer below.
 #include <algorithm>
 #include <array>
 
+#include "app/panel/content.h"
 #include "app/panel/parts.h"
 #include "diagnosis/detect.h"
 #include "diagnosis/verdict.h"
@@ -35,6 +37,13 @@ ColourRole roleOf(NoteColor color) {
       break;
   }
   return ColourRole::secondary;
+}
+
+std::string freshness(const PanelView& view, Timestamp now) {
+  if (view.busy) return "Checking…";
+  if (!view.snap.has_value()) return "";
+  const double age = secondsBetween(view.snap->now, now);
+  return age < 10 ? "Updated just now" : "Updated " + ago(age) + " ago";
 }
 
 }  // namespace
@@ -73,6 +82,39 @@ Node noteBanner(const Note& note) {
           .opacity = 0.12,
           .width = listWidth,
           .child = {{row(7, {{Symbol{.name = note.icon, .size = 15, .colour = colour}}, {text, true}})}}}};
+}
+
+Node footer(const PanelView& view, Timestamp now) {
+  const Button again{.id = "refresh",
+                     .symbol = "arrow.clockwise",
+                     .toolTip = "Check again",
+                     .accessibleName = "Check again",
+                     .style = Button::Style::borderless,
+                     .enabled = !view.busy,
+                     .action = CheckAgain{}};
+  const Button more{.id = "menu",
+                    .symbol = "ellipsis.circle",
+                    .accessibleName = "Menu",
+                    .style = Button::Style::borderless,
+                    .action = OpenMenu{}};
+  Stack line = row(
+      10, {{Label{.text = freshness(view, now), .font = FontRole::caption, .colour = ColourRole::secondary},
+            true},
+           {again},
+           {more}});
+  line.width = listWidth;
+  return {line};
+}
+
+std::vector<MenuItem> menu(bool opensAtLogin, bool prTitles) {
+  return {{.title = "Copy report", .action = CopyReport{}},
+          {.title = "Open at login", .checked = opensAtLogin, .checkable = true, .action = ToggleLoginItem{}},
+          {.title = "Show pull request titles",
+           .checked = prTitles,
+           .checkable = true,
+           .action = TogglePrTitles{}},
+          {},
+          {.title = "Quit Tarnwick", .action = Quit{}}};
 }
 
 }  // namespace tarnwick::panel
