@@ -128,7 +128,7 @@ void LinuxProcessSource::beginPass() {
   ports_.beginPass();
   stats_.beginPass();
   argumentBuffer_.beginPass();
-  userManagers_.clear();
+  families_.clear();
   applicationsHaveUnits_.reset();
 }
 
@@ -163,12 +163,16 @@ std::unique_ptr<Process> LinuxProcessSource::process(Pid pid) {
   if (!files || files->uid() != options_.uid) return nullptr;
   auto seen = look(*files);
   if (!seen || seen->stat.zombie()) return nullptr;
-  userManagers_[pid] = looksLikeUserManager(seen->stat);
+  families_[pid] = familyOf(seen->stat);
   const std::optional<std::int64_t> started = startSeconds(seen->stat.startTicks, clock_);
   if (!started) return nullptr;
-  const Pid parent = isUserManager(seen->stat.ppid) ? 1 : seen->stat.ppid;
-  return std::make_unique<OneProcess>(*this, std::move(*files), std::move(*seen),
-                                      ProcessFacts{parent, options_.uid, *started});
+  const Pid parent = wasAdopted(seen->stat, pid) ? 1 : seen->stat.ppid;
+  const ProcessFacts facts{.ppid = parent,
+                           .uid = options_.uid,
+                           .started = *started,
+                           .session = seen->stat.session,
+                           .hasTerminal = seen->stat.terminal != 0};
+  return std::make_unique<OneProcess>(*this, std::move(*files), std::move(*seen), facts);
 }
 
 std::optional<LinuxProcessSource::Look> LinuxProcessSource::look(const ProcessFiles& files) {
@@ -201,13 +205,24 @@ std::optional<std::uint64_t> LinuxProcessSource::timeFromTicks(const ProcStat& s
   return (stat.userTicks + stat.systemTicks) * tick;
 }
 
-bool LinuxProcessSource::isUserManager(Pid pid) {
-  if (pid <= 1) return false;
-  const auto known = userManagers_.find(pid);
-  if (known != userManagers_.end()) return known->second;
+bool LinuxProcessSource::wasAdopted(const ProcStat& stat, Pid pid) {
+  if (stat.ppid <= 1) return false;
+  const Family parent = family(stat.ppid);
+  if (parent.userManager) return true;
+  const bool inherited = stat.session == parent.session;
+  return parent.session != 0 && stat.session != 0 && !inherited && stat.session != pid;
+}
+
+LinuxProcessSource::Family LinuxProcessSource::family(Pid pid) {
+  const auto known = families_.find(pid);
+  if (known != families_.end()) return known->second;
   const auto files = reader_.open(pid);
   const auto stat = files && files->uid() == options_.uid ? statOf(*files, textBuffer_) : std::nullopt;
-  return userManagers_[pid] = stat && looksLikeUserManager(*stat);
+  return families_[pid] = stat ? familyOf(*stat) : Family{};
+}
+
+LinuxProcessSource::Family LinuxProcessSource::familyOf(const ProcStat& stat) {
+  return {.session = stat.session, .userManager = looksLikeUserManager(stat)};
 }
 
 std::optional<std::string_view> LinuxProcessSource::commandLine(const ProcessFiles& files) {

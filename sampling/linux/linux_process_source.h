@@ -43,9 +43,10 @@ class LinuxProcessSource : public ProcessSource {
   std::uint64_t wallTime() override;
   std::optional<std::uint64_t> processorTime(Pid pid) override;
   // Null too for one that ended and that its parent has not asked about yet: it is gone for everybody else.
-  // An orphan that the user's service manager adopted has parent 1, as if there were no such manager. What
-  // runs in a terminal inside an application's unit belongs to no application. Without arguments and
-  // executable (kernel threads, a first thread that ended) the kernel's name for the process is its argument.
+  // An orphan that the user's service manager or another process adopted has parent 1, as if there were no
+  // such. What runs in a terminal inside an application's unit belongs to no application. Without arguments
+  // and executable (kernel threads, a first thread that ended) the kernel's name for the process is its
+  // argument.
   std::unique_ptr<Process> process(Pid pid) override;
 
   // What start times are reckoned with; never changes. Any thread.
@@ -61,11 +62,21 @@ class LinuxProcessSource : public ProcessSource {
     std::optional<MemoryUse> memory = {};
   };
 
+  // What matters of a parent; nothing of a process that is not the user's.
+  struct Family {
+    Pid session = 0;
+    bool userManager = false;
+  };
+
   std::optional<Look> look(const ProcessFiles& files);
   // What earlier checks read, asked whether the process still lives.
   std::optional<Look> stillTrue(const ProcessFiles& files, const ProcStat& kept);
   std::optional<std::uint64_t> timeFromTicks(const ProcStat& stat) const;
-  bool isUserManager(Pid pid);
+  // Did its parent only adopt it? The user's service manager does so, and so does whoever has a child of a
+  // session that is neither the parent's nor the child's own.
+  bool wasAdopted(const ProcStat& stat, Pid pid);
+  Family family(Pid pid);
+  static Family familyOf(const ProcStat& stat);
   std::optional<std::string_view> commandLine(const ProcessFiles& files);
   bool applicationsHaveUnits();
 
@@ -81,7 +92,7 @@ class LinuxProcessSource : public ProcessSource {
   std::optional<Pid> listedAt_;                               // absent: the list is to be made anew
   std::array<char, ProcessFiles::longestLink> textBuffer_{};  // of the file or link that is being read
   ArgumentBuffer argumentBuffer_;
-  PidMap<bool> userManagers_;                  // what this pass knows of each pid
+  PidMap<Family> families_;                    // what this pass knows of each pid
   std::optional<bool> applicationsHaveUnits_;  // absent until asked for in a pass
 };
 

@@ -16,7 +16,7 @@ namespace {
 using namespace std::string_view_literals;
 
 const std::string statTail =
-    " S 41 5 5 34816 -1 4194304 19 0 0 0 17 4 0 0 20 0 1 0 130749 2400256 114 18446744073709551615";
+    " S 41 5 6 34816 -1 4194304 19 0 0 0 17 4 0 0 20 0 1 0 130749 2400256 114 18446744073709551615";
 
 TEST(ProcStatTest, NameEndsAtTheLastBracket) {
   const std::pair<std::string, std::string> names[] = {
@@ -27,9 +27,9 @@ TEST(ProcStatTest, NameEndsAtTheLastBracket) {
     const auto stat = procStat(std::string("12 (").append(raw).append(")").append(statTail));
     ASSERT_TRUE(stat) << raw;
     EXPECT_EQ(stat->name, name);
-    EXPECT_EQ(std::tuple(stat->state, stat->ppid, stat->terminal, stat->userTicks, stat->systemTicks,
-                         stat->startTicks),
-              std::tuple('S', 41, 34816, 17U, 4U, 130749U));
+    EXPECT_EQ(std::tuple(stat->state, stat->ppid, stat->session, stat->terminal, stat->userTicks,
+                         stat->systemTicks, stat->startTicks),
+              std::tuple('S', 41, 6, 34816, 17U, 4U, 130749U));
     EXPECT_FALSE(stat->kernelThread());
   }
   const char* thread = "2 (kthreadd) S 0 0 0 0 -1 2129984 0 0 0 0 0 6 0 0 20 0 1 0 0 0 0\n";

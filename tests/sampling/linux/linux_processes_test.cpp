@@ -127,6 +127,27 @@ TEST_F(RecordedProcessesTest, OrphansOfTheUserManagerHaveParentOne) {
   for (const auto& [pid, ppid, expected] : cases) EXPECT_EQ(procs.at(pid).ppid, expected) << pid;
 }
 
+TEST_F(RecordedProcessesTest, SessionsTellWhoWasAdoptedAndWhoIsTypedInto) {
+  tree.process(50, {.name = "reaper", .session = 50});
+  // Pid, session, terminal: a child, one of an ended session, one that leads its own.
+  const std::tuple<Pid, Pid, int, Pid, bool> cases[] = {{51, 50, 0, 50, false},
+                                                        {52, 40, 0, 1, false},
+                                                        {53, 53, 34816, 50, true},
+                                                        {54, 54, 0, 50, false},
+                                                        {55, 0, 34816, 50, false}};
+  for (const auto& [pid, session, terminal, parent, typedInto] : cases) {
+    tree.process(pid, {.ppid = 50, .terminal = terminal, .session = session});
+    tree.write(std::to_string(pid) + "/cmdline", std::string_view("/bin/ksh\0", 9));
+  }
+  tree.process(56, {.terminal = 34816, .session = 56});
+  const auto procs = sample();
+  for (const auto& [pid, session, terminal, parent, typedInto] : cases)
+    EXPECT_EQ(std::tuple(procs.at(pid).session, procs.at(pid).ppid, procs.at(pid).terminalShell),
+              std::tuple(session, parent, typedInto))
+        << pid;
+  EXPECT_FALSE(procs.at(56).terminalShell) << "no shell";
+}
+
 TEST_F(RecordedProcessesTest, ApplicationsComeFromTheirUnits) {
   const std::string user = std::to_string(::getuid());
   const std::string slice = "/user.slice/user-" + user + ".slice/user@" + user + ".service/app.slice";
