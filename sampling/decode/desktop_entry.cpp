@@ -85,6 +85,8 @@ std::optional<DesktopEntryText> desktopEntryText(std::string_view text,
                                                  const std::vector<std::string>& variants) {
   if (!enterGroup(text)) return std::nullopt;
   std::string_view name;
+  std::string_view command;
+  bool terminal = false;
   std::size_t best = variants.size() + 1;
   bool application = false;
   bool hidden = false;
@@ -96,13 +98,18 @@ std::optional<DesktopEntryText> desktopEntryText(std::string_view text,
     const std::string_view key = trimmed(line.substr(0, equals), entryBlanks);
     const std::string_view value = trimmed(line.substr(equals + 1), entryBlanks);
     if (key == "Type") application = value == "Application";
+    if (key == "Exec") command = value;
+    if (key == "Terminal") terminal = value == "true";
     if (key == "NoDisplay" || key == "Hidden") hidden = hidden || value == "true";
     const auto rank = nameRank(key, variants);
     if (!rank || *rank >= best || value.empty()) continue;
     best = *rank;
     name = value;
   }
-  return DesktopEntryText{.name = repairUtf8(unescapedValue(name)), .shown = application && !hidden};
+  return DesktopEntryText{.name = repairUtf8(unescapedValue(name)),
+                          .shown = application && !hidden,
+                          .command = application ? unescapedValue(command) : std::string(),
+                          .terminal = terminal};
 }
 
 }  // namespace tarnwick

@@ -16,6 +16,8 @@ inline constexpr std::size_t desktopEntryLimit = 1'048'576;  // bytes
 struct DesktopEntryText {
   std::string name;    // in the user's language where the entry has it; empty when the entry has no name
   bool shown = false;  // an application that menus show
+  std::string command = {};  // what starts it; empty when nothing does
+  bool terminal = false;     // it runs inside a terminal, whose application it is then part of
 
   bool operator==(const DesktopEntryText&) const = default;
 };

@@ -7,8 +7,6 @@
 #include <limits>
 #include <utility>
 
-#include "sampling/decode/app_unit.h"
-
 namespace tarnwick {
 namespace {
 
@@ -83,13 +81,10 @@ class LinuxProcessSource::OneProcess final : public Process {
   ProcessFacts facts_;
 };
 
-std::optional<std::string> LinuxProcessSource::OneProcess::app(const std::string& /*path*/) {
-  if (!source_.applicationsHaveUnits() || !hasProgram() || seen_.stat.terminal != 0) return std::nullopt;
-  const auto text = files_.read("cgroup", source_.textBuffer_);
-  const auto unit = text ? appUnitOfCgroup(*text) : std::nullopt;
-  auto id = unit ? applicationID(*unit) : std::nullopt;
-  if (!id || !source_.options_.appDisplayName) return id;
-  return source_.options_.appDisplayName(*id).value_or(*id);
+std::optional<std::string> LinuxProcessSource::OneProcess::app(const std::string& path) {
+  Applications* applications = source_.options_.applications;
+  if (applications == nullptr || !hasProgram()) return std::nullopt;
+  return applications->of(files_, seen_.stat, path);
 }
 
 std::vector<std::string> LinuxProcessSource::OneProcess::args() {
@@ -129,7 +124,7 @@ void LinuxProcessSource::beginPass() {
   stats_.beginPass();
   argumentBuffer_.beginPass();
   families_.clear();
-  applicationsHaveUnits_.reset();
+  if (options_.applications != nullptr) options_.applications->beginPass();
 }
 
 std::vector<Pid> LinuxProcessSource::myPids() { return reader_.pidsOf(options_.uid, mostProcesses); }
@@ -166,6 +161,7 @@ std::unique_ptr<Process> LinuxProcessSource::process(Pid pid) {
   families_[pid] = familyOf(seen->stat);
   const std::optional<std::int64_t> started = startSeconds(seen->stat.startTicks, clock_);
   if (!started) return nullptr;
+  if (options_.applications != nullptr) options_.applications->stillThere(pid, seen->stat);
   const Pid parent = wasAdopted(seen->stat, pid) ? 1 : seen->stat.ppid;
   const ProcessFacts facts{.ppid = parent,
                            .uid = options_.uid,
@@ -209,8 +205,8 @@ bool LinuxProcessSource::wasAdopted(const ProcStat& stat, Pid pid) {
   if (stat.ppid <= 1) return false;
   const Family parent = family(stat.ppid);
   if (parent.userManager) return true;
-  const bool inherited = stat.session == parent.session;
-  return parent.session != 0 && stat.session != 0 && !inherited && stat.session != pid;
+  const bool inherited = parent.session == unknownSession || stat.session == parent.session;
+  return stat.session != 0 && stat.session != pid && !inherited;
 }
 
 LinuxProcessSource::Family LinuxProcessSource::family(Pid pid) {
@@ -231,13 +227,6 @@ std::optional<std::string_view> LinuxProcessSource::commandLine(const ProcessFil
     if (!bytes) return std::nullopt;
     return bytes->size();
   });
-}
-
-bool LinuxProcessSource::applicationsHaveUnits() {
-  if (!applicationsHaveUnits_) {
-    applicationsHaveUnits_ = appSlice(options_.cgroupRoot, options_.uid).has_value();
-  }
-  return *applicationsHaveUnits_;
 }
 
 }  // namespace tarnwick

@@ -30,10 +30,11 @@ void printProcess(const tarnwick::Proc& proc, tarnwick::Starters& starters) {
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
   const tarnwick::Self self = tarnwick::readSelf();
   tarnwick::LiveCheck check(self, [] { return false; });
   const tarnwick::Snapshot snapshot = check.scan(tarnwick::LiveCheck::checkSeconds);
+  if (argc == 3) return check.apply({tarnwick::QuitApp{argv[2]}}) ? 1 : 0;  // quit ID
   tarnwick::Starters starters(snapshot);
   for (const auto& [pid, proc] : snapshot.procs) printProcess(proc, starters);
   for (const auto& app : snapshot.apps) {

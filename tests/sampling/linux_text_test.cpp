@@ -226,19 +226,21 @@ TEST(ApplicationIDTest, FollowsTheFormOfUnitNames) {
   for (const auto& [unit, id] : cases) EXPECT_EQ(applicationID(unit), id) << unit;
 }
 
-TEST(AppUnitOfCgroupTest, FindsTheUnitBelowTheApplicationSlice) {
+TEST(AppUnitFolderTest, EndsWithTheUnitBelowTheApplicationSlice) {
   const std::string manager = "/user.slice/user-1000.slice/user@1000.service";
   const std::pair<std::string, std::optional<std::string>> cases[] = {
-      {"0::" + manager + "/app.slice/app-firefox-1.scope\n", "app-firefox-1.scope"},
-      {"9:name=systemd:" + manager + "/app.slice/app-firefox-1.scope\n0::/\n", "app-firefox-1.scope"},
-      {"12:cpu:/\n0::" + manager + "/app.slice/app-code.slice/app-code-7.scope/inner", "app-code-7.scope"},
+      {"0::" + manager + "/app.slice/app-firefox-1.scope\n", manager + "/app.slice/app-firefox-1.scope"},
+      {"9:name=systemd:" + manager + "/app.slice/app-firefox-1.scope\n0::/\n",
+       manager + "/app.slice/app-firefox-1.scope"},
+      {"12:cpu:/\n0::" + manager + "/app.slice/app-code.slice/app-code-7.scope/inner",
+       manager + "/app.slice/app-code.slice/app-code-7.scope"},
       {"0::" + manager + "/app.slice/app-code.slice/vte-spawn-1.scope", std::nullopt},
       {"0::" + manager + "/session.slice/app-shell-1.scope", std::nullopt},
       {"0::/system.slice/app.slice/app-firefox-1.scope", std::nullopt},
       {"5:cpu:" + manager + "/app.slice/app-firefox-1.scope", std::nullopt},
       {"", std::nullopt},
   };
-  for (const auto& [text, unit] : cases) EXPECT_EQ(appUnitOfCgroup(text), unit) << text;
+  for (const auto& [text, unit] : cases) EXPECT_EQ(appUnitFolder(text), unit) << text;
 }
 
 }  // namespace

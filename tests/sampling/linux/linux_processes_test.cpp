@@ -148,29 +148,6 @@ TEST_F(RecordedProcessesTest, SessionsTellWhoWasAdoptedAndWhoIsTypedInto) {
   EXPECT_FALSE(procs.at(56).terminalShell) << "no shell";
 }
 
-TEST_F(RecordedProcessesTest, ApplicationsComeFromTheirUnits) {
-  const std::string user = std::to_string(::getuid());
-  const std::string slice = "/user.slice/user-" + user + ".slice/user@" + user + ".service/app.slice";
-  const std::string unit = "0::" + slice + "/app-gnome-org.example.Paint-7.scope\n";
-  for (const Pid pid : {80, 82}) tree.process(pid, {});
-  tree.process(81, {.terminal = 34816});
-  for (const auto file : {"80/cgroup", "81/cgroup"}) tree.write(file, unit);
-  EXPECT_EQ(sample().at(80).app, std::nullopt) << "no application slice on the machine";
-
-  std::filesystem::create_directories(tree.cgroups() + "/unified" + slice);
-  const auto procs = sample();
-  EXPECT_EQ(procs.at(80).app, "org.example.Paint");
-  EXPECT_THAT(procs.at(80).args, IsEmpty());
-  EXPECT_EQ(procs.at(81).app, std::nullopt) << "a shell in a terminal";
-  EXPECT_EQ(procs.at(82).app, std::nullopt);
-
-  auto options = tree.options();
-  options.appDisplayName = [](const std::string& id) { return std::optional("Paint of " + id); };
-  EXPECT_EQ(LinuxProcessSource(options).process(80)->app(""), "Paint of org.example.Paint");
-  options.appDisplayName = [](const std::string&) { return std::nullopt; };
-  EXPECT_EQ(LinuxProcessSource(options).process(80)->app(""), "org.example.Paint");
-}
-
 TEST_F(RecordedProcessesTest, ProcessorTimeComesFromTheTicks) {
   tree.process(90, {.userTicks = 250});
   LinuxProcessSource source(tree.options());

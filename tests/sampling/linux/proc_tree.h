@@ -59,7 +59,6 @@ class ProcTree {
     LinuxProcessOptions options;
     options.uid = ::getuid();
     options.procRoot = root();
-    options.cgroupRoot = cgroups();
     return options;
   }
 
