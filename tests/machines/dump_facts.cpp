@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/live_check.h"
+#include "app/machine.h"
 #include "diagnosis/process_tree.h"
 #include "system/self.h"
 
@@ -32,8 +32,9 @@ void printProcess(const tarnwick::Proc& proc, tarnwick::Starters& starters) {
 
 int main(int argc, char** argv) {
   const tarnwick::Self self = tarnwick::readSelf();
-  tarnwick::LiveCheck check(self, [] { return false; });
-  const tarnwick::Snapshot snapshot = check.scan(tarnwick::LiveCheck::checkSeconds);
+  tarnwick::RealOutside outside(self);
+  tarnwick::Machine check(outside.parts(), tarnwick::PrTitles::never);
+  const tarnwick::Snapshot snapshot = check.scan(tarnwick::Machine::checkSeconds);
   if (argc == 3) return check.apply({tarnwick::QuitApp{argv[2]}}) ? 1 : 0;  // quit ID
   tarnwick::Starters starters(snapshot);
   for (const auto& [pid, proc] : snapshot.procs) printProcess(proc, starters);
