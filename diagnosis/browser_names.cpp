@@ -17,7 +17,8 @@ bool isSafariRunning(const Snapshot& snapshot) {
 }
 
 std::optional<std::string_view> browserOf(const Proc& proc, bool safariRuns) {
-  if (proc.app && browserOfApp(*proc.app) != nullptr) return *proc.app;
+  const KnownBrowser* known = proc.app ? browserOfApp(*proc.app) : nullptr;
+  if (known != nullptr && (!known->onlyLinux || proc.session != 0)) return *proc.app;
   const bool webKit =
       safariRuns && std::any_of(webKitPages.begin(), webKitPages.end(),
                                 [&](std::string_view end) { return proc.path.ends_with(end); });
@@ -26,8 +27,9 @@ std::optional<std::string_view> browserOf(const Proc& proc, bool safariRuns) {
 
 const RunningApp* runningApp(std::string_view appName, const Snapshot& snapshot) {
   const std::string ending = "/" + std::string(appName) + ".app";
-  const auto app = std::find_if(snapshot.apps.begin(), snapshot.apps.end(),
-                                [&](const RunningApp& a) { return a.path.ends_with(ending); });
+  const auto app = std::find_if(snapshot.apps.begin(), snapshot.apps.end(), [&](const RunningApp& a) {
+    return a.path.ends_with(ending) || (a.path.ends_with(".desktop") && a.name == appName);
+  });
   return app == snapshot.apps.end() ? nullptr : &*app;
 }
 

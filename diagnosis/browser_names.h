@@ -44,7 +44,8 @@ bool isSafariRunning(const Snapshot& snapshot);
 // The application name of the browser that the process belongs to; absent when to none.
 std::optional<std::string_view> browserOf(const Proc& proc, bool safariRuns);
 
-// The first running application whose bundle carries that application name; null when none.
+// The first running application whose bundle, or whose desktop entry, carries that application name; null
+// when none.
 const RunningApp* runningApp(std::string_view appName, const Snapshot& snapshot);
 
 }  // namespace tarnwick

@@ -5,28 +5,60 @@
 #include <string_view>
 
 #include "records/checked.h"
+#include "records/shells.h"
 
 namespace tarnwick {
 namespace {
 
 constexpr Pid firstUserPid = 2;  // 0 and 1 adopt what lost its parent; they start nothing
-constexpr std::array<std::string_view, 7> shells{"sh", "bash", "zsh", "fish", "dash", "csh", "tcsh"};
 
-bool isShell(const Proc& proc) {
-  return std::find(shells.begin(), shells.end(), proc.name()) != shells.end();
-}
+// What runs whole desktop sessions, beside the leaders that display managers start: the jobs below have
+// nothing to do with each other.
+constexpr std::array<std::string_view, 20> sessionPrograms{
+    "Hyprland",      "awesome",      "bspwm", "cinnamon-session", "fluxbox",
+    "gnome-session", "gnome-shell",  "i3",    "kwin_wayland",     "labwc",
+    "lxqt-session",  "mate-session", "niri",  "openbox",          "plasma_session",
+    "plasmashell",   "river",        "sway",  "xfce4-session",    "xinit"};
+
+bool isShell(const Proc& proc) { return tarnwick::isShell(proc.name()); }
 
 bool isClaude(const Proc& proc) { return proc.name() == "claude"; }
 
-// A terminal starts its shell under a name that begins with "-".
-bool isLoginShell(const Proc& proc) { return proc.name().starts_with('-'); }
-
-bool startsWork(const Proc& proc) { return isClaude(proc) || isLoginShell(proc) || proc.app; }
+// A terminal starts its shell under a name that begins with "-", or the system tells.
+bool isLoginShell(const Proc& proc) { return proc.name().starts_with('-') || proc.terminalShell; }
 
 const Proc* parentOf(const Proc& proc, const Snapshot& snapshot) {
   if (proc.ppid < firstUserPid) return nullptr;
   const auto parent = snapshot.procs.find(proc.ppid);
   return parent == snapshot.procs.end() ? nullptr : &parent->second;
+}
+
+// A shell with one command to carry out is nobody's prompt: editors start their tasks so, on a terminal too.
+bool carriesOutTask(const Proc& shell, const Snapshot& snapshot) {
+  if (!shell.terminalShell || shell.args.size() < 2 || !shell.args[1].starts_with('-')) return false;
+  const Proc* by = shell.args[1].ends_with('c') ? parentOf(shell, snapshot) : nullptr;
+  return by != nullptr && by->app;
+}
+
+bool startsWork(const Proc& proc, const Snapshot& snapshot) {
+  return isClaude(proc) || (isLoginShell(proc) && !carriesOutTask(proc, snapshot)) || proc.app;
+}
+
+// Is it a whole session, of a desktop or of a display manager, which is the parent of much and the root of
+// nothing? Only told where sessions are.
+bool isSession(const Proc& proc, const Snapshot& snapshot) {
+  if (proc.session == 0 || isShell(proc)) return false;
+  const bool othersChild = proc.ppid >= firstUserPid && parentOf(proc, snapshot) == nullptr;
+  return (proc.session == proc.pid && othersChild) ||
+         std::ranges::find(sessionPrograms, proc.name()) != sessionPrograms.end();
+}
+
+// Did the process leave its parent's session for one of its own, to be a job of its own? A server's workers,
+// which are the same program, stay its own.
+bool leftSession(const Proc& proc, const Snapshot& snapshot) {
+  if (proc.session == 0 || proc.session != proc.pid) return false;
+  const Proc* parent = parentOf(proc, snapshot);
+  return parent != nullptr && parent->session != 0 && !isShell(*parent) && parent->path != proc.path;
 }
 
 // Calls `visit` with each child of `pid` that is in the snapshot, in ascending pid.
@@ -53,13 +85,18 @@ Starters::Climb Starters::climb(const Proc& proc) {
     }
     chain.push_back(current);
     const Proc* parent = parentOf(*current, snapshot_);
-    if (parent == nullptr || startsWork(*parent)) {
+    if (parent == nullptr || startsWork(*parent, snapshot_)) {
       result = {current, nullptr, parent};
+      break;
+    }
+    if (isSession(*parent, snapshot_)) {
+      result = {current, nullptr, nullptr};
       break;
     }
     current = parent;
   }
   std::for_each(chain.rbegin(), chain.rend(), [&](const Proc* passed) {
+    if (leftSession(*passed, snapshot_)) result = {passed, nullptr, result.starter};
     if (result.root == nullptr && !isShell(*passed)) result.root = passed;
     climbed_[passed->pid] = result;
   });

@@ -24,6 +24,7 @@ struct Proc {
   Pid pid = 0;
   Pid ppid = 0;
   std::uint32_t uid = 0;          // owner
+  Pid session = 0;                // pid of its session's leader; 0 where the system does not tell
   std::string path;               // executable; empty when it could not be read
   std::vector<std::string> args;  // the program as invoked, then its arguments; empty inside an application
   Timestamp started;              // whole seconds
@@ -34,6 +35,9 @@ struct Proc {
   std::vector<std::uint16_t>
       ports;                       // listening TCP ports, ascending; only outside applications after 12 hours
   std::optional<std::string> app;  // application it belongs to; absent for command-line programs and daemons
+  // A shell that leads its session and has a terminal. Where terminals do not start their shells as login
+  // shells, this tells that somebody types into it.
+  bool terminalShell = false;
 
   // The last path component of the first argument, else of `path`: an interpreter started through a
   // link is named by the link.

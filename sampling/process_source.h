@@ -19,6 +19,8 @@ struct ProcessFacts {
   Pid ppid = 0;
   std::uint32_t uid = 0;     // owner
   std::int64_t started = 0;  // seconds since 1970, whole
+  Pid session = 0;           // pid of its session's leader; 0 where the system does not tell
+  bool hasTerminal = false;  // false too where the system does not tell
 };
 
 // What a process uses at this moment.

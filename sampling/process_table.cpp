@@ -4,6 +4,8 @@
 #include <memory>
 #include <utility>
 
+#include "records/shells.h"
+
 namespace tarnwick {
 namespace {
 
@@ -46,10 +48,12 @@ PidMap<Proc> ProcessTable::secondPass(Timestamp now) {
     proc.pid = pid;
     proc.ppid = facts.ppid;
     proc.uid = facts.uid;
+    proc.session = facts.session;
     proc.path = entry.path;
     proc.args = entry.args;
     proc.started = timestamp(static_cast<double>(facts.started));
     proc.app = entry.app;
+    proc.terminalShell = facts.session == pid && facts.hasTerminal && isInteractiveShell(proc.name());
     measure(*process, proc, wall);
     if (!proc.app) readSurroundings(*process, proc, now);
     procs[pid] = std::move(proc);

@@ -64,7 +64,7 @@ std::optional<std::string_view> managerPath(std::string_view line) {
   return line.substr(second + 1);
 }
 
-// The outermost application unit below the application slice of a user manager.
+// The path down to the outermost application unit below the application slice of a user manager.
 std::optional<std::string> appUnitOfPath(std::string_view path) {
   const std::vector<std::string_view> folders = pieces(path, '/');
   for (std::size_t i = 1; i < folders.size(); ++i) {
@@ -74,7 +74,8 @@ std::optional<std::string> appUnitOfPath(std::string_view path) {
     const auto below = folders.begin() + static_cast<std::ptrdiff_t>(i) + 1;
     const auto unit =
         std::find_if(below, folders.end(), [](auto name) { return applicationID(name).has_value(); });
-    if (unit != folders.end()) return repairUtf8(*unit);
+    if (unit != folders.end())
+      return std::string(path.substr(0, static_cast<std::size_t>(unit->data() + unit->size() - path.data())));
   }
   return std::nullopt;
 }
@@ -95,7 +96,7 @@ std::optional<std::string> applicationID(std::string_view unitName) {
   return repairUtf8(*id);
 }
 
-std::optional<std::string> appUnitOfCgroup(std::string_view cgroupText) {
+std::optional<std::string> appUnitFolder(std::string_view cgroupText) {
   for (const std::string_view line : pieces(cgroupText, '\n')) {
     const auto path = managerPath(line);
     if (!path) continue;

@@ -13,7 +13,8 @@ namespace tarnwick {
 // slashes and zero bytes, and not "." or "..", so that it is safe as a part of a file name.
 std::optional<std::string> applicationID(std::string_view unitName);
 
-// The name of the application unit of the user manager that holds a process, from its PID/cgroup.
-std::optional<std::string> appUnitOfCgroup(std::string_view cgroupText);
+// The control group of the application unit of the user manager that holds a process, from its PID/cgroup: a
+// path from the tree's root that ends with the unit's name. Its bytes stay as they are.
+std::optional<std::string> appUnitFolder(std::string_view cgroupText);
 
 }  // namespace tarnwick

@@ -86,6 +86,8 @@ std::optional<DesktopEntryText> desktopEntryText(std::string_view text,
   if (!enterGroup(text)) return std::nullopt;
   std::string_view name;
   std::string_view icon;
+  std::string_view command;
+  bool terminal = false;
   std::size_t best = variants.size() + 1;
   bool application = false;
   bool hidden = false;
@@ -98,6 +100,8 @@ std::optional<DesktopEntryText> desktopEntryText(std::string_view text,
     const std::string_view value = trimmed(line.substr(equals + 1), entryBlanks);
     if (key == "Icon" && icon.empty()) icon = value;
     if (key == "Type") application = value == "Application";
+    if (key == "Exec") command = value;
+    if (key == "Terminal") terminal = value == "true";
     if (key == "NoDisplay" || key == "Hidden") hidden = hidden || value == "true";
     const auto rank = nameRank(key, variants);
     if (!rank || *rank >= best || value.empty()) continue;
@@ -106,7 +110,9 @@ std::optional<DesktopEntryText> desktopEntryText(std::string_view text,
   }
   return DesktopEntryText{.name = repairUtf8(unescapedValue(name)),
                           .shown = application && !hidden,
-                          .icon = repairUtf8(unescapedValue(icon))};
+                          .icon = repairUtf8(unescapedValue(icon)),
+                          .command = application ? unescapedValue(command) : std::string(),
+                          .terminal = terminal};
 }
 
 }  // namespace tarnwick

@@ -17,6 +17,8 @@ struct DesktopEntryText {
   std::string name;       // in the user's language where the entry has it; empty when the entry has no name
   bool shown = false;     // an application that menus show
   std::string icon = {};  // a theme's name of it or a file's path; empty when the entry has none
+  std::string command = {};  // what starts it; empty when nothing does
+  bool terminal = false;     // it runs inside a terminal, whose application it is then part of
 
   bool operator==(const DesktopEntryText&) const = default;
 };

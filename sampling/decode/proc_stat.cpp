@@ -19,17 +19,20 @@ std::optional<ProcStat> procStat(std::string_view bytes) {
   std::array<std::string_view, 20> words;  // from the state, the third field, to the start, the 22nd
   for (auto& word : words) word = takeWord(rest);
   const auto ppid = wholeNumber<Pid>(words[1]);
+  const auto session = wholeNumber<Pid>(words[3]);
   const auto terminal = wholeNumber<std::int32_t>(words[4]);
   const auto flags = wholeNumber<std::uint32_t>(words[6]);
   const auto user = wholeNumber<std::uint64_t>(words[11]);
   const auto system = wholeNumber<std::uint64_t>(words[12]);
   const auto start = wholeNumber<std::uint64_t>(words[19]);
-  if (words[0].size() != 1 || !ppid || *ppid < 0 || !terminal || !flags || !user || !system || !start) {
+  if (words[0].size() != 1 || !ppid || *ppid < 0 || !session || !terminal || !flags || !user || !system ||
+      !start) {
     return std::nullopt;
   }
   return ProcStat{repairUtf8(bytes.substr(open + 1, close - open - 1)),
                   words[0].front(),
                   *ppid,
+                  *session,
                   *terminal,
                   *flags,
                   *user,

@@ -14,12 +14,13 @@ namespace tarnwick {
 
 // The fields of PID/stat that matter here.
 struct ProcStat {
-  std::string name;               // at most 15 characters, kernel threads more; any bytes but zero
-  char state = '?';               // the kernel's letter: R, S, D, T, Z and others
-  Pid ppid = 0;                   // 0 for the first process and the first kernel thread
-  std::int32_t terminal = 0;      // device number of the controlling terminal; 0 without one
-  std::uint32_t flags = 0;        // the kernel's PF_ bits
-  std::uint64_t userTicks = 0;    // clock ticks, all threads
+  std::string name;             // at most 15 characters, kernel threads more; any bytes but zero
+  char state = '?';             // the kernel's letter: R, S, D, T, Z and others
+  Pid ppid = 0;                 // 0 for the first process and the first kernel thread
+  Pid session = 0;              // of its session's leader; 0 when that is outside the reader's pid namespace
+  std::int32_t terminal = 0;    // device number of the controlling terminal; 0 without one
+  std::uint32_t flags = 0;      // the kernel's PF_ bits
+  std::uint64_t userTicks = 0;  // clock ticks, all threads
   std::uint64_t systemTicks = 0;  // clock ticks, all threads
   std::uint64_t startTicks = 0;   // clock ticks from the machine's start to the process's start
   std::int64_t threads = 1;       // a process may go on after its first thread, whose state this is, ended

@@ -1,5 +1,7 @@
 #include "sampling/linux/desktop_entries.h"
 
+#include <algorithm>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -36,10 +38,29 @@ std::optional<FoundEntry> findIn(const std::string& folder, const std::string& i
   return std::nullopt;
 }
 
+// Adds the ids of the entries below `folder`; `before` is what the folders above it add to an id.
+void collectIds(const std::string& folder, const std::string& before, int depth, std::set<std::string>& ids) {
+  constexpr std::string_view ending = ".desktop";
+  for (const std::string& name : folderEntries(folder)) {
+    if (name.ends_with(ending) && isSafe(name)) {
+      ids.insert(before + name.substr(0, name.size() - ending.size()));
+    } else if (depth < deepestFolder && isSafe(name) && name.find('.') == std::string::npos &&
+               isDirectory(folder + "/" + name)) {
+      collectIds(folder + "/" + name, before + name + "-", depth + 1, ids);
+    }
+  }
+}
+
 }  // namespace
 
 std::vector<std::string> applicationFolders(const std::string& home) {
   std::vector<std::string> folders = dataFolders(home);
+  // Where snaps and flatpaks keep theirs. A session's variables name these folders, a remote shell's may not.
+  for (const std::string& folder :
+       {home + "/.local/share/flatpak/exports/share", std::string("/var/lib/flatpak/exports/share"),
+        std::string("/var/lib/snapd/desktop")}) {
+    if (std::ranges::find(folders, folder) == folders.end()) folders.push_back(folder);
+  }
   for (std::string& folder : folders) folder += "/applications";
   return folders;
 }
@@ -53,6 +74,17 @@ std::optional<DesktopEntry> DesktopEntries::find(const std::string& id) {
   return answers_.emplace(id, read(id)).first->second;
 }
 
+const std::vector<DesktopEntry>& DesktopEntries::all() {
+  if (all_) return *all_;
+  std::set<std::string> ids;
+  for (const std::string& folder : folders_) collectIds(folder, "", 0, ids);
+  all_.emplace();
+  for (const std::string& id : ids) {
+    if (auto entry = find(id)) all_->push_back(std::move(*entry));
+  }
+  return *all_;
+}
+
 std::optional<DesktopEntry> DesktopEntries::read(const std::string& id) const {
   for (const std::string& folder : folders_) {
     const auto found = findIn(folder, id, 0);
@@ -60,8 +92,12 @@ std::optional<DesktopEntry> DesktopEntries::read(const std::string& id) const {
     const auto entry = desktopEntryText(found->text, variants_);
     // The first folder decides, even with an entry that says nothing: so users hide applications.
     if (!entry || entry->name.empty()) return std::nullopt;
-    return DesktopEntry{
-        .id = id, .name = entry->name, .file = repairUtf8(found->file), .shown = entry->shown};
+    return DesktopEntry{.id = id,
+                        .name = entry->name,
+                        .file = repairUtf8(found->file),
+                        .shown = entry->shown,
+                        .command = entry->command,
+                        .terminal = entry->terminal};
   }
   return std::nullopt;
 }

@@ -13,10 +13,12 @@
 namespace tarnwick {
 
 struct DesktopEntry {
-  std::string id;      // without ".desktop"
-  std::string name;    // in the user's language
-  std::string file;    // path of the entry
-  bool shown = false;  // an application that menus show
+  std::string id;            // without ".desktop"
+  std::string name;          // in the user's language
+  std::string file;          // path of the entry
+  bool shown = false;        // an application that menus show
+  std::string command = {};  // what starts it; empty when nothing does
+  bool terminal = false;     // it runs inside a terminal
 
   bool operator==(const DesktopEntry&) const = default;
 };
@@ -29,6 +31,9 @@ class DesktopEntries {
   explicit DesktopEntries(std::vector<std::string> applicationFolders,
                           const std::string& locale = messageLocale());
 
+  // All of them, by id; read once.
+  const std::vector<DesktopEntry>& all();
+
   // The entry with that id in the first folder that has it; absent when none has it or it has no name.
   std::optional<DesktopEntry> find(const std::string& id);
 
@@ -38,6 +43,7 @@ class DesktopEntries {
   std::vector<std::string> folders_;
   std::vector<std::string> variants_;  // of localized keys, best first
   std::map<std::string, std::optional<DesktopEntry>> answers_;
+  std::optional<std::vector<DesktopEntry>> all_;
 };
 
 }  // namespace tarnwick

@@ -7,8 +7,6 @@
 #include <limits>
 #include <utility>
 
-#include "sampling/decode/app_unit.h"
-
 namespace tarnwick {
 namespace {
 
@@ -83,13 +81,10 @@ class LinuxProcessSource::OneProcess final : public Process {
   ProcessFacts facts_;
 };
 
-std::optional<std::string> LinuxProcessSource::OneProcess::app(const std::string& /*path*/) {
-  if (!source_.applicationsHaveUnits() || !hasProgram() || seen_.stat.terminal != 0) return std::nullopt;
-  const auto text = files_.read("cgroup", source_.textBuffer_);
-  const auto unit = text ? appUnitOfCgroup(*text) : std::nullopt;
-  auto id = unit ? applicationID(*unit) : std::nullopt;
-  if (!id || !source_.options_.appDisplayName) return id;
-  return source_.options_.appDisplayName(*id).value_or(*id);
+std::optional<std::string> LinuxProcessSource::OneProcess::app(const std::string& path) {
+  Applications* applications = source_.options_.applications;
+  if (applications == nullptr || !hasProgram()) return std::nullopt;
+  return applications->of(files_, seen_.stat, path);
 }
 
 std::vector<std::string> LinuxProcessSource::OneProcess::args() {
@@ -128,8 +123,8 @@ void LinuxProcessSource::beginPass() {
   ports_.beginPass();
   stats_.beginPass();
   argumentBuffer_.beginPass();
-  userManagers_.clear();
-  applicationsHaveUnits_.reset();
+  families_.clear();
+  if (options_.applications != nullptr) options_.applications->beginPass();
 }
 
 std::vector<Pid> LinuxProcessSource::myPids() { return reader_.pidsOf(options_.uid, mostProcesses); }
@@ -163,12 +158,17 @@ std::unique_ptr<Process> LinuxProcessSource::process(Pid pid) {
   if (!files || files->uid() != options_.uid) return nullptr;
   auto seen = look(*files);
   if (!seen || seen->stat.zombie()) return nullptr;
-  userManagers_[pid] = looksLikeUserManager(seen->stat);
+  families_[pid] = familyOf(seen->stat);
   const std::optional<std::int64_t> started = startSeconds(seen->stat.startTicks, clock_);
   if (!started) return nullptr;
-  const Pid parent = isUserManager(seen->stat.ppid) ? 1 : seen->stat.ppid;
-  return std::make_unique<OneProcess>(*this, std::move(*files), std::move(*seen),
-                                      ProcessFacts{parent, options_.uid, *started});
+  if (options_.applications != nullptr) options_.applications->stillThere(pid, seen->stat);
+  const Pid parent = wasAdopted(seen->stat, pid) ? 1 : seen->stat.ppid;
+  const ProcessFacts facts{.ppid = parent,
+                           .uid = options_.uid,
+                           .started = *started,
+                           .session = seen->stat.session,
+                           .hasTerminal = seen->stat.terminal != 0};
+  return std::make_unique<OneProcess>(*this, std::move(*files), std::move(*seen), facts);
 }
 
 std::optional<LinuxProcessSource::Look> LinuxProcessSource::look(const ProcessFiles& files) {
@@ -201,13 +201,24 @@ std::optional<std::uint64_t> LinuxProcessSource::timeFromTicks(const ProcStat& s
   return (stat.userTicks + stat.systemTicks) * tick;
 }
 
-bool LinuxProcessSource::isUserManager(Pid pid) {
-  if (pid <= 1) return false;
-  const auto known = userManagers_.find(pid);
-  if (known != userManagers_.end()) return known->second;
+bool LinuxProcessSource::wasAdopted(const ProcStat& stat, Pid pid) {
+  if (stat.ppid <= 1) return false;
+  const Family parent = family(stat.ppid);
+  if (parent.userManager) return true;
+  const bool inherited = parent.session == unknownSession || stat.session == parent.session;
+  return stat.session != 0 && stat.session != pid && !inherited;
+}
+
+LinuxProcessSource::Family LinuxProcessSource::family(Pid pid) {
+  const auto known = families_.find(pid);
+  if (known != families_.end()) return known->second;
   const auto files = reader_.open(pid);
   const auto stat = files && files->uid() == options_.uid ? statOf(*files, textBuffer_) : std::nullopt;
-  return userManagers_[pid] = stat && looksLikeUserManager(*stat);
+  return families_[pid] = stat ? familyOf(*stat) : Family{};
+}
+
+LinuxProcessSource::Family LinuxProcessSource::familyOf(const ProcStat& stat) {
+  return {.session = stat.session, .userManager = looksLikeUserManager(stat)};
 }
 
 std::optional<std::string_view> LinuxProcessSource::commandLine(const ProcessFiles& files) {
@@ -216,13 +227,6 @@ std::optional<std::string_view> LinuxProcessSource::commandLine(const ProcessFil
     if (!bytes) return std::nullopt;
     return bytes->size();
   });
-}
-
-bool LinuxProcessSource::applicationsHaveUnits() {
-  if (!applicationsHaveUnits_) {
-    applicationsHaveUnits_ = appSlice(options_.cgroupRoot, options_.uid).has_value();
-  }
-  return *applicationsHaveUnits_;
 }
 
 }  // namespace tarnwick

@@ -5,7 +5,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,7 +15,7 @@
 #include "sampling/decode/arguments.h"
 #include "sampling/decode/proc_stat.h"
 #include "sampling/decode/start_times.h"
-#include "sampling/linux/app_slice.h"
+#include "sampling/linux/applications.h"
 #include "sampling/linux/listening_ports.h"
 #include "sampling/linux/proc_reader.h"
 #include "sampling/linux/process_memory.h"
@@ -26,11 +25,9 @@
 namespace tarnwick {
 
 struct LinuxProcessOptions {
-  std::uint32_t uid = 0;                     // whose processes: the real user's
-  std::string procRoot = "/proc";            // any other root is a recording: no clocks, no netlink
-  std::string cgroupRoot = usualCgroupRoot;  // where it is seen whether applications have units
-  // The name of the application with that id; unset or absent, the id itself is the name.
-  std::function<std::optional<std::string>(const std::string& id)> appDisplayName;
+  std::uint32_t uid = 0;                 // whose processes: the real user's
+  std::string procRoot = "/proc";        // any other root is a recording: no clocks, no netlink
+  Applications* applications = nullptr;  // tells whose a process is; outlives the source. Null: nobody's
 };
 
 class LinuxProcessSource : public ProcessSource {
@@ -43,9 +40,10 @@ class LinuxProcessSource : public ProcessSource {
   std::uint64_t wallTime() override;
   std::optional<std::uint64_t> processorTime(Pid pid) override;
   // Null too for one that ended and that its parent has not asked about yet: it is gone for everybody else.
-  // An orphan that the user's service manager adopted has parent 1, as if there were no such manager. What
-  // runs in a terminal inside an application's unit belongs to no application. Without arguments and
-  // executable (kernel threads, a first thread that ended) the kernel's name for the process is its argument.
+  // An orphan that the user's service manager or another process adopted has parent 1, as if there were no
+  // such. What runs in a terminal inside an application's unit belongs to no application. Without arguments
+  // and executable (kernel threads, a first thread that ended) the kernel's name for the process is its
+  // argument.
   std::unique_ptr<Process> process(Pid pid) override;
 
   // What start times are reckoned with; never changes. Any thread.
@@ -61,13 +59,24 @@ class LinuxProcessSource : public ProcessSource {
     std::optional<MemoryUse> memory = {};
   };
 
+  static constexpr Pid unknownSession = -1;
+
+  // What matters of a parent; nothing of a process that is not the user's.
+  struct Family {
+    Pid session = unknownSession;
+    bool userManager = false;
+  };
+
   std::optional<Look> look(const ProcessFiles& files);
   // What earlier checks read, asked whether the process still lives.
   std::optional<Look> stillTrue(const ProcessFiles& files, const ProcStat& kept);
   std::optional<std::uint64_t> timeFromTicks(const ProcStat& stat) const;
-  bool isUserManager(Pid pid);
+  // Did its parent only adopt it? The user's service manager does so, and so does whoever has a child of a
+  // session that is neither the parent's nor the child's own.
+  bool wasAdopted(const ProcStat& stat, Pid pid);
+  Family family(Pid pid);
+  static Family familyOf(const ProcStat& stat);
   std::optional<std::string_view> commandLine(const ProcessFiles& files);
-  bool applicationsHaveUnits();
 
   LinuxProcessOptions options_;
   bool live_;
@@ -81,8 +90,7 @@ class LinuxProcessSource : public ProcessSource {
   std::optional<Pid> listedAt_;                               // absent: the list is to be made anew
   std::array<char, ProcessFiles::longestLink> textBuffer_{};  // of the file or link that is being read
   ArgumentBuffer argumentBuffer_;
-  PidMap<bool> userManagers_;                  // what this pass knows of each pid
-  std::optional<bool> applicationsHaveUnits_;  // absent until asked for in a pass
+  PidMap<Family> families_;  // what this pass knows of each pid
 };
 
 }  // namespace tarnwick

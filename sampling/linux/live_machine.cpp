@@ -1,9 +1,9 @@
 #include "sampling/live_machine.h"
 
+#include "sampling/linux/applications.h"
 #include "sampling/linux/desktop_entries.h"
 #include "sampling/linux/linux_machine_source.h"
 #include "sampling/linux/linux_process_source.h"
-#include "sampling/linux/xdg_workspace.h"
 
 namespace tarnwick {
 namespace {
@@ -12,25 +12,19 @@ class LinuxMachine : public LiveMachine {
  public:
   explicit LinuxMachine(const Self& self)
       : entries_(applicationFolders(self.home)),
-        workspace_(entries_, self.uid),
-        processes_(
-            {.uid = self.uid, .appDisplayName = [this](const std::string& id) { return displayName(id); }}) {}
+        applications_(entries_, {.uid = self.uid, .home = self.home}),
+        processes_({.uid = self.uid, .applications = &applications_}) {}
 
   ProcessSource& processes() override { return processes_; }
   MachineSource& machine() override { return machine_; }
-  Workspace& workspace() override { return workspace_; }
+  Workspace& workspace() override { return applications_; }
 
   // An engine needs no desktop here: its socket is the sign.
   bool dockerRuns(const Docker& docker) override { return docker.present(); }
 
  private:
-  std::optional<std::string> displayName(const std::string& id) {
-    const std::optional<DesktopEntry> entry = entries_.find(id);
-    return entry ? std::optional(entry->name) : std::nullopt;
-  }
-
   DesktopEntries entries_;
-  XdgWorkspace workspace_;
+  Applications applications_;
   LinuxMachineSource machine_;
   LinuxProcessSource processes_;
 };

@@ -142,5 +142,17 @@ TEST(TestBrowsers, CountTheirTreeAndAreForcedWhenStillThere) {
   EXPECT_EQ(found.actions.front(), (Action{"Force quit", {Signal{20, 9, m.procs.at(20).started}}}));
 }
 
+TEST_F(Browsers, ADesktopEntryIsABrowsersApplicationToo) {
+  addApp(m, 10, "Chromium").cpu = 2;
+  m.apps = {{.pid = 10, .name = "Chromium", .bundleID = "chromium", .path = "/usr/share/chromium.desktop"}};
+  EXPECT_THAT(browsers(m), IsEmpty()) << "nothing tells of sessions";
+  m.procs[10].session = 10;
+  const Finding card = only(browsers(m));
+  EXPECT_EQ(card.title, "Chromium is working hard");
+  EXPECT_EQ(card.steps.back().action.value().label, "Quit Chromium");
+  m.apps.front().path = "/Applications/Other.app";
+  EXPECT_FALSE(only(browsers(m)).steps.back().action) << "the name alone does not tell";
+}
+
 }  // namespace
 }  // namespace tarnwick

@@ -89,6 +89,42 @@ TEST(Starter, ClimbsToWhatStartedTheWork) {
           << pid;
 }
 
+TEST(Starter, KnowsSessionsWhereTheyAreTold) {
+  Snapshot m = machine();
+  const auto inSession = [&](Pid session, Proc& proc) -> Proc& {
+    proc.session = session;
+    return proc;
+  };
+  inSession(10, add(m, 10, 9, {"display-session"}));  // its parent is somebody else's
+  inSession(10, add(m, 11, 10, {"make"}));
+  inSession(10, add(m, 12, 11, {"cc1"}));
+  inSession(20, add(m, 20, 1, {"sway"}));
+  inSession(20, add(m, 21, 20, {"sh"}));
+  inSession(20, add(m, 22, 21, {"rsync"}));
+  inSession(30, add(m, 30, 20, {"bash"})).terminalShell = true;
+  inSession(30, add(m, 31, 30, {"npm"}));
+  inSession(32, add(m, 32, 31, {"node"}));  // left for a session of its own
+  inSession(32, add(m, 33, 32, {"esbuild"}));
+  inSession(40, add(m, 40, 1, {"postgres"}));
+  inSession(41, add(m, 41, 40, {"postgres"}));
+  inSession(50, addApp(m, 50, "Editor"));
+  inSession(51, add(m, 51, 50, {"bash", "-c", "node a.js; true"})).terminalShell = true;
+  inSession(51, add(m, 52, 51, {"node", "a.js"}));
+  inSession(53, add(m, 53, 50, {"bash"})).terminalShell = true;
+  inSession(53, add(m, 54, 53, {"bash", "-c", "make"}));
+  inSession(53, add(m, 55, 54, {"make"}));
+  inSession(60, add(m, 60, 1, {"make"}));  // leads a session and its own jobs
+  inSession(60, add(m, 61, 60, {"cc1"}));
+  const std::tuple<Pid, Pid, const char*> cases[] = {
+      {12, 11, ""}, {11, 11, ""}, {22, 22, ""},       {32, 32, "you"}, {33, 32, "you"}, {31, 31, "you"},
+      {30, 30, ""}, {41, 40, ""}, {52, 52, "Editor"}, {55, 55, "you"}, {61, 60, ""}};
+  Starters starters(m);
+  for (const auto& [pid, root, who] : cases) {
+    const Starter start = starters.of(m.procs.at(pid));
+    EXPECT_EQ(std::tuple(start.root->pid, start.who.value_or("")), std::tuple(root, who)) << pid;
+  }
+}
+
 TEST(Starter, EndsOnCycles) {
   Snapshot m = machine();
   add(m, 2, 2, {"node"});  // its own parent

@@ -16,7 +16,7 @@ namespace {
 using namespace std::string_view_literals;
 
 const std::string statTail =
-    " S 41 5 5 34816 -1 4194304 19 0 0 0 17 4 0 0 20 0 1 0 130749 2400256 114 18446744073709551615";
+    " S 41 5 6 34816 -1 4194304 19 0 0 0 17 4 0 0 20 0 1 0 130749 2400256 114 18446744073709551615";
 
 TEST(ProcStatTest, NameEndsAtTheLastBracket) {
   const std::pair<std::string, std::string> names[] = {
@@ -27,9 +27,9 @@ TEST(ProcStatTest, NameEndsAtTheLastBracket) {
     const auto stat = procStat(std::string("12 (").append(raw).append(")").append(statTail));
     ASSERT_TRUE(stat) << raw;
     EXPECT_EQ(stat->name, name);
-    EXPECT_EQ(std::tuple(stat->state, stat->ppid, stat->terminal, stat->userTicks, stat->systemTicks,
-                         stat->startTicks),
-              std::tuple('S', 41, 34816, 17U, 4U, 130749U));
+    EXPECT_EQ(std::tuple(stat->state, stat->ppid, stat->session, stat->terminal, stat->userTicks,
+                         stat->systemTicks, stat->startTicks),
+              std::tuple('S', 41, 6, 34816, 17U, 4U, 130749U));
     EXPECT_FALSE(stat->kernelThread());
   }
   const char* thread = "2 (kthreadd) S 0 0 0 0 -1 2129984 0 0 0 0 0 6 0 0 20 0 1 0 0 0 0\n";
@@ -226,19 +226,21 @@ TEST(ApplicationIDTest, FollowsTheFormOfUnitNames) {
   for (const auto& [unit, id] : cases) EXPECT_EQ(applicationID(unit), id) << unit;
 }
 
-TEST(AppUnitOfCgroupTest, FindsTheUnitBelowTheApplicationSlice) {
+TEST(AppUnitFolderTest, EndsWithTheUnitBelowTheApplicationSlice) {
   const std::string manager = "/user.slice/user-1000.slice/user@1000.service";
   const std::pair<std::string, std::optional<std::string>> cases[] = {
-      {"0::" + manager + "/app.slice/app-firefox-1.scope\n", "app-firefox-1.scope"},
-      {"9:name=systemd:" + manager + "/app.slice/app-firefox-1.scope\n0::/\n", "app-firefox-1.scope"},
-      {"12:cpu:/\n0::" + manager + "/app.slice/app-code.slice/app-code-7.scope/inner", "app-code-7.scope"},
+      {"0::" + manager + "/app.slice/app-firefox-1.scope\n", manager + "/app.slice/app-firefox-1.scope"},
+      {"9:name=systemd:" + manager + "/app.slice/app-firefox-1.scope\n0::/\n",
+       manager + "/app.slice/app-firefox-1.scope"},
+      {"12:cpu:/\n0::" + manager + "/app.slice/app-code.slice/app-code-7.scope/inner",
+       manager + "/app.slice/app-code.slice/app-code-7.scope"},
       {"0::" + manager + "/app.slice/app-code.slice/vte-spawn-1.scope", std::nullopt},
       {"0::" + manager + "/session.slice/app-shell-1.scope", std::nullopt},
       {"0::/system.slice/app.slice/app-firefox-1.scope", std::nullopt},
       {"5:cpu:" + manager + "/app.slice/app-firefox-1.scope", std::nullopt},
       {"", std::nullopt},
   };
-  for (const auto& [text, unit] : cases) EXPECT_EQ(appUnitOfCgroup(text), unit) << text;
+  for (const auto& [text, unit] : cases) EXPECT_EQ(appUnitFolder(text), unit) << text;
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
 #include <sys/stat.h>
 
 #include "sampling/decode/desktop_entry.h"
+#include "sampling/linux/applications.h"
 #include "sampling/linux/desktop_entries.h"
-#include "sampling/linux/xdg_workspace.h"
+#include "tests/sampling/linux/proc_tree.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {
@@ -78,56 +79,117 @@ TEST(DesktopEntries, WhatIsNoSmallFileIsNotThere) {
   for (const char* id : {"pipe", "big"}) EXPECT_FALSE(entries.find(id)) << id;
 }
 
-const std::string slice = "/user.slice/user-1000.slice/user@1000.service/app.slice/";
+constexpr const char* slice = "/user.slice/user-7.slice/user@7.service/app.slice/";
 
+// A machine of made processes and installed programs.
 struct Session {
-  TempFolder folder;
-  DesktopEntries entries{{folder.at("applications")}, ""};
+  Session() { std::filesystem::create_directories(disk.at("cgroup") + slice); }
 
-  std::string entry(const std::string& id, const std::string& more = "") const {
-    return folder.write("applications/" + id + ".desktop",
-                        "[Desktop Entry]\nType=Application\nName=The " + id + "\n" + more);
+  ProcTree tree;
+  TempFolder disk;
+  DesktopEntries entries{{disk.at("entries")}, ""};
+  Applications applications{
+      entries, {.uid = 7, .home = disk.at("home"), .procRoot = tree.root(), .cgroupRoot = disk.at("cgroup")}};
+
+  std::string program(const std::string& path, const std::string& text =
+                                                   "\x7F"
+                                                   "ELF") const {
+    const std::string file = disk.write(path, text);
+    std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+    return file;
   }
-  void unit(const std::string& mount, const std::string& name, const std::string& pids) const {
-    folder.write("cgroup" + mount + slice + name + "/cgroup.procs", pids);
+  std::string entry(const std::string& id, const std::string& command, const std::string& more = "") const {
+    return disk.write("entries/" + id + ".desktop", "[Desktop Entry]\nType=Application\nName=The " + id +
+                                                        "\nExec=" + command + "\n" + more);
   }
-  std::vector<RunningApp> apps(std::uint32_t uid = 1000) {
-    return XdgWorkspace(entries, uid, folder.at("cgroup")).runningApps();
+  // What a process with that executable belongs to, "none" for nothing.
+  std::string app(Pid pid, const std::string& path, const std::string& unit = "", Pid parent = 1,
+                  int terminal = 0) {
+    const std::string folder = std::to_string(pid);
+    tree.stat(pid, {.ppid = parent, .terminal = terminal, .startTicks = static_cast<std::uint64_t>(pid)});
+    if (!unit.empty()) {
+      tree.write(folder + "/cgroup", "0::" + std::string(slice) + unit + "\n");
+      disk.write("cgroup" + std::string(slice) + unit + "/cgroup.procs", "");
+    }
+    const ProcReader reader(tree.root());
+    std::array<char, 1'024> buffer{};
+    const auto stat = procStat(*reader.read(pid, "stat", buffer));
+    return applications.of(*reader.open(pid), *stat, path).value_or("none");
+  }
+  std::vector<std::pair<Pid, std::string>> running() {
+    std::vector<std::pair<Pid, std::string>> all;
+    for (const RunningApp& app : applications.runningApps()) all.emplace_back(app.pid, app.name);
+    return all;
   }
 };
 
-TEST(XdgWorkspace, ListsTheApplicationUnits) {
-  Session session;
-  const std::string editor = session.entry("org.demo.Editor");
-  const std::string mail = session.entry("mail-reader");
-  const std::string helper = session.entry("helper", "NoDisplay=true\n");
-  const std::string disk = session.entry("disk");
-  session.unit("", "app-gnome-org.demo.Editor-77.scope", "900\n0\n31\nx\n-4\n99999999999\n");
-  session.unit("", R"(app-mail\x2dreader@abc.service)", "");
-  session.unit("", R"(app-mail\x2dreader@abc.service/inner/deeper)", "512\n400\n");
-  session.unit("", "app-helper-1.scope", "50\n");
-  session.unit("", "app-flat.slice/app-flat-disk-3.scope", "60");
-  session.unit("", "app-disk@autostart.service", "40\n");
-  session.unit("", "app-disk@gone.service", "");    // no process is left
-  session.unit("", "app-unknown-1.scope", "70\n");  // no desktop entry
-  session.unit("", "dbus-:1.2-org.demo.Editor.service", "80\n");
-  const std::vector<RunningApp> expected = {{40, "The disk", "disk", disk, true},
-                                            {60, "The disk", "disk", disk, false},
-                                            {31, "The org.demo.Editor", "org.demo.Editor", editor, false},
-                                            {50, "The helper", "helper", helper, true},
-                                            {400, "The mail-reader", "mail-reader", mail, false}};
-  EXPECT_EQ(session.apps(), expected);
-  EXPECT_TRUE(session.apps(1001).empty());
+TEST(Applications, AnInstallationIsTheFolderOfTheRealFile) {
+  Session s;
+  const std::string editor = s.program("lib/editor/editor");
+  const std::string script =
+      s.program("lib/editor/bin/start", "#!/usr/bin/env bash\nexec \"$(dirname \"$0\")/../editor\" \"$@\"\n");
+  std::filesystem::create_symlink(script, s.disk.at("editor-link"));
+  s.entry("editor", s.disk.at("editor-link") + " %F");
+  s.entry("editor-url", editor + " --open-url %U", "NoDisplay=true\n");
+  const std::string own = s.program("home/.cargo/bin/term");
+  s.entry("term", own);
+  s.entry("list", s.program("lib/list/list"), "Terminal=true\n");
+  s.entry("tool", s.program("conda/bin/tool", "#!" + s.disk.at("conda/bin/python3") + "\n"));
+  const std::pair<std::string, const char*> cases[] = {
+      {editor, "The editor"},
+      {s.disk.at("lib/editor/resources/helper"), "The editor"},
+      {s.disk.at("lib/other"), "none"},
+      {own, "The term"},
+      {s.disk.at("home/.cargo/bin/cargo"), "none"},
+      {s.disk.at("lib/list/list"), "none"},
+      {s.disk.at("conda/bin/python3"), "none"},
+      {"/usr/bin/node", "none"},
+      {"", "none"}};
+  Pid pid = 10;
+  for (const auto& [path, app] : cases) EXPECT_EQ(s.app(++pid, path), app) << path;
 }
 
-TEST(XdgWorkspace, FindsTheTreeInItsOtherPlaces) {
-  for (const char* mount : {"", "/unified", "/systemd"}) {
-    Session session;
-    EXPECT_TRUE(session.apps().empty());
-    session.entry("disk");
-    session.unit(mount, "app-disk-1.scope", "7\n");
-    EXPECT_EQ(session.apps().size(), 1U) << mount;
-  }
+TEST(Applications, TheUnitNamesOneOfSeveralAndTellsOfRuntimes) {
+  Session s;
+  const std::string office = s.program("office/office");
+  s.entry("office-start", office);
+  s.entry("office-words", office + " --words");
+  s.entry("merge", s.program("merge/merge", "#!/usr/bin/python3 -s\n"));
+  s.entry("chat", "java -jar chat.jar");
+  EXPECT_EQ(s.app(20, office), "The office-start");
+  EXPECT_EQ(s.app(21, office, "app-office\\x2dwords-1.scope"), "The office-words");
+  EXPECT_EQ(s.app(30, "/usr/bin/java", "app-chat-9.scope", 1, 34'816), "none") << "typed in a terminal";
+  EXPECT_EQ(s.app(31, "/usr/bin/java", "app-chat-9.scope"), "The chat");
+  s.disk.write("cgroup" + std::string(slice) + "app-chat-9.scope/cgroup.procs", "31\n32\n");
+  EXPECT_EQ(s.app(32, "/usr/bin/java"), "none") << "no unit";
+  s.tree.write("33/cgroup", "0::" + std::string(slice) + "app-chat-9.scope\n");
+  EXPECT_EQ(s.app(33, "/usr/bin/java"), "none") << "not the unit's first process";
+  s.tree.write("40/cmdline", std::string_view("python3\0server.py\0", 18));
+  EXPECT_EQ(s.app(40, "/usr/bin/python3", "app-merge-1.scope"), "none") << "another script";
+  s.tree.write("41/cmdline", std::string_view("python3\0/usr/bin/merge\0", 23));
+  EXPECT_EQ(s.app(41, "/usr/bin/python3", "app-merge-2.scope"), "The merge");
+}
+
+TEST(Applications, TheMainProcessRunsForAll) {
+  Session s;
+  const std::string browser = s.program("browser/browser");
+  s.entry("firefox-esr", browser, "NoDisplay=true\n");
+  const std::string helper = s.disk.at("browser/crash");
+  EXPECT_EQ(s.app(50, helper), "Firefox") << "known by its rules' name";
+  EXPECT_THAT(s.running(), IsEmpty()) << "a helper alone is no application";
+  s.app(62, browser, "", 61);
+  s.app(61, browser);
+  s.app(71, browser, "app-x@autostart.service");
+  EXPECT_THAT(s.running(), ElementsAre(std::pair(61, "Firefox"), std::pair(71, "Firefox")));
+  EXPECT_TRUE(s.applications.runningApps().front().background) << "not shown";
+  s.tree.stat(61, {.startTicks = 999});
+  EXPECT_THAT(s.running(), ElementsAre(std::pair(71, "Firefox"))) << "another process has its pid";
+  s.applications.beginPass();
+  s.applications.stillThere(71, {.startTicks = 71});
+  EXPECT_THAT(s.running(), ElementsAre(std::pair(71, "Firefox")));
+  s.applications.beginPass();
+  s.applications.stillThere(50, {.startTicks = 50});
+  EXPECT_THAT(s.running(), IsEmpty());
 }
 
 }  // namespace

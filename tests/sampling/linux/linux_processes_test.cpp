@@ -127,27 +127,25 @@ TEST_F(RecordedProcessesTest, OrphansOfTheUserManagerHaveParentOne) {
   for (const auto& [pid, ppid, expected] : cases) EXPECT_EQ(procs.at(pid).ppid, expected) << pid;
 }
 
-TEST_F(RecordedProcessesTest, ApplicationsComeFromTheirUnits) {
-  const std::string user = std::to_string(::getuid());
-  const std::string slice = "/user.slice/user-" + user + ".slice/user@" + user + ".service/app.slice";
-  const std::string unit = "0::" + slice + "/app-gnome-org.example.Paint-7.scope\n";
-  for (const Pid pid : {80, 82}) tree.process(pid, {});
-  tree.process(81, {.terminal = 34816});
-  for (const auto file : {"80/cgroup", "81/cgroup"}) tree.write(file, unit);
-  EXPECT_EQ(sample().at(80).app, std::nullopt) << "no application slice on the machine";
-
-  std::filesystem::create_directories(tree.cgroups() + "/unified" + slice);
+TEST_F(RecordedProcessesTest, SessionsTellWhoWasAdoptedAndWhoIsTypedInto) {
+  tree.process(50, {.name = "reaper", .session = 50});
+  // Pid, session, terminal: a child, one of an ended session, one that leads its own.
+  const std::tuple<Pid, Pid, int, Pid, bool> cases[] = {{51, 50, 0, 50, false},
+                                                        {52, 40, 0, 1, false},
+                                                        {53, 53, 34816, 50, true},
+                                                        {54, 54, 0, 50, false},
+                                                        {55, 0, 34816, 50, false}};
+  for (const auto& [pid, session, terminal, parent, typedInto] : cases) {
+    tree.process(pid, {.ppid = 50, .terminal = terminal, .session = session});
+    tree.write(std::to_string(pid) + "/cmdline", std::string_view("/bin/ksh\0", 9));
+  }
+  tree.process(56, {.terminal = 34816, .session = 56});
   const auto procs = sample();
-  EXPECT_EQ(procs.at(80).app, "org.example.Paint");
-  EXPECT_THAT(procs.at(80).args, IsEmpty());
-  EXPECT_EQ(procs.at(81).app, std::nullopt) << "a shell in a terminal";
-  EXPECT_EQ(procs.at(82).app, std::nullopt);
-
-  auto options = tree.options();
-  options.appDisplayName = [](const std::string& id) { return std::optional("Paint of " + id); };
-  EXPECT_EQ(LinuxProcessSource(options).process(80)->app(""), "Paint of org.example.Paint");
-  options.appDisplayName = [](const std::string&) { return std::nullopt; };
-  EXPECT_EQ(LinuxProcessSource(options).process(80)->app(""), "org.example.Paint");
+  for (const auto& [pid, session, terminal, parent, typedInto] : cases)
+    EXPECT_EQ(std::tuple(procs.at(pid).session, procs.at(pid).ppid, procs.at(pid).terminalShell),
+              std::tuple(session, parent, typedInto))
+        << pid;
+  EXPECT_FALSE(procs.at(56).terminalShell) << "no shell";
 }
 
 TEST_F(RecordedProcessesTest, ProcessorTimeComesFromTheTicks) {

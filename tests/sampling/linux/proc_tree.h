@@ -31,15 +31,17 @@ class ProcTree {
     char state = 'S';
     Pid ppid = 1;
     int terminal = 0;
+    Pid session = 1;
     unsigned flags = 0;
     unsigned userTicks = 0;
     std::uint64_t startTicks = 0;
   };
   void stat(Pid pid, const Stat& s) const {
     write(std::to_string(pid) + "/stat",
-          std::to_string(pid) + " (" + s.name + ") " + s.state + " " + std::to_string(s.ppid) + " 1 1 " +
-              std::to_string(s.terminal) + " -1 " + std::to_string(s.flags) + " 0 0 0 0 " +
-              std::to_string(s.userTicks) + " 0 0 0 20 0 1 0 " + std::to_string(s.startTicks) + " 0 0\n");
+          std::to_string(pid) + " (" + s.name + ") " + s.state + " " + std::to_string(s.ppid) + " 1 " +
+              std::to_string(s.session) + " " + std::to_string(s.terminal) + " -1 " +
+              std::to_string(s.flags) + " 0 0 0 0 " + std::to_string(s.userTicks) + " 0 0 0 20 0 1 0 " +
+              std::to_string(s.startTicks) + " 0 0\n");
   }
   // A process with every file.
   void process(Pid pid, const Stat& s) const {
@@ -57,7 +59,6 @@ class ProcTree {
     LinuxProcessOptions options;
     options.uid = ::getuid();
     options.procRoot = root();
-    options.cgroupRoot = cgroups();
     return options;
   }
 

@@ -1,0 +1,146 @@
+// Plays any program of a made machine, copied to that program's path. Its words are carried out in order, and
+// words that it does not know are ignored, so that real command lines can stand between them:
+//   as=NAME            leaves its pid in the file NAME of the folder $MACHINE
+//   listen=PORT        listens on TCP
+//   alloc=MEGABYTES    holds that much memory of its own
+//   burn=PERCENT       keeps one processor busy for that share of the time, from the end of the words on
+//   subreaper          adopts orphans, as a user's service manager does
+//   [ OPTIONS PATH WORD... ]  starts a program; nested ones are its own words. Options: pty (on a terminal of
+//                      its own), setsid, cd=FOLDER, argv0=NAME, in=UNIT (in the control group $UNITS/UNIT)
+//   say=LINE           types a line into the youngest of its terminals
+//   wait=NAME          waits for the file NAME
+//   end                ends without waiting for anybody
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <pty.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+std::string variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
+void writeFile(const std::string& path, const std::string& text) {
+  const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  if (file < 0 || ::write(file, text.data(), text.size()) < 0) std::perror(path.c_str());
+  ::close(file);
+}
+
+void listenOn(int port) {
+  const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(static_cast<std::uint16_t>(port));
+  if (::bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
+      ::listen(listener, 1) != 0)
+    std::perror("listen");
+}
+
+void burn(int percent) {
+  using namespace std::chrono;
+  while (true) {
+    const auto start = steady_clock::now();
+    while (steady_clock::now() < start + milliseconds(percent)) {
+    }
+    std::this_thread::sleep_until(start + milliseconds(100));
+  }
+}
+
+class Actor {
+ public:
+  void play(const Words& words) {
+    for (std::size_t at = 1; at < words.size(); ++at) {
+      if (words[at] == "[") {
+        at = startProgram(words, at + 1);
+      } else {
+        act(words[at]);
+      }
+    }
+    if (percent_ > 0) burn(percent_);
+    while (true) ::pause();
+  }
+
+ private:
+  void act(std::string_view word) {
+    const auto equals = word.find('=');
+    const std::string_view verb = word.substr(0, equals);
+    const std::string value(equals == std::string_view::npos ? "" : word.substr(equals + 1));
+    const std::string file = variable("MACHINE") + "/" + value;
+    if (verb == "as") writeFile(file + ".new", std::to_string(::getpid()));
+    if (verb == "as") ::rename((file + ".new").c_str(), file.c_str());
+    if (verb == "listen") listenOn(std::atoi(value.c_str()));
+    if (verb == "alloc") hold(static_cast<std::size_t>(std::atoi(value.c_str())) << 20U);
+    if (verb == "burn") percent_ = std::atoi(value.c_str());
+    if (verb == "subreaper") ::prctl(PR_SET_CHILD_SUBREAPER, 1);
+    if (verb == "say" && ::write(terminal_, (value + "\n").data(), value.size() + 1) < 0) std::perror("say");
+    while (verb == "wait" && ::access(file.c_str(), F_OK) != 0) ::usleep(2'000);
+    if (verb == "end") ::_exit(0);
+  }
+
+  void hold(std::size_t bytes) { std::memset(std::malloc(bytes), 1, bytes); }
+
+  // Starts what stands from `first` to the matching bracket; where that bracket is.
+  std::size_t startProgram(const Words& words, std::size_t first) {
+    std::size_t last = first;
+    for (int depth = 1; last < words.size(); ++last) {
+      if (words[last] == "[") ++depth;
+      if (words[last] == "]" && --depth == 0) break;
+    }
+    bool onTerminal = false;
+    bool ownSession = false;
+    std::string folder, unit, name;
+    for (; first < last && words[first].front() != '/'; ++first) {
+      const std::string& option = words[first];
+      if (option == "pty") onTerminal = true;
+      if (option == "setsid") ownSession = true;
+      if (option.starts_with("cd=")) folder = option.substr(3);
+      if (option.starts_with("in=")) unit = option.substr(3);
+      if (option.starts_with("argv0=")) name = option.substr(6);
+    }
+    const pid_t child = onTerminal ? ::forkpty(&terminal_, nullptr, nullptr, nullptr) : ::fork();
+    if (child != 0) {
+      if (onTerminal) ::fcntl(terminal_, F_SETFD, FD_CLOEXEC);
+      return last;
+    }
+    if (ownSession) ::setsid();
+    if (!folder.empty() && ::chdir(folder.c_str()) != 0) std::perror(folder.c_str());
+    if (!unit.empty()) writeFile(variable("UNITS") + "/" + unit + "/cgroup.procs", "0");
+    std::vector<char*> arguments;
+    Words mine(words.begin() + static_cast<std::ptrdiff_t>(first),
+               words.begin() + static_cast<std::ptrdiff_t>(last));
+    const std::string path = mine.front();
+    if (!name.empty()) mine.front() = name;
+    for (std::string& word : mine) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    ::execv(path.c_str(), arguments.data());
+    std::perror(path.c_str());
+    ::_exit(127);
+  }
+
+  int terminal_ = -1;  // the near end of the youngest one
+  int percent_ = 0;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::signal(SIGCHLD, SIG_IGN);
+  Actor().play(Words(argv, argv + argc));
+}

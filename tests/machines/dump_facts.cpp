@@ -1,0 +1,52 @@
+// Prints one check of the live machine for the machines' tables: a line "subject TAB fact TAB value" for each
+// fact. Subjects are pids, "app NAME", "card ID" and "machine".
+#include <fmt/format.h>
+
+#include <string>
+#include <string_view>
+
+#include "app/machine.h"
+#include "diagnosis/process_tree.h"
+#include "system/self.h"
+
+namespace {
+
+template <typename Value>
+void fact(std::string_view subject, std::string_view name, const Value& value) {
+  fmt::print("{}\t{}\t{}\n", subject, name, value);
+}
+
+void printProcess(const tarnwick::Proc& proc, tarnwick::Starters& starters) {
+  const std::string subject = std::to_string(proc.pid);
+  const tarnwick::Starter start = starters.of(proc);
+  fact(subject, "parent", proc.ppid);
+  fact(subject, "path", proc.path);
+  fact(subject, "app", proc.app.value_or("none"));
+  fact(subject, "who", start.who.value_or("gone"));
+  fact(subject, "root", start.root->pid);
+  fact(subject, "port", proc.ports.empty() ? 0 : proc.ports.front());
+  fact(subject, "megabytes", proc.footprint >> 20U);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const tarnwick::Self self = tarnwick::readSelf();
+  tarnwick::RealOutside outside(self);
+  tarnwick::Machine check(outside.parts(), tarnwick::PrTitles::never);
+  const tarnwick::Snapshot snapshot = check.scan(tarnwick::Machine::checkSeconds);
+  if (argc == 3) return check.apply({tarnwick::QuitApp{argv[2]}}) ? 1 : 0;  // quit ID
+  tarnwick::Starters starters(snapshot);
+  for (const auto& [pid, proc] : snapshot.procs) printProcess(proc, starters);
+  for (const auto& app : snapshot.apps) {
+    fact("app " + app.name, "pid", app.pid);
+    fact("app " + app.name, "id", app.bundleID);
+    fact("app " + app.name, "background", app.background ? "yes" : "no");
+  }
+  for (const auto& card : check.findings(snapshot, {})) {
+    fact("card " + card.id, "title", card.title);
+    fact("card " + card.id, "detail", card.detail);
+  }
+  fact("machine", "pressure", snapshot.pressure);
+  fact("machine", "cores", snapshot.cores);
+}
