@@ -105,8 +105,8 @@ struct Snapshot {
   PidMap<Proc> procs;                 // visited in ascending pid
   std::vector<Container> containers;  // running containers in the engine's order
   std::vector<RunningApp> apps;       // in the order the workspace lists them
-  std::int64_t diskFree = 0;          // bytes free on "/"
-  std::int64_t diskTotal = 0;         // bytes of "/"; 0 when unknown
+  std::int64_t diskFree = 0;          // bytes free on the volume that fills up first, mostly "/"
+  std::int64_t diskTotal = 0;         // bytes of that volume; 0 when unknown
   std::uint64_t ram = 0;              // installed memory, bytes; 0 when unknown
   std::uint64_t swapUsed = 0;         // bytes
   double cpuBusy = 0;                 // share of all processor time that was not idle, 0..1

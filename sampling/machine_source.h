@@ -29,13 +29,14 @@ class MachineSource {
 
   virtual MemoryState memory() = 0;
 
-  // Processor cores that this program may use; 0 when unknown.
+  // Processor cores that are switched on, whichever of them this program may use; 0 when unknown.
   virtual int cores() = 0;
 
   // When the machine started, whole seconds since 1970; absent when unknown.
   virtual std::optional<std::int64_t> bootTime() = 0;
 
-  // Space on "/"; zeros when unknown.
+  // Space on "/", or where the system keeps it apart from the user's files, on the one of both volumes that
+  // has less; zeros when unknown.
   virtual DiskSpace disk() = 0;
 
   // Space on "/" that includes what the system can purge for important data, in bytes. Slow; absent where

@@ -1,5 +1,5 @@
-// The machine's counters on Linux, from /proc, /sys, statvfs and the scheduler. The roots are parameters so
-// that a machine can be laid out in a folder. Unreadable sources give the values named in machine_source.h.
+// The machine's counters on Linux, from /proc, /sys and statvfs. The roots are parameters so that a machine can
+// be laid out in a folder. Unreadable sources give the values named in machine_source.h.
 #pragma once
 
 #include <string>
@@ -13,6 +13,8 @@ class LinuxMachineSource : public MachineSource {
   struct Options {
     std::string procRoot = "/proc";
     std::string sysRoot = "/sys";
+    std::string systemVolume = "/";
+    std::string home = "/";  // the other volume that can fill up is the one that holds this folder
   };
 
   explicit LinuxMachineSource(Options options);
@@ -23,7 +25,7 @@ class LinuxMachineSource : public MachineSource {
   MemoryState memory() override;
   int cores() override;
 
-  // Read once: the kernel computes it from the time of day, so it moves by a second now and then.
+  // Read each time: the kernel computes it from the time of day, and that may have been set since.
   std::optional<std::int64_t> bootTime() override;
 
   DiskSpace disk() override;
@@ -32,10 +34,11 @@ class LinuxMachineSource : public MachineSource {
   std::optional<std::int64_t> importantCapacity() override;
 
  private:
+  // Of the system's volume and the home folder's, the one with less free. A volume that cannot be written is
+  // an image, full by nature.
   std::string procText(const char* name) const;  // a file below the root; empty when unreadable
 
   Options options_;
-  std::optional<std::int64_t> bootTime_;
 };
 
 }  // namespace tarnwick

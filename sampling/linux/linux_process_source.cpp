@@ -130,6 +130,7 @@ void LinuxProcessSource::beginPass() {
   argumentBuffer_.beginPass();
   userManagers_.clear();
   applicationsHaveUnits_.reset();
+  clockIsOld_ = true;
 }
 
 std::vector<Pid> LinuxProcessSource::myPids() { return reader_.pidsOf(options_.uid, mostProcesses); }
@@ -164,7 +165,7 @@ std::unique_ptr<Process> LinuxProcessSource::process(Pid pid) {
   auto seen = look(*files);
   if (!seen || seen->stat.zombie()) return nullptr;
   userManagers_[pid] = looksLikeUserManager(seen->stat);
-  const std::optional<std::int64_t> started = startSeconds(seen->stat.startTicks, clock_);
+  const std::optional<std::int64_t> started = startSeconds(seen->stat.startTicks, clockOfPass());
   if (!started) return nullptr;
   const Pid parent = isUserManager(seen->stat.ppid) ? 1 : seen->stat.ppid;
   return std::make_unique<OneProcess>(*this, std::move(*files), std::move(*seen),
@@ -176,6 +177,11 @@ std::optional<LinuxProcessSource::Look> LinuxProcessSource::look(const ProcessFi
   auto stat = statOf(files, textBuffer_);
   if (!stat) return std::nullopt;
   stats_.keep(files.pid(), files.inode(), *stat);
+const ProcClock& LinuxProcessSource::clockOfPass() {
+  if (std::exchange(clockIsOld_, false)) clock_.bootTime = bootTimeOf(reader_);
+  return clock_;
+}
+
   return Look{.stat = std::move(*stat)};
 }
 

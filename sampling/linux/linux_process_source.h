@@ -66,6 +66,7 @@ class LinuxProcessSource : public ProcessSource {
   std::optional<Look> stillTrue(const ProcessFiles& files, const ProcStat& kept);
   std::optional<std::uint64_t> timeFromTicks(const ProcStat& stat) const;
   bool isUserManager(Pid pid);
+  const ProcClock& clockOfPass();
   std::optional<std::string_view> commandLine(const ProcessFiles& files);
   bool applicationsHaveUnits();
 
@@ -75,7 +76,9 @@ class LinuxProcessSource : public ProcessSource {
   ProcessMemory memory_;
   ListeningPorts ports_;
   StatCache stats_;
-  const ProcClock clock_;  // read once: the kernel derives the boot time from the clock, and that may be set
+  // The kernel derives the boot time from the time of day: when that is set, all start times move with it.
+  ProcClock clock_;
+  bool clockIsOld_ = false;
 
   std::vector<Pid> listed_;  // all processes when `listedAt_` was the newest pid, and some that ended since
   std::optional<Pid> listedAt_;                               // absent: the list is to be made anew

@@ -49,6 +49,19 @@ TEST_F(RecordedProcessesTest, AWholeProcess) {
   EXPECT_THAT(proc.ports, ElementsAre(80, 8080));
 }
 
+TEST_F(RecordedProcessesTest, AClockThatWasSetMovesEveryStart) {
+  tree.process(300, {.startTicks = ticks(5)});
+  LinuxProcessSource source(tree.options());
+  ProcessTable table(source);
+  for (const std::int64_t bootNow : {boot, boot + 46'800, boot - 46'800}) {
+    tree.write("stat", "btime " + std::to_string(bootNow) + "\n");
+    table.firstPass();
+    const Proc proc = table.secondPass(timestamp(static_cast<double>(bootNow + 6))).at(300);
+    EXPECT_EQ(proc.started, timestamp(static_cast<double>(bootNow + 5)));
+    EXPECT_EQ(source.clock().bootTime, bootNow) << "the remedies' clock";
+  }
+}
+
 TEST_F(RecordedProcessesTest, ListsOnlyTheUsersProcessesInAscendingOrder) {
   for (const Pid pid : {30, 4, 100}) tree.process(pid, {});
   for (const auto other : {"self/x", "5x/stat", "-3/stat", "99999999999/stat", "0/stat"})
