@@ -79,6 +79,11 @@ class ProcessSource {
   // User + system processor time so far; absent when the process is gone or cannot be read.
   virtual std::optional<std::uint64_t> processorTime(Pid pid) = 0;
 
+  // The footprint in which memory that the process has together with others counts by its share only, so that
+  // the sum over all of them holds it once. Dear: to be asked where that can matter. Absent when it cannot be
+  // read, and where a footprint counts nothing twice anyhow.
+  virtual std::optional<std::uint64_t> shareOfMemory(Pid /*pid*/) { return std::nullopt; }
+
   // Null when the process is gone, cannot be read or is not the user's.
   virtual std::unique_ptr<Process> process(Pid pid) = 0;
 };

@@ -1,7 +1,10 @@
 #include "sampling/process_table.h"
 
 #include <algorithm>
+#include <limits>
+#include <map>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 namespace tarnwick {
@@ -14,23 +17,30 @@ std::vector<Pid> inOrder(std::vector<Pid> pids) {
   return pids;
 }
 
+constexpr std::uint64_t largest = std::numeric_limits<std::uint64_t>::max();
+
+// Processes that may well share memory: forked from one, or workers on one segment.
+struct Family {
+  std::vector<Proc*> members;
+  std::uint64_t bytes = 0;
+  bool serves = false;  // one of them listens, and is old
+};
+
 }  // namespace
 
 void ProcessTable::firstPass() {
   source_.beginPass();
-  firstWall_ = source_.wallTime();
-  firstTimes_.clear();
+  firstLooks_.clear();
   const std::vector<Pid> pids = inOrder(source_.candidates());
-  firstTimes_.reserve(pids.size());
+  firstLooks_.reserve(pids.size());
   for (const Pid pid : pids) {
-    if (const auto time = source_.processorTime(pid)) firstTimes_[pid] = *time;
+    const std::uint64_t wall = source_.wallTime();  // before the time, so that no work is outside the interval
+    if (const auto time = source_.processorTime(pid)) firstLooks_[pid] = {wall, *time};
   }
 }
 
 PidMap<Proc> ProcessTable::secondPass(Timestamp now) {
   source_.beginPass();
-  const std::uint64_t wallNow = source_.wallTime();
-  const std::uint64_t wall = wallNow > firstWall_ ? wallNow - firstWall_ : 0;
   PidMap<Proc> procs;
   KnownByPid fresh;
   const std::vector<Pid> pids = inOrder(source_.candidates());
@@ -50,10 +60,11 @@ PidMap<Proc> ProcessTable::secondPass(Timestamp now) {
     proc.args = entry.args;
     proc.started = timestamp(static_cast<double>(facts.started));
     proc.app = entry.app;
-    measure(*process, proc, wall);
+    measure(*process, proc);
     if (!proc.app) readSurroundings(*process, proc, now);
     procs[pid] = std::move(proc);
   }
+  countSharedOnce(procs, fresh, now);
   known = std::move(fresh);
   return procs;
 }
@@ -71,14 +82,46 @@ const ProcessTable::Known& ProcessTable::knowledge(Pid pid, Process& process, Kn
   return fresh[pid] = std::move(entry);
 }
 
-void ProcessTable::measure(Process& process, Proc& proc, std::uint64_t wall) {
+void ProcessTable::measure(Process& process, Proc& proc) {
   const auto usage = process.usage();
   if (!usage) return;
   proc.footprint = usage->footprint;
   proc.resident = usage->resident;
-  const auto first = firstTimes_.find(proc.pid);
-  if (first == firstTimes_.end() || wall == 0 || usage->processorTime < first->second) return;
-  proc.cpu = static_cast<double>(usage->processorTime - first->second) / static_cast<double>(wall);
+  const auto found = firstLooks_.find(proc.pid);
+  if (found == firstLooks_.end()) return;
+  const Look& first = found->second;
+  const std::uint64_t wall = source_.wallTime();
+  if (wall <= first.wall || usage->processorTime < first.processorTime) return;
+  proc.cpu = static_cast<double>(usage->processorTime - first.processorTime) /
+             static_cast<double>(wall - first.wall);
+}
+
+void ProcessTable::countSharedOnce(PidMap<Proc>& procs, KnownByPid& fresh, Timestamp now) {
+  std::map<std::string_view, Family> families;  // by application, else by executable
+  for (auto& [pid, proc] : procs) {
+    if (proc.footprint < worthAsking) continue;
+    Family& family = families[proc.app ? *proc.app : proc.path];
+    family.members.push_back(&proc);
+    family.bytes = family.bytes > largest - proc.footprint ? largest : family.bytes + proc.footprint;
+    family.serves = family.serves || !proc.ports.empty();
+  }
+  for (const auto& [key, family] : families) {
+    if (family.members.size() < 2 || family.bytes < (family.serves ? bigServerSum : bigSum)) continue;
+    for (Proc* proc : family.members) proc->footprint = withoutOthersShares(*proc, fresh[proc->pid], now);
+  }
+}
+
+std::uint64_t ProcessTable::withoutOthersShares(const Proc& proc, Known& entry, Timestamp now) {
+  const std::uint64_t counted = proc.footprint;
+  const auto& kept = entry.share;
+  const bool alike = kept && counted - counted / 16 <= kept->counted && kept->counted <= counted + counted / 16;
+  const double age = kept ? secondsBetween(kept->at, now) : 0;
+  if (!alike || age < 0 || age > shareSeconds) {
+    const auto exact = source_.shareOfMemory(proc.pid);
+    entry.share = Share{now, counted, std::min(exact.value_or(counted), counted)};
+  }
+  const std::uint64_t others = entry.share->counted - entry.share->exact;
+  return counted > others ? counted - others : 0;
 }
 
 void ProcessTable::readSurroundings(Process& process, Proc& proc, Timestamp now) {

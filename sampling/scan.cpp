@@ -25,6 +25,15 @@ double busyShare(const CpuTicks& before, const CpuTicks& after) {
   return std::min(share, 1.0);
 }
 
+// Intervals of one second each that begin one after another can hold more work than the processors did in one
+// second: the figures together are brought back to what there was.
+void limitToCores(PidMap<Proc>& procs, int cores) {
+  double sum = 0;
+  for (const auto& [pid, proc] : procs) sum += proc.cpu;
+  if (cores < 1 || sum <= cores) return;
+  for (auto& [pid, proc] : procs) proc.cpu *= cores / sum;
+}
+
 bool runs(const std::vector<RunningApp>& apps, std::string_view bundleID) {
   return std::any_of(apps.begin(), apps.end(),
                      [&](const RunningApp& app) { return app.bundleID == bundleID; });
@@ -57,6 +66,7 @@ Snapshot Scan::scan(double interval) {
   sources_.marks.mark("docker");
 
   readCounters(snapshot, sample.cpuBusy);
+  limitToCores(snapshot.procs, snapshot.cores);
   snapshot.apps = sources_.workspace.runningApps();
   readMemorySaver(snapshot);
   sources_.marks.mark("system and apps");

@@ -159,6 +159,11 @@ std::optional<std::uint64_t> LinuxProcessSource::processorTime(Pid pid) {
   return stat ? timeFromTicks(*stat) : std::nullopt;
 }
 
+std::optional<std::uint64_t> LinuxProcessSource::shareOfMemory(Pid pid) {
+  const auto text = reader_.read(pid, "smaps_rollup", textBuffer_);
+  return text ? footprintOfShares(*text) : std::nullopt;
+}
+
 std::unique_ptr<Process> LinuxProcessSource::process(Pid pid) {
   auto files = reader_.open(pid);
   if (!files || files->uid() != options_.uid) return nullptr;
@@ -172,16 +177,16 @@ std::unique_ptr<Process> LinuxProcessSource::process(Pid pid) {
                                       ProcessFacts{parent, options_.uid, *started});
 }
 
-std::optional<LinuxProcessSource::Look> LinuxProcessSource::look(const ProcessFiles& files) {
-  if (const ProcStat* kept = stats_.find(files.pid(), files.inode())) return stillTrue(files, *kept);
-  auto stat = statOf(files, textBuffer_);
-  if (!stat) return std::nullopt;
-  stats_.keep(files.pid(), files.inode(), *stat);
 const ProcClock& LinuxProcessSource::clockOfPass() {
   if (std::exchange(clockIsOld_, false)) clock_.bootTime = bootTimeOf(reader_);
   return clock_;
 }
 
+std::optional<LinuxProcessSource::Look> LinuxProcessSource::look(const ProcessFiles& files) {
+  if (const ProcStat* kept = stats_.find(files.pid(), files.inode())) return stillTrue(files, *kept);
+  auto stat = statOf(files, textBuffer_);
+  if (!stat) return std::nullopt;
+  stats_.keep(files.pid(), files.inode(), *stat);
   return Look{.stat = std::move(*stat)};
 }
 

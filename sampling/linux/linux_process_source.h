@@ -42,13 +42,15 @@ class LinuxProcessSource : public ProcessSource {
   std::vector<Pid> candidates() override;
   std::uint64_t wallTime() override;
   std::optional<std::uint64_t> processorTime(Pid pid) override;
+  std::optional<std::uint64_t> shareOfMemory(Pid pid) override;
   // Null too for one that ended and that its parent has not asked about yet: it is gone for everybody else.
   // An orphan that the user's service manager adopted has parent 1, as if there were no such manager. What
   // runs in a terminal inside an application's unit belongs to no application. Without arguments and
   // executable (kernel threads, a first thread that ended) the kernel's name for the process is its argument.
   std::unique_ptr<Process> process(Pid pid) override;
 
-  // What start times are reckoned with; never changes. Any thread.
+  // What start times are reckoned with, by remedies too, so that both mean the same process. Read anew in each
+  // pass that meets processes; not to be asked during one.
   const ProcClock& clock() const { return clock_; }
 
  private:
@@ -64,9 +66,9 @@ class LinuxProcessSource : public ProcessSource {
   std::optional<Look> look(const ProcessFiles& files);
   // What earlier checks read, asked whether the process still lives.
   std::optional<Look> stillTrue(const ProcessFiles& files, const ProcStat& kept);
+  const ProcClock& clockOfPass();
   std::optional<std::uint64_t> timeFromTicks(const ProcStat& stat) const;
   bool isUserManager(Pid pid);
-  const ProcClock& clockOfPass();
   std::optional<std::string_view> commandLine(const ProcessFiles& files);
   bool applicationsHaveUnits();
 

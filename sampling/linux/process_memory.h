@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 #include "records/basics.h"
 #include "sampling/linux/proc_reader.h"
@@ -14,6 +15,10 @@ struct MemoryUse {
   std::uint64_t footprint = 0;  // bytes: anonymous + shared memory + swapped; see `sharedMemoryMatters`
   std::uint64_t resident = 0;   // bytes of the resident set
 };
+
+// The footprint in which memory that several processes have counts for each by its share, from PID/smaps_rollup.
+// Absent on kernels before 5.4, which do not tell it apart from files.
+std::optional<std::uint64_t> footprintOfShares(std::string_view rollup);
 
 class ProcessMemory {
  public:

@@ -35,7 +35,7 @@ struct Machine : ScanMachine {
     process.firstLook = 0.25;
     process.secondLook = 0.5;
     process.processes[40] = {.facts = ProcessFacts{.ppid = 7, .uid = 1, .started = 1'700'000'000 - 43'200},
-                             .usage = ProcessUsage{.footprint = 5, .resident = 6, .processorTime = 800},
+                             .usage = ProcessUsage{.footprint = 5, .resident = 6, .processorTime = 1'050},
                              .firstTime = 300,
                              .ports = {80}};
     workspace.apps = {{9, "Mail", "org.mail", "/mail", false}, {8, "Bar", "org.bar", "/bar", true}};
@@ -83,6 +83,22 @@ TEST(Scan, ProcessorShareStaysBetweenNothingAndAll) {
     Machine m;
     m.machine.ticks = {before, after};
     EXPECT_DOUBLE_EQ(m.scan().cpuBusy, share) << after.busy << " of " << after.total;
+  }
+}
+
+TEST(Scan, ProcessesTogetherNeverUseMoreThanTheCores) {
+  const std::pair<int, double> cases[] = {{2, 1}, {3, 1.5}, {8, 1.5}, {0, 1.5}};  // 0: unknown
+  for (const auto& [cores, each] : cases) {
+    Machine m;
+    m.machine.coresAnswer = cores;
+    m.process.firstLook = m.process.secondLook = 0;
+    FakeProcess& process = m.process.processes[40];
+    process.firstTime = 0;
+    process.usage->processorTime = 1'500;  // one and a half cores in the second between the looks
+    m.process.processes[41] = process;
+    const Snapshot s = m.scan();
+    EXPECT_DOUBLE_EQ(s.procs.at(40).cpu, each) << cores;
+    EXPECT_DOUBLE_EQ(s.procs.at(41).cpu, each) << cores;
   }
 }
 

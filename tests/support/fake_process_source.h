@@ -17,6 +17,7 @@ struct FakeProcess {
   std::vector<std::string> args;
   std::string cwd;
   std::vector<std::uint16_t> ports;
+  std::optional<std::uint64_t> share;  // of the memory that it holds with others
 };
 
 struct FakeProcessSource : ProcessSource {
@@ -38,6 +39,7 @@ struct FakeProcessSource : ProcessSource {
     if (clock) clock->turn(firstLook);
     return ask("time", pid).firstTime;
   }
+  std::optional<std::uint64_t> shareOfMemory(Pid pid) override { return ask("share", pid).share; }
   std::unique_ptr<Process> process(Pid pid) override {
     if (!ask("facts", pid).facts) return nullptr;
     return std::make_unique<Answers>(*this, pid);

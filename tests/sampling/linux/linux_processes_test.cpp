@@ -129,6 +129,17 @@ TEST_F(RecordedProcessesTest, FootprintReadsStatusOnlyWhereItMatters) {
   }
 }
 
+TEST_F(RecordedProcessesTest, AMemberOfVeryManyGroupsKeepsItsMemory) {
+  tree.process(30, {});
+  tree.write("meminfo", "Shmem: 9 kB\nSwapTotal: 9 kB\nSwapFree: 8 kB\n");
+  for (const int groups : {0, 351, 65'536}) {
+    std::string status = "Name:\ttool\nGroups:\t";
+    for (int group = 0; group < groups; ++group) status += std::to_string(100'000 + group) + " ";
+    tree.write("30/status", status + "\nRssAnon:\t10 kB\nRssShmem:\t20 kB\nVmSwap:\t30 kB\n");
+    EXPECT_EQ(sample().at(30).footprint, 60U * 1024) << groups;
+  }
+}
+
 TEST_F(RecordedProcessesTest, OrphansOfTheUserManagerHaveParentOne) {
   tree.process(50, {.name = "systemd", .ppid = 1});
   tree.process(60, {.name = "systemd", .ppid = 1});
@@ -297,6 +308,31 @@ TEST_F(LinuxProcessSourceTest, FootprintHoldsAnonymousAndSharedMemory) {
     const auto usage = source.process(child.pid())->usage();
     return usage && usage->footprint >= 2 * bytes && usage->resident >= usage->footprint;
   }));
+}
+
+// Eight children of one parent: what they got from it by fork, and a segment that all have.
+TEST_F(LinuxProcessSourceTest, WhatAFamilySharesIsCountedOnce) {
+  constexpr std::size_t bytes = std::size_t{64} << 20U;
+  const auto map = [](int kind) {
+    return ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_ANONYMOUS | MAP_POPULATE | kind, -1, 0);
+  };
+  void* const inherited = map(MAP_PRIVATE);
+  void* const segment = map(MAP_SHARED);
+  std::vector<std::unique_ptr<ChildProcess>> workers;
+  for (int i = 0; i < 8; ++i) {
+    workers.push_back(std::make_unique<ChildProcess>([&] {
+      for (std::size_t at = 0; at < bytes; at += 4096) static_cast<volatile char*>(segment)[at];
+    }));
+  }
+  ProcessTable table(source);
+  EXPECT_TRUE(waitUntil([&] {
+    const auto procs = table.secondPass(now());
+    std::uint64_t sum = procs.at(::getpid()).footprint;
+    for (const auto& worker : workers) sum += procs.at(worker->pid()).footprint;
+    return sum >= 2 * bytes && sum < 3 * bytes;
+  }));
+  ::munmap(inherited, bytes);
+  ::munmap(segment, bytes);
 }
 
 TEST_F(LinuxProcessSourceTest, WhatIsRememberedOfOneProcessIsNotTheNextOnes) {
