@@ -34,6 +34,7 @@ struct Proc {
   std::vector<std::uint16_t>
       ports;                       // listening TCP ports, ascending; only outside applications after 12 hours
   std::optional<std::string> app;  // application it belongs to; absent for command-line programs and daemons
+  bool inContainer = false;        // one of those that Snapshot::containerLoad counts
 
   // The last path component of the first argument, else of `path`: an interpreter started through a
   // link is named by the link.
@@ -49,6 +50,15 @@ struct Container {
   std::uint64_t mem = 0;  // bytes in use without droppable cache; 0 when unknown
 
   bool operator==(const Container&) const = default;
+};
+
+// What the containers use together that run on this system itself, without a virtual machine around them.
+struct ContainerLoad {
+  std::int64_t count = 0;   // also those that the engine did not name
+  std::uint64_t bytes = 0;  // in use without droppable cache
+  double cpu = 0;           // cores' worth over the interval
+
+  bool operator==(const ContainerLoad&) const = default;
 };
 
 // One running application that has an identifier and a place on disk.
@@ -104,6 +114,7 @@ struct ClaudeWork {
 struct Snapshot {
   PidMap<Proc> procs;                 // visited in ascending pid
   std::vector<Container> containers;  // running containers in the engine's order
+  std::optional<ContainerLoad> containerLoad;  // absent where no container runs on this system itself
   std::vector<RunningApp> apps;       // in the order the workspace lists them
   std::int64_t diskFree = 0;          // bytes free on the volume that fills up first, mostly "/"
   std::int64_t diskTotal = 0;         // bytes of that volume; 0 when unknown

@@ -4,8 +4,10 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "records/snapshot.h"
+#include "sampling/container_group.h"
 #include "sampling/decode/disk_space.h"
 #include "sampling/decode/processor_times.h"
 
@@ -42,6 +44,9 @@ class MachineSource {
   // Space on "/" that includes what the system can purge for important data, in bytes. Slow; absent where
   // the system knows no such figure.
   virtual std::optional<std::int64_t> importantCapacity() = 0;
+
+  // The containers that run on this system itself; empty where they live in a virtual machine.
+  virtual std::vector<ContainerGroup> containerGroups() { return {}; }
 };
 
 }  // namespace tarnwick

@@ -1,6 +1,7 @@
 #include "sampling/scan.h"
 
 #include <algorithm>
+#include <set>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -32,6 +33,12 @@ void limitToCores(PidMap<Proc>& procs, int cores) {
   for (const auto& [pid, proc] : procs) sum += proc.cpu;
   if (cores < 1 || sum <= cores) return;
   for (auto& [pid, proc] : procs) proc.cpu *= cores / sum;
+}
+
+std::set<std::string> idsOf(const std::vector<ContainerGroup>& groups) {
+  std::set<std::string> ids;
+  for (const ContainerGroup& group : groups) ids.insert(group.id);
+  return ids;
 }
 
 bool runs(const std::vector<RunningApp>& apps, std::string_view bundleID) {
@@ -67,6 +74,7 @@ Snapshot Scan::scan(double interval) {
 
   readCounters(snapshot, sample.cpuBusy);
   limitToCores(snapshot.procs, snapshot.cores);
+  addContainers(sample.containers, snapshot);
   snapshot.apps = sources_.workspace.runningApps();
   readMemorySaver(snapshot);
   sources_.marks.mark("system and apps");
@@ -89,17 +97,25 @@ bool Scan::dockerIsStale() const {
 
 Scan::Interval Scan::sampleProcesses(double interval, bool askDocker) {
   const double start = sources_.clock.uptime();
+  ContainerInterval containers{.before = sources_.machine.containerGroups()};
   const CpuTicks before = sources_.machine.cpuTicks();
   sources_.processes.firstPass();
   sources_.marks.mark("first pass");
 
   // Here, because the time that the engine takes is then part of the wait.
-  if (askDocker) dockerCache = DockerAnswer{sources_.clock.now(), sources_.docker.dockerContainers()};
+  if (askDocker) {
+    const Timestamp now = sources_.clock.now();
+    dockerCache = DockerAnswer{now, sources_.docker.dockerContainers(idsOf(containers.before))};
+  }
   const double elapsed = sources_.clock.uptime() - start;
   sources_.clock.sleep(std::max(interval - elapsed, 0.0));
 
   const CpuTicks after = sources_.machine.cpuTicks();
-  return {.procs = sources_.processes.secondPass(sources_.clock.now()), .cpuBusy = busyShare(before, after)};
+  if (!containers.before.empty()) containers.after = sources_.machine.containerGroups();
+  containers.seconds = sources_.clock.uptime() - start;
+  return {.procs = sources_.processes.secondPass(sources_.clock.now()),
+          .cpuBusy = busyShare(before, after),
+          .containers = std::move(containers)};
 }
 
 void Scan::readCounters(Snapshot& snapshot, double cpuBusy) {

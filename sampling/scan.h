@@ -63,6 +63,7 @@ class Scan {
   struct Interval {
     PidMap<Proc> procs;
     double cpuBusy = 0;
+    ContainerInterval containers = {};
   };
 
   bool dockerIsStale() const;

@@ -28,8 +28,8 @@ bool isRequestWord(std::string_view word) {
 // Fills in `mem` of the containers, several threads taking the next one each.
 class MemoryRound {
  public:
-  MemoryRound(const Docker& docker, std::vector<Container>& containers)
-      : docker_(docker), containers_(containers) {}
+  MemoryRound(const Docker& docker, std::vector<Container>& containers, const std::set<std::string>& measured)
+      : docker_(docker), containers_(containers), measured_(measured) {}
 
   // Returns when every container has been asked: letting go of a task waits for it.
   void run() {
@@ -55,7 +55,7 @@ class MemoryRound {
   }
 
   void ask(Container& container) {
-    if (!isPlainContainerId(container.id)) return;
+    if (!isPlainContainerId(container.id) || measured_.contains(container.id)) return;
     const std::string path = "/containers/" + container.id + "/stats?stream=false&one-shot=true";
     if (const std::optional<std::string> body = docker_.dockerAPI("GET", path, askSeconds)) {
       container.mem = memoryOf(*body);
@@ -67,6 +67,7 @@ class MemoryRound {
 
   const Docker& docker_;
   std::vector<Container>& containers_;
+  const std::set<std::string>& measured_;
   std::atomic<std::size_t> next_{0};
   std::atomic<int> unanswered_{0};
 };
@@ -110,11 +111,12 @@ std::optional<std::string> Docker::dockerAPI(std::string_view method, std::strin
   return std::string(*body);
 }
 
-std::vector<Container> Docker::dockerContainers() const {
+std::vector<Container> Docker::dockerContainers(const std::set<std::string>& measured) const {
+  answering_.store(nobody);
   const std::optional<std::string> list = dockerAPI("GET", "/containers/json", askSeconds);
   if (!list) return {};
   std::vector<Container> containers = containersOf(*list);
-  MemoryRound(*this, containers).run();
+  MemoryRound(*this, containers, measured).run();
   return containers;
 }
 

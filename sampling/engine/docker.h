@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstddef>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,9 +32,9 @@ class Docker {
   // or a single read may take, at least 1; the whole reply may take twice that.
   std::optional<std::string> dockerAPI(std::string_view method, std::string_view path, int timeout) const;
 
-  // The running containers in the engine's order; empty when the engine does not answer. The memory of all
-  // is asked side by side, because a real engine takes a full second to measure each.
-  std::vector<Container> dockerContainers() const;
+  // The running containers of the first engine that answers, in its order; empty when none answers. The memory of
+  // all but the `measured` ones is asked side by side, because a real engine takes a full second for each.
+  std::vector<Container> dockerContainers(const std::set<std::string>& measured = {}) const;
 
   // Asks the engine to stop a container and waits until it has. False when it did not.
   bool stop(const std::string& container) const;
@@ -47,7 +48,7 @@ class Docker {
 
   SocketTransport& transport_;
   const std::vector<std::string> places_;
-};
   mutable std::atomic<std::size_t> answering_{nobody};  // whose containers were listed
+};
 
 }  // namespace tarnwick

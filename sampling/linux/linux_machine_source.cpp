@@ -13,6 +13,7 @@
 #include "sampling/decode/processor_times.h"
 #include "sampling/decode/start_times.h"
 #include "sampling/decode/thermal_zone.h"
+#include "sampling/linux/control_groups.h"
 #include "system/small_file.h"
 
 namespace tarnwick {
@@ -91,5 +92,9 @@ DiskSpace LinuxMachineSource::disk() {
 }
 
 std::optional<std::int64_t> LinuxMachineSource::importantCapacity() { return std::nullopt; }
+
+std::vector<ContainerGroup> LinuxMachineSource::containerGroups() {
+  return ControlGroups(options_.cgroupRoot, options_.uid).containers();
+}
 
 }  // namespace tarnwick

@@ -13,7 +13,7 @@ class LinuxMachine : public LiveMachine {
   explicit LinuxMachine(const Self& self)
       : entries_(applicationFolders(self.home)),
         workspace_(entries_, self.uid),
-        machine_({.home = self.home}),
+        machine_({.uid = self.uid, .home = self.home}),
         processes_(
             {.uid = self.uid, .appDisplayName = [this](const std::string& id) { return displayName(id); }}) {}
 
