@@ -52,6 +52,17 @@ struct Container {
   bool operator==(const Container&) const = default;
 };
 
+// A process of another user, of which only what everybody may read is known.
+struct OtherProc {
+  Pid pid = 0;
+  std::uint32_t uid = 0;       // owner
+  std::string name;            // the kernel's, at most 15 characters; kernel threads have longer ones
+  std::uint64_t resident = 0;  // resident set, bytes; what is shared counts for each
+  double cpu = 0;              // as in Proc
+
+  bool operator==(const OtherProc&) const = default;
+};
+
 // What the containers use together that run on this system itself, without a virtual machine around them.
 struct ContainerLoad {
   std::int64_t count = 0;   // also those that the engine did not name
@@ -113,6 +124,7 @@ struct ClaudeWork {
 
 struct Snapshot {
   PidMap<Proc> procs;                 // visited in ascending pid
+  std::vector<OtherProc> others;      // ascending pid; only where the user's own explain less than half
   std::vector<Container> containers;  // running containers in the engine's order
   std::optional<ContainerLoad> containerLoad;  // absent where no container runs on this system itself
   std::vector<RunningApp> apps;       // in the order the workspace lists them

@@ -13,7 +13,7 @@ namespace {
 // Ascending, because the maps grow cheaply that way; some kernels name the youngest first. No answer depends
 // on the order.
 std::vector<Pid> inOrder(std::vector<Pid> pids) {
-  std::sort(pids.begin(), pids.end());
+  if (!std::is_sorted(pids.begin(), pids.end())) std::sort(pids.begin(), pids.end());
   return pids;
 }
 
@@ -43,13 +43,17 @@ PidMap<Proc> ProcessTable::secondPass(Timestamp now) {
   source_.beginPass();
   PidMap<Proc> procs;
   KnownByPid fresh;
+  notMine_.clear();
   const std::vector<Pid> pids = inOrder(source_.candidates());
   procs.reserve(pids.size());
   fresh.reserve(pids.size());
   for (const Pid pid : pids) {
     if (procs.size() == ProcessSource::mostProcesses) break;
     const std::unique_ptr<Process> process = source_.process(pid);
-    if (process == nullptr) continue;
+    if (process == nullptr) {
+      notMine_.push_back(pid);
+      continue;
+    }
     const ProcessFacts& facts = process->facts();
     const Known& entry = knowledge(pid, *process, fresh);
     Proc proc;
@@ -87,13 +91,33 @@ void ProcessTable::measure(Process& process, Proc& proc) {
   if (!usage) return;
   proc.footprint = usage->footprint;
   proc.resident = usage->resident;
-  const auto found = firstLooks_.find(proc.pid);
-  if (found == firstLooks_.end()) return;
+  proc.cpu = coresSince(proc.pid, usage->processorTime);
+}
+
+// To be asked right after the processor time was.
+double ProcessTable::coresSince(Pid pid, std::uint64_t processorTime) {
+  const auto found = firstLooks_.find(pid);
+  if (found == firstLooks_.end()) return 0;
   const Look& first = found->second;
   const std::uint64_t wall = source_.wallTime();
-  if (wall <= first.wall || usage->processorTime < first.processorTime) return;
-  proc.cpu = static_cast<double>(usage->processorTime - first.processorTime) /
-             static_cast<double>(wall - first.wall);
+  if (wall <= first.wall || processorTime < first.processorTime) return 0;
+  return static_cast<double>(processorTime - first.processorTime) / static_cast<double>(wall - first.wall);
+}
+
+std::vector<OtherProc> ProcessTable::others() {
+  std::vector<OtherProc> found;
+  for (const Pid pid : notMine_) {
+    if (found.size() == ProcessSource::mostProcesses) break;
+    auto facts = source_.stranger(pid);
+    if (!facts) continue;
+    const double cpu = coresSince(pid, facts->processorTime);
+    found.push_back({.pid = pid,
+                     .uid = facts->uid,
+                     .name = std::move(facts->name),
+                     .resident = facts->resident,
+                     .cpu = cpu});
+  }
+  return found;
 }
 
 void ProcessTable::countSharedOnce(PidMap<Proc>& procs, KnownByPid& fresh, Timestamp now) {

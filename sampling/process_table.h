@@ -38,6 +38,10 @@ class ProcessTable {
   // Ends them and reads every process. `now` is the time of day, for the age of processes.
   PidMap<Proc> secondPass(Timestamp now);
 
+  // The processes of other users, to be asked for after the second pass, over the same intervals; ascending,
+  // the first `ProcessSource::mostProcesses`. Empty where they cannot be read.
+  std::vector<OtherProc> others();
+
  private:
   // What a process was found to hold of the memory that it shares.
   struct Share {
@@ -60,6 +64,7 @@ class ProcessTable {
   // same, else asked for.
   const Known& knowledge(Pid pid, Process& process, KnownByPid& fresh);
   void measure(Process& process, Proc& proc);
+  double coresSince(Pid pid, std::uint64_t processorTime);
   void countSharedOnce(PidMap<Proc>& procs, KnownByPid& fresh, Timestamp now);
   std::uint64_t withoutOthersShares(const Proc& proc, Known& entry, Timestamp now);
   static void readSurroundings(Process& process, Proc& proc, Timestamp now);
@@ -74,6 +79,7 @@ class ProcessTable {
 
   ProcessSource& source_;
   PidMap<Look> firstLooks_;
+  std::vector<Pid> notMine_;  // who was asked about in the second pass and was no process of the user's
   KnownByPid known;  // exactly the processes of the last second pass
 };
 

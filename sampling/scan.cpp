@@ -35,6 +35,24 @@ void limitToCores(PidMap<Proc>& procs, int cores) {
   for (auto& [pid, proc] : procs) proc.cpu *= cores / sum;
 }
 
+// Is the machine busy or short of memory, and do the user's own processes and the containers explain less than
+// half of that?
+bool isBusyWithOthers(const Snapshot& snapshot) {
+  constexpr double busyCores = 1;
+  constexpr std::int32_t tightPressure = 2;
+  const ContainerLoad containers = snapshot.containerLoad.value_or(ContainerLoad{});
+  double cpu = containers.cpu;
+  double bytes = static_cast<double>(containers.bytes);
+  for (const auto& [pid, proc] : snapshot.procs) {
+    if (proc.inContainer) continue;
+    cpu += proc.cpu;
+    bytes += static_cast<double>(proc.footprint);
+  }
+  const double work = snapshot.cpuBusy * std::max(snapshot.cores, 1);
+  const bool busy = work >= busyCores && cpu < work / 2;
+  return busy || (snapshot.pressure >= tightPressure && bytes < static_cast<double>(snapshot.ram) / 2);
+}
+
 std::set<std::string> idsOf(const std::vector<ContainerGroup>& groups) {
   std::set<std::string> ids;
   for (const ContainerGroup& group : groups) ids.insert(group.id);
@@ -53,6 +71,8 @@ bool isYounger(Timestamp at, Timestamp now, double limit) {
 }
 
 }  // namespace
+
+bool wasSeen(const Snapshot& snapshot) { return !snapshot.procs.empty() && snapshot.ram > 0; }
 
 Scan::Scan(const Sources& sources, std::string home) : sources_(sources), home_(std::move(home)) {}
 
@@ -75,6 +95,7 @@ Snapshot Scan::scan(double interval) {
   readCounters(snapshot, sample.cpuBusy);
   limitToCores(snapshot.procs, snapshot.cores);
   addContainers(sample.containers, snapshot);
+  if (isBusyWithOthers(snapshot)) snapshot.others = sources_.processes.others();
   snapshot.apps = sources_.workspace.runningApps();
   readMemorySaver(snapshot);
   sources_.marks.mark("system and apps");

@@ -164,6 +164,19 @@ std::optional<std::uint64_t> LinuxProcessSource::shareOfMemory(Pid pid) {
   return text ? footprintOfShares(*text) : std::nullopt;
 }
 
+// The processor time comes last, because its interval ends with the next question about the clock.
+std::optional<StrangerFacts> LinuxProcessSource::stranger(Pid pid) {
+  const auto files = reader_.open(pid);
+  if (!files || files->uid() == options_.uid) return std::nullopt;
+  const auto text = files->read("stat", textBuffer_);
+  const auto stat = text ? procStat(*text) : std::nullopt;
+  if (!stat || stat->zombie()) return std::nullopt;
+  const std::uint64_t resident = memory_.bytes(residentPages(*text));
+  auto time = live_ ? nanoseconds(processorClock(pid)) : std::nullopt;
+  if (!time) time = timeFromTicks(*stat);
+  return StrangerFacts{files->uid(), stat->name, resident, time.value_or(0)};
+}
+
 std::unique_ptr<Process> LinuxProcessSource::process(Pid pid) {
   auto files = reader_.open(pid);
   if (!files || files->uid() != options_.uid) return nullptr;

@@ -43,6 +43,7 @@ class LinuxProcessSource : public ProcessSource {
   std::uint64_t wallTime() override;
   std::optional<std::uint64_t> processorTime(Pid pid) override;
   std::optional<std::uint64_t> shareOfMemory(Pid pid) override;
+  std::optional<StrangerFacts> stranger(Pid pid) override;
   // Null too for one that ended and that its parent has not asked about yet: it is gone for everybody else.
   // An orphan that the user's service manager adopted has parent 1, as if there were no such manager. What
   // runs in a terminal inside an application's unit belongs to no application. Without arguments and

@@ -32,6 +32,9 @@ class ProcessMemory {
   // Forgets whether the machine swaps and holds shared memory.
   void beginPass() { machine_.reset(); }
 
+  // So many pages in bytes; 0 when that does not fit.
+  std::uint64_t bytes(std::uint64_t pages) const { return pages > mostPages / pageSize_ ? 0 : pages * pageSize_; }
+
   // Absent when the process is gone or cannot be read.
   std::optional<MemoryUse> of(const ProcessFiles& process);
 
@@ -42,6 +45,8 @@ class ProcessMemory {
   };
   const Machine& machine();
   static std::optional<std::uint64_t> footprintFromStatus(const ProcessFiles& process);
+
+  static constexpr std::uint64_t mostPages = ~std::uint64_t{0};
 
   const ProcReader& reader_;
   std::uint64_t pageSize_;

@@ -102,6 +102,48 @@ TEST(Scan, ProcessesTogetherNeverUseMoreThanTheCores) {
   }
 }
 
+TEST(Scan, OthersAreAskedAboutOnlyWhereTheUsersOwnExplainLessThanHalf) {
+  struct Case {
+    const char* what;
+    std::uint64_t busy;  // of 100 ticks, 8 cores
+    double own;          // cores
+    int pressure;
+    std::uint64_t footprint;
+    bool asked;
+  };
+  const std::uint64_t half = 8'000'000'000;
+  const Case cases[] = {{"idle", 12, 0, 1, 0, false},    {"busy", 50, 1.999, 1, 0, true},
+                        {"mine", 50, 2, 1, 0, false},    {"short of memory", 0, 0, 2, half - 1, true},
+                        {"mine", 0, 0, 2, half, false},  {"enough memory", 0, 0, 1, 0, false},
+                        {"one core", 13, 0, 1, 0, true}, {"mine", 13, 0.6, 1, 0, false}};
+  for (const Case& c : cases) {
+    Machine m;
+    m.process.firstLook = m.process.secondLook = 0;
+    m.machine.ticks = {{0, 1000}, {c.busy, 1100}};
+    m.machine.pressureAnswer = c.pressure;
+    FakeProcess& mine = m.process.processes[40];
+    mine.firstTime = 0;
+    mine.usage = ProcessUsage{c.footprint, 0, static_cast<std::uint64_t>(c.own * 1000)};
+    m.process.strangers[50] = {.uid = 0, .name = "backupd", .resident = 7, .processorTime = 0};
+    const Snapshot s = m.scan();
+    EXPECT_EQ(s.others.size(), c.asked ? 1U : 0U) << c.what;
+    EXPECT_EQ(std::ranges::count(m.process.asked, "stranger 50"), c.asked) << c.what;
+    EXPECT_EQ(s.procs.size(), 1U) << c.what;
+    if (!c.asked) continue;
+    EXPECT_EQ(s.others.front(), (OtherProc{50, 0, "backupd", 7, 0})) << c.what;
+  }
+}
+
+TEST(Scan, AMachineWithoutProcessesOrMemoryWasNotSeen) {
+  Machine m;
+  EXPECT_TRUE(wasSeen(m.scan()));
+  m.machine.ramAnswer = 0;
+  EXPECT_FALSE(wasSeen(m.scan()));
+  m.machine.ramAnswer = 1;
+  m.process.processes.clear();
+  EXPECT_FALSE(wasSeen(m.scan()));
+}
+
 // The engine takes a second to measure a container; the control group has the same at once.
 TEST(Scan, ContainersWithoutAMachineAreMeasuredByTheirGroups) {
   constexpr std::uint64_t second = 1'000'000'000;

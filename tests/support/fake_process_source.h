@@ -22,6 +22,7 @@ struct FakeProcess {
 
 struct FakeProcessSource : ProcessSource {
   std::map<Pid, FakeProcess> processes;
+  std::map<Pid, StrangerFacts> strangers;
   std::uint64_t wall = 0;
   FakeClock* clock = nullptr;  // turned by so many seconds for each process of the first and the second pass
   double firstLook = 0;
@@ -34,6 +35,17 @@ struct FakeProcessSource : ProcessSource {
     std::vector<Pid> pids;
     for (const auto& [pid, process] : processes) pids.push_back(pid);
     return pids;
+  }
+  std::vector<Pid> candidates() override {
+    std::set<Pid> pids;
+    for (const auto& [pid, process] : processes) pids.insert(pid);
+    for (const auto& [pid, facts] : strangers) pids.insert(pid);
+    return {pids.begin(), pids.end()};
+  }
+  std::optional<StrangerFacts> stranger(Pid pid) override {
+    ask("stranger", pid);
+    const auto found = strangers.find(pid);
+    return found == strangers.end() ? std::nullopt : std::optional(found->second);
   }
   std::optional<std::uint64_t> processorTime(Pid pid) override {
     if (clock) clock->turn(firstLook);

@@ -393,6 +393,32 @@ TEST_F(LinuxProcessSourceTest, EveryNewProcessIsAskedAboutButAnotherUsersHasNoFa
   EXPECT_FALSE(source.process(other.pid()));
 }
 
+TEST_F(LinuxProcessSourceTest, AnotherUsersWorkIsSeenFromItsOneFile) {
+  if (::getuid() != 0) GTEST_SKIP() << "starting a process of another user takes root";
+  constexpr std::size_t bytes = std::size_t{16} << 20U;
+  const ChildProcess busy([] {
+    if (::setuid(65'534) != 0) ::_exit(1);
+    ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_ANONYMOUS | MAP_POPULATE | MAP_PRIVATE, -1, 0);
+    while (true) {
+    }
+  });
+  ProcessTable table(source);
+  OtherProc seen;
+  ASSERT_TRUE(waitUntil([&] {
+    table.firstPass();
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    const auto procs = table.secondPass(now());
+    for (const OtherProc& other : table.others()) {
+      EXPECT_FALSE(procs.contains(other.pid));
+      if (other.pid == busy.pid()) seen = other;
+    }
+    return seen.cpu > 0.2 && seen.resident >= bytes;
+  }));
+  EXPECT_LT(seen.cpu, 1.2);
+  EXPECT_EQ(seen.uid, 65'534U);
+  EXPECT_EQ(seen.name, "sampling_tests");
+}
+
 // Its parent may ask about it late or never. What earlier checks know of it must not keep it.
 TEST_F(LinuxProcessSourceTest, AnEndedChildIsGoneBeforeItsParentAsks) {
   ChildProcess child;
