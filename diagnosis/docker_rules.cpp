@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::string_view dockerID = "com.docker.docker";
 constexpr std::string_view dockerEntry = "docker-desktop";  // its desktop entry on Linux
-constexpr std::uint64_t largeBytes = 1'073'741'824;  // 1 GiB
+constexpr std::uint64_t largeBytes = 1'073'741'824;         // 1 GiB
 constexpr double noteworthyCores = 0.5;
 constexpr std::size_t mostStopActions = 3;
 constexpr std::size_t udidLength = 36;
@@ -34,8 +34,8 @@ bool isMostlySwapped(const Proc& vm) {
   return vm.footprint > vm.resident && vm.footprint - vm.resident > vm.resident;
 }
 
-// The machine of Docker Desktop for Linux is an emulator of the system's that it started. The machine's disk or
-// kernel, or else its parent, tells whose it is.
+// The machine of Docker Desktop for Linux is an emulator of the system's that it started. The machine's disk
+// or kernel, or else its parent, tells whose it is.
 bool isDesktopMachine(const Proc& proc, const Snapshot& snapshot) {
   constexpr std::string_view desktop = "/opt/docker-desktop/";
   constexpr std::string_view emulator = "qemu-system-";
@@ -91,7 +91,8 @@ const RunningApp* dockerApp(const Snapshot& snapshot) {
 }
 
 std::vector<Action> quitAndStopActions(const RunningApp* app, const Snapshot& snapshot) {
-  std::vector<Action> actions{{"Quit Docker", {QuitApp{app == nullptr ? std::string(dockerID) : app->bundleID}}}};
+  std::vector<Action> actions{
+      {"Quit Docker", {QuitApp{app == nullptr ? std::string(dockerID) : app->bundleID}}}};
   for (Action& stop : stopActions(snapshot)) actions.push_back(std::move(stop));
   return actions;
 }

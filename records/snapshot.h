@@ -127,15 +127,15 @@ struct Snapshot {
   std::vector<OtherProc> others;      // ascending pid; only where the user's own explain less than half
   std::vector<Container> containers;  // running containers in the engine's order
   std::optional<ContainerLoad> containerLoad;  // absent where no container runs on this system itself
-  std::vector<RunningApp> apps;       // in the order the workspace lists them
-  std::int64_t diskFree = 0;          // bytes free on the volume that fills up first, mostly "/"
-  std::int64_t diskTotal = 0;         // bytes of that volume; 0 when unknown
-  std::uint64_t ram = 0;              // installed memory, bytes; 0 when unknown
-  std::uint64_t swapUsed = 0;         // bytes
-  double cpuBusy = 0;                 // share of all processor time that was not idle, 0..1
-  int cores = 0;                      // active cores; readers take less than 1 as 1
-  double uptime = 0;                  // seconds since the machine started
-  Timestamp now;                      // when the sample was complete
+  std::vector<RunningApp> apps;                // in the order the workspace lists them
+  std::int64_t diskFree = 0;                   // bytes free on the volume that fills up first, mostly "/"
+  std::int64_t diskTotal = 0;                  // bytes of that volume; 0 when unknown
+  std::uint64_t ram = 0;                       // installed memory, bytes; 0 when unknown
+  std::uint64_t swapUsed = 0;                  // bytes
+  double cpuBusy = 0;                          // share of all processor time that was not idle, 0..1
+  int cores = 0;                               // active cores; readers take less than 1 as 1
+  double uptime = 0;                           // seconds since the machine started
+  Timestamp now;                               // when the sample was complete
   ThermalState thermal = ThermalState::nominal;
   std::int32_t pressure = 1;             // memory pressure: 1 normal, 2 warning, 4 critical
   std::optional<int> memorySaver;        // Chrome's Memory Saver state; absent when unknown

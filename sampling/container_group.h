@@ -1,5 +1,5 @@
-// Containers that run on this system's own kernel, as their control groups tell. Everybody may read those, also
-// who may not ask the engine.
+// Containers that run on this system's own kernel, as their control groups tell. Everybody may read those,
+// also who may not ask the engine.
 #pragma once
 
 #include <cstdint>
@@ -25,7 +25,8 @@ struct ContainerInterval {
   double seconds = 0;
 };
 
-// Puts the load, the memory of the containers that the engine named, and whose a process is into the snapshot.
+// Puts the load, the memory of the containers that the engine named, and whose a process is into the
+// snapshot.
 void addContainers(const ContainerInterval& interval, Snapshot& snapshot);
 
 }  // namespace tarnwick

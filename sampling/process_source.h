@@ -92,8 +92,8 @@ class ProcessSource {
   // read, and where a footprint counts nothing twice anyhow.
   virtual std::optional<std::uint64_t> shareOfMemory(Pid /*pid*/) { return std::nullopt; }
 
-  // About a process of another user that candidates() named, at the price of one file; absent when it is gone,
-  // is the user's own, or the system tells nobody.
+  // About a process of another user that candidates() named, at the price of one file; absent when it is
+  // gone, is the user's own, or the system tells nobody.
   virtual std::optional<StrangerFacts> stranger(Pid /*pid*/) { return std::nullopt; }
 
   // Null when the process is gone, cannot be read or is not the user's.

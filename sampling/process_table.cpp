@@ -34,7 +34,8 @@ void ProcessTable::firstPass() {
   const std::vector<Pid> pids = inOrder(source_.candidates());
   firstLooks_.reserve(pids.size());
   for (const Pid pid : pids) {
-    const std::uint64_t wall = source_.wallTime();  // before the time, so that no work is outside the interval
+    const std::uint64_t wall =
+        source_.wallTime();  // before the time, so that no work is outside the interval
     if (const auto time = source_.processorTime(pid)) firstLooks_[pid] = {wall, *time};
   }
 }
@@ -138,7 +139,8 @@ void ProcessTable::countSharedOnce(PidMap<Proc>& procs, KnownByPid& fresh, Times
 std::uint64_t ProcessTable::withoutOthersShares(const Proc& proc, Known& entry, Timestamp now) {
   const std::uint64_t counted = proc.footprint;
   const auto& kept = entry.share;
-  const bool alike = kept && counted - counted / 16 <= kept->counted && kept->counted <= counted + counted / 16;
+  const bool alike =
+      kept && counted - counted / 16 <= kept->counted && kept->counted <= counted + counted / 16;
   const double age = kept ? secondsBetween(kept->at, now) : 0;
   if (!alike || age < 0 || age > shareSeconds) {
     const auto exact = source_.shareOfMemory(proc.pid);

@@ -80,7 +80,7 @@ class ProcessTable {
   ProcessSource& source_;
   PidMap<Look> firstLooks_;
   std::vector<Pid> notMine_;  // who was asked about in the second pass and was no process of the user's
-  KnownByPid known;  // exactly the processes of the last second pass
+  KnownByPid known;           // exactly the processes of the last second pass
 };
 
 }  // namespace tarnwick

@@ -35,8 +35,8 @@ void limitToCores(PidMap<Proc>& procs, int cores) {
   for (auto& [pid, proc] : procs) proc.cpu *= cores / sum;
 }
 
-// Is the machine busy or short of memory, and do the user's own processes and the containers explain less than
-// half of that?
+// Is the machine busy or short of memory, and do the user's own processes and the containers explain less
+// than half of that?
 bool isBusyWithOthers(const Snapshot& snapshot) {
   constexpr double busyCores = 1;
   constexpr std::int32_t tightPressure = 2;

@@ -32,8 +32,9 @@ class Docker {
   // or a single read may take, at least 1; the whole reply may take twice that.
   std::optional<std::string> dockerAPI(std::string_view method, std::string_view path, int timeout) const;
 
-  // The running containers of the first engine that answers, in its order; empty when none answers. The memory of
-  // all but the `measured` ones is asked side by side, because a real engine takes a full second for each.
+  // The running containers of the first engine that answers, in its order; empty when none answers. The
+  // memory of all but the `measured` ones is asked side by side, because a real engine takes a full second
+  // for each.
   std::vector<Container> dockerContainers(const std::set<std::string>& measured = {}) const;
 
   // Asks the engine to stop a container and waits until it has. False when it did not.

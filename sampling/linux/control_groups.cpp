@@ -16,7 +16,7 @@ constexpr std::size_t idCharacters = 64;
 constexpr std::size_t shownCharacters = 12;
 constexpr std::size_t groupFileLimit = 1'048'576;  // bytes
 constexpr int deepestPod = 2;                      // a slice for pods and one for each
-constexpr int deepestPart = 4;                    // a container may divide itself
+constexpr int deepestPart = 4;                     // a container may divide itself
 
 bool cutEnd(std::string_view& text, std::string_view end) {
   if (!text.ends_with(end)) return false;
@@ -30,7 +30,9 @@ bool cutStart(std::string_view& text, std::string_view start) {
   return true;
 }
 
-std::optional<std::uint64_t> number(std::string_view text) { return wholeNumber<std::uint64_t>(takeWord(text)); }
+std::optional<std::uint64_t> number(std::string_view text) {
+  return wholeNumber<std::uint64_t>(takeWord(text));
+}
 
 std::string textOf(const std::string& file) { return readSmallFile(file, groupFileLimit).value_or(""); }
 
@@ -74,9 +76,9 @@ std::vector<ContainerGroup> ControlGroups::containers() const {
   const std::string user = std::to_string(uid_);
   const std::string manager = "/user.slice/user-" + user + ".slice/user@" + user + ".service";
   std::vector<ContainerGroup> found;
-  for (const std::string& folder : {std::string("/docker"), std::string("/libpod_parent"), std::string("/system.slice"),
-                                    std::string("/machine.slice"), manager, manager + "/user.slice",
-                                    manager + "/app.slice"}) {
+  for (const std::string& folder :
+       {std::string("/docker"), std::string("/libpod_parent"), std::string("/system.slice"),
+        std::string("/machine.slice"), manager, manager + "/user.slice", manager + "/app.slice"}) {
     addFrom(folder, 0, found);
   }
   std::erase_if(found, [](const ContainerGroup& group) {

@@ -1,6 +1,6 @@
-// The control groups of containers, in either version of the tree and wherever an engine lays them: a system's
-// or a user's own, under the session manager or by itself. What cannot be read is left out. One thread at a
-// time.
+// The control groups of containers, in either version of the tree and wherever an engine lays them: a
+// system's or a user's own, under the session manager or by itself. What cannot be read is left out. One
+// thread at a time.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,8 @@
 
 namespace tarnwick {
 
-// The engine's id of the container whose group has that name, such as "docker-ID.scope" or "libpod-ID.scope", or
-// only "ID" where `bare`; absent for other groups. An id has 64 hexadecimal digits.
+// The engine's id of the container whose group has that name, such as "docker-ID.scope" or "libpod-ID.scope",
+// or only "ID" where `bare`; absent for other groups. An id has 64 hexadecimal digits.
 std::optional<std::string> containerOfGroup(std::string_view name, bool bare);
 
 class ControlGroups {

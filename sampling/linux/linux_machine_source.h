@@ -1,5 +1,5 @@
-// The machine's counters on Linux, from /proc, /sys and statvfs. The roots are parameters so that a machine can
-// be laid out in a folder. Unreadable sources give the values named in machine_source.h.
+// The machine's counters on Linux, from /proc, /sys and statvfs. The roots are parameters so that a machine
+// can be laid out in a folder. Unreadable sources give the values named in machine_source.h.
 #pragma once
 
 #include <cstdint>

@@ -50,8 +50,8 @@ class LinuxProcessSource : public ProcessSource {
   // executable (kernel threads, a first thread that ended) the kernel's name for the process is its argument.
   std::unique_ptr<Process> process(Pid pid) override;
 
-  // What start times are reckoned with, by remedies too, so that both mean the same process. Read anew in each
-  // pass that meets processes; not to be asked during one.
+  // What start times are reckoned with, by remedies too, so that both mean the same process. Read anew in
+  // each pass that meets processes; not to be asked during one.
   const ProcClock& clock() const { return clock_; }
 
  private:

@@ -16,8 +16,8 @@ struct MemoryUse {
   std::uint64_t resident = 0;   // bytes of the resident set
 };
 
-// The footprint in which memory that several processes have counts for each by its share, from PID/smaps_rollup.
-// Absent on kernels before 5.4, which do not tell it apart from files.
+// The footprint in which memory that several processes have counts for each by its share, from
+// PID/smaps_rollup. Absent on kernels before 5.4, which do not tell it apart from files.
 std::optional<std::uint64_t> footprintOfShares(std::string_view rollup);
 
 class ProcessMemory {
@@ -33,7 +33,9 @@ class ProcessMemory {
   void beginPass() { machine_.reset(); }
 
   // So many pages in bytes; 0 when that does not fit.
-  std::uint64_t bytes(std::uint64_t pages) const { return pages > mostPages / pageSize_ ? 0 : pages * pageSize_; }
+  std::uint64_t bytes(std::uint64_t pages) const {
+    return pages > mostPages / pageSize_ ? 0 : pages * pageSize_;
+  }
 
   // Absent when the process is gone or cannot be read.
   std::optional<MemoryUse> of(const ProcessFiles& process);

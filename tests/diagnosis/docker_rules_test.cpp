@@ -91,7 +91,8 @@ TEST(Docker, SentencesAtTheirLimits) {
   EXPECT_EQ(only(docker(m)).metric, "18446744073709551615% of memory") << "nor does the percentage";
 }
 
-// Containers of the system's own kernel stand where the virtual machine stands, and their engine keeps nothing.
+// Containers of the system's own kernel stand where the virtual machine stands, and their engine keeps
+// nothing.
 TEST(Containers, StandWhereTheMachineStands) {
   Snapshot m = machine();
   EXPECT_THAT(docker(m), IsEmpty());
@@ -107,11 +108,13 @@ TEST(Containers, StandWhereTheMachineStands) {
                   {"c4", "cache", "Up 3 hours", "redis", 150 * megabyte}};
   m.containerLoad = {.count = 5, .bytes = 4 * gigabyte, .cpu = 0.49};  // one is not the engine's
   Finding found = only(docker(m));
-  EXPECT_EQ(std::tie(found.id, found.title, found.detail, found.summary, found.subject, found.metric, found.icon),
-            std::tuple("docker", "Docker uses 4.0 GB of memory",
-                       "Your 5 containers use 4.0 GB. Stop those that you do not need.",
-                       "Your 5 containers use 4.0 GB.", "Docker", "25% of memory", "shippingbox"));
-  EXPECT_EQ(std::tuple(found.bucket, found.bytes, found.impact), std::tuple(Bucket::always, 4 * gigabyte, 0.25));
+  EXPECT_EQ(
+      std::tie(found.id, found.title, found.detail, found.summary, found.subject, found.metric, found.icon),
+      std::tuple("docker", "Docker uses 4.0 GB of memory",
+                 "Your 5 containers use 4.0 GB. Stop those that you do not need.",
+                 "Your 5 containers use 4.0 GB.", "Docker", "25% of memory", "shippingbox"));
+  EXPECT_EQ(std::tuple(found.bucket, found.bytes, found.impact),
+            std::tuple(Bucket::always, 4 * gigabyte, 0.25));
   std::string actions;
   for (const Action& action : found.actions) actions += action.label + ": " + action.fix.command() + ". ";
   EXPECT_EQ(actions,
@@ -129,8 +132,14 @@ TEST(Containers, StandWhereTheMachineStands) {
 
 TEST(DockerVM, IsTheEmulatorThatDockerDesktopStarted) {
   const std::tuple<const char*, std::vector<std::string>, const char*, bool> cases[] = {
-      {"/usr/bin/qemu-system-x86_64", {"q", "-kernel", "/opt/docker-desktop/linuxkit/kernel"}, "/sbin/init", true},
-      {"/usr/bin/qemu-system-x86_64", {"q", "file=/home/a/.docker/desktop/vms/0/data/Docker.raw"}, "/x", true},
+      {"/usr/bin/qemu-system-x86_64",
+       {"q", "-kernel", "/opt/docker-desktop/linuxkit/kernel"},
+       "/sbin/init",
+       true},
+      {"/usr/bin/qemu-system-x86_64",
+       {"q", "file=/home/a/.docker/desktop/vms/0/data/Docker.raw"},
+       "/x",
+       true},
       {"/usr/bin/qemu-system-aarch64", {}, "/opt/docker-desktop/bin/com.docker.virtualization", true},
       {"/usr/bin/qemu-system-x86_64", {"q", "-hda", "windows.img"}, "/usr/bin/virt-manager", false},
       {"/usr/bin/vim", {"vim", "/opt/docker-desktop/linuxkit/kernel"}, "/x", false}};
@@ -141,7 +150,8 @@ TEST(DockerVM, IsTheEmulatorThatDockerDesktopStarted) {
     vm.path = path;
     vm.footprint = vm.resident = 2 * gigabyte;
     EXPECT_EQ(dockerVM(m) != nullptr, isDockers) << path << " below " << parent;
-    m.apps = {{50, "Docker Desktop", "docker-desktop", "/usr/share/applications/docker-desktop.desktop", false}};
+    m.apps = {
+        {50, "Docker Desktop", "docker-desktop", "/usr/share/applications/docker-desktop.desktop", false}};
     m.containerLoad = {.count = 1, .bytes = 5 * gigabyte};
     const Finding found = only(docker(m));
     EXPECT_EQ(found.title, isDockers ? "Docker uses 2.0 GB of memory" : "Docker uses 5.0 GB of memory");

@@ -139,10 +139,11 @@ TEST_F(ProcessTableTest, SharedMemoryIsCountedOnceWhereTheSumIsBig) {
     bool old;            // listens for more than 12 hours
     bool asked;
   };
-  const Case cases[] = {{"big", 8, 200, false, true},    {"one alone shares with nobody", 1, 2'000, false, false},
-                        {"small", 2, 127, false, false}, {"just big", 2, 128, false, true},
-                        {"server", 2, 16, true, true},   {"small server", 2, 15, true, false},
-                        {"many", 1'000, 1, false, true}};
+  const Case cases[] = {
+      {"big", 8, 200, false, true},    {"one alone shares with nobody", 1, 2'000, false, false},
+      {"small", 2, 127, false, false}, {"just big", 2, 128, false, true},
+      {"server", 2, 16, true, true},   {"small server", 2, 15, true, false},
+      {"many", 1'000, 1, false, true}};
   for (const Case& c : cases) {
     source.processes.clear();
     source.asked.clear();

@@ -154,13 +154,14 @@ TEST(Scan, ContainersWithoutAMachineAreMeasuredByTheirGroups) {
       "HTTP/1.0 200 OK\r\n\r\n[{\"Id\":\"aaaaaaaaaaaaffff\"},{\"Id\":\"cccccccccccc\"}]";
   m.machine.groups = {{{"aaaaaaaaaaaa", 10, 5 * second, {}}, {"bbbbbbbbbbbb", 20, 9 * second, {}}},
                       {{"aaaaaaaaaaaa", 100, 7 * second, {40, 99}},
-                       {"bbbbbbbbbbbb", 200, 8 * second, {}},  // went backwards
+                       {"bbbbbbbbbbbb", 200, 8 * second, {}},    // went backwards
                        {"dddddddddddd", 400, 8 * second, {}}}};  // started meanwhile
   const Snapshot s = m.scan();
   EXPECT_EQ(s.containerLoad, (ContainerLoad{.count = 3, .bytes = 700, .cpu = 2}));
   EXPECT_TRUE(s.procs.at(40).inContainer);
   ASSERT_EQ(s.containers.size(), 2U);
-  EXPECT_EQ(std::pair(s.containers[0].mem, s.containers[1].mem), std::pair(std::uint64_t{100}, std::uint64_t{0}));
+  EXPECT_EQ(std::pair(s.containers[0].mem, s.containers[1].mem),
+            std::pair(std::uint64_t{100}, std::uint64_t{0}));
   EXPECT_THAT(m.engine.asked(), SizeIs(2)) << "the list, and the one container without a group";
   const Snapshot none = m.scan();
   EXPECT_EQ(none.containerLoad, std::nullopt);

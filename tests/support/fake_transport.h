@@ -19,7 +19,7 @@ class FakeTransport final : public SocketTransport {
   };
 
   std::set<std::string> sockets{"/engine.sock"};
-  std::set<std::string> silent;  // sockets behind which nobody answers
+  std::set<std::string> silent;                // sockets behind which nobody answers
   std::map<std::string, std::string> replies;  // by the request line without " HTTP/1.0"
   std::function<void()> onAsked = [] {};       // run for every request
   std::size_t crowd = 0;                       // statistics are held back until so many are asked at once

@@ -11,13 +11,18 @@ namespace {
 const std::string id = "0123456789ab" + std::string(52, 'c');
 
 TEST(ContainerOfGroup, NamesHoldAWholeId) {
-  const std::tuple<std::string, bool, bool> cases[] = {
-      {"docker-" + id + ".scope", false, true}, {"libpod-" + id + ".scope", false, true},
-      {"libpod-" + id, false, true},            {id, true, true},
-      {id, false, false},                       {"libpod-conmon-" + id + ".scope", false, false},
-      {"docker-" + id.substr(1), false, false}, {"docker-" + id + "0", false, false},
-      {"docker.service", false, false},         {"docker-" + std::string(64, 'G'), false, false},
-      {"buildkit", true, false},                {"", true, false}};
+  const std::tuple<std::string, bool, bool> cases[] = {{"docker-" + id + ".scope", false, true},
+                                                       {"libpod-" + id + ".scope", false, true},
+                                                       {"libpod-" + id, false, true},
+                                                       {id, true, true},
+                                                       {id, false, false},
+                                                       {"libpod-conmon-" + id + ".scope", false, false},
+                                                       {"docker-" + id.substr(1), false, false},
+                                                       {"docker-" + id + "0", false, false},
+                                                       {"docker.service", false, false},
+                                                       {"docker-" + std::string(64, 'G'), false, false},
+                                                       {"buildkit", true, false},
+                                                       {"", true, false}};
   for (const auto& [name, bare, isOne] : cases) {
     EXPECT_EQ(containerOfGroup(name, bare), isOne ? std::optional(id) : std::nullopt) << name;
   }
