@@ -28,6 +28,7 @@ void complainUnknownWords(std::vector<std::string> words) {
 int drawPanel(const ProgramRun& run) {
   const auto check = run.words.live ? std::optional(liveCheck(run)) : demoCheck(run);
   if (!check) return printUnknownScenario(run);
+  if (run.words.live && !wasSeen(check->snapshot)) return complainUnseen();
   panel::writePanelImage({.snapshot = check->snapshot,
                           .found = check->found,
                           .dark = run.words.dark,

@@ -30,6 +30,11 @@ int printReport(const ProgramRun& run, const std::optional<Check>& check, bool a
   return run.print(text(check->snapshot, check->found, guesses));
 }
 
+int printLive(const ProgramRun& run) {
+  const Check check = liveCheck(run);
+  return wasSeen(check.snapshot) ? printReport(run, check, run.words.askModel) : complainUnseen();
+}
+
 int runBenchmark(const ProgramRun& run) {
   Machine machine(run.outside(), PrTitles::never);
   int status = 0;
@@ -65,6 +70,11 @@ int printUnknownScenario(const ProgramRun& run) {
   return 1;
 }
 
+int complainUnseen() {
+  return complain(
+      "this machine cannot be seen: its processes or its memory cannot be read. On Linux they are in /proc.");
+}
+
 int runTextMode(const ProgramRun& run) {
   switch (run.words.mode) {
     case Mode::selfTest:
@@ -76,7 +86,7 @@ int runTextMode(const ProgramRun& run) {
     case Mode::bench:
       return runBenchmark(run);
     case Mode::print:
-      return printReport(run, run.words.scenario ? demoCheck(run) : liveCheck(run), run.words.askModel);
+      return run.words.scenario ? printReport(run, demoCheck(run), run.words.askModel) : printLive(run);
     case Mode::help:
       return run.print(helpText());
     case Mode::version:

@@ -33,6 +33,9 @@ std::optional<Check> demoCheck(const ProgramRun& run);
 // Says so; the exit status.
 int printUnknownScenario(const ProgramRun& run);
 
+// Says that a live check saw nothing, about which nothing can be reported; the exit status.
+int complainUnseen();
+
 // The exit status; 0 at once for a mode that needs the panel.
 int runTextMode(const ProgramRun& run);
 

@@ -41,6 +41,7 @@ BusyGroups busyGroups(const Snapshot& snapshot, const Self& self, Starters& star
   BusyGroups groups;
   for (const auto& [pid, proc] : snapshot.procs) {
     if (!(proc.cpu > idleCores) || pid == self.pid || &proc == vm) continue;
+    if (vm == nullptr && proc.inContainer) continue;  // the docker rule's
     if (browserOf(proc, safariRuns) || serviceOf(proc.name()) != nullptr) continue;
     const Proc* root = proc.app ? &proc : starters.of(proc).root;
     Group& group = proc.app ? groups.apps[*proc.app] : groups.roots[root->pid];

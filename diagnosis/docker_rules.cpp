@@ -16,7 +16,8 @@ namespace tarnwick {
 namespace {
 
 constexpr std::string_view dockerID = "com.docker.docker";
-constexpr std::uint64_t largeBytes = 1'073'741'824;  // 1 GiB
+constexpr std::string_view dockerEntry = "docker-desktop";  // its desktop entry on Linux
+constexpr std::uint64_t largeBytes = 1'073'741'824;         // 1 GiB
 constexpr double noteworthyCores = 0.5;
 constexpr std::size_t mostStopActions = 3;
 constexpr std::size_t udidLength = 36;
@@ -33,6 +34,24 @@ bool isMostlySwapped(const Proc& vm) {
   return vm.footprint > vm.resident && vm.footprint - vm.resident > vm.resident;
 }
 
+// The machine of Docker Desktop for Linux is an emulator of the system's that it started. The machine's disk
+// or kernel, or else its parent, tells whose it is.
+bool isDesktopMachine(const Proc& proc, const Snapshot& snapshot) {
+  constexpr std::string_view desktop = "/opt/docker-desktop/";
+  constexpr std::string_view emulator = "qemu-system-";
+  if (!proc.path.starts_with("/usr/bin/qemu-") && !proc.path.starts_with(desktop)) return false;
+  if (!lastPathComponent(proc.path).starts_with(emulator)) return false;
+  const auto parent = snapshot.procs.find(proc.ppid);
+  if (parent != snapshot.procs.end() && parent->second.path.starts_with(desktop)) return true;
+  return std::any_of(proc.args.begin(), proc.args.end(), [&](const std::string& arg) {
+    return arg.find(desktop) != std::string::npos || arg.find("/.docker/desktop/") != std::string::npos;
+  });
+}
+
+void takeLarger(const Proc*& largest, const Proc& proc) {
+  if (largest == nullptr || proc.footprint > largest->footprint) largest = &proc;
+}
+
 // For how long a container is up, from the engine's words: "Up 3 hours (healthy)" gives "3 hours".
 std::string upTime(std::string status) {
   constexpr std::string_view up = "Up ";
@@ -45,14 +64,15 @@ std::string upTime(std::string status) {
   return status.substr(first, status.find_last_not_of(blanks) + 1 - first);
 }
 
-std::vector<Action> dockerActions(const Snapshot& snapshot) {
+// Stops of the containers that hold most.
+std::vector<Action> stopActions(const Snapshot& snapshot) {
   std::vector<const Container*> biggest;
   for (const Container& container : snapshot.containers) biggest.push_back(&container);
   std::stable_sort(biggest.begin(), biggest.end(),
                    [](const Container* a, const Container* b) { return a->mem > b->mem; });
   biggest.resize(std::min(biggest.size(), mostStopActions));
 
-  std::vector<Action> actions{{"Quit Docker", {QuitApp{std::string(dockerID)}}}};
+  std::vector<Action> actions;
   for (const Container* container : biggest) {
     const std::string up = upTime(container->status);
     actions.push_back({fmt::format("Stop {} ({}, {}{})", container->name, dbKind(container->image),
@@ -62,10 +82,55 @@ std::vector<Action> dockerActions(const Snapshot& snapshot) {
   return actions;
 }
 
-std::string dockerIcon(const Snapshot& snapshot) {
-  const auto app = std::find_if(snapshot.apps.begin(), snapshot.apps.end(),
-                                [](const RunningApp& a) { return a.bundleID == dockerID; });
-  return app == snapshot.apps.end() ? "shippingbox" : app->path;
+// The application around the virtual machine; null when it is not among the running ones.
+const RunningApp* dockerApp(const Snapshot& snapshot) {
+  const auto app = std::find_if(snapshot.apps.begin(), snapshot.apps.end(), [](const RunningApp& a) {
+    return a.bundleID == dockerID || a.bundleID == dockerEntry;
+  });
+  return app == snapshot.apps.end() ? nullptr : &*app;
+}
+
+std::vector<Action> quitAndStopActions(const RunningApp* app, const Snapshot& snapshot) {
+  std::vector<Action> actions{
+      {"Quit Docker", {QuitApp{app == nullptr ? std::string(dockerID) : app->bundleID}}}};
+  for (Action& stop : stopActions(snapshot)) actions.push_back(std::move(stop));
+  return actions;
+}
+
+// What a virtual machine and the containers without one have in common.
+struct Load {
+  std::uint64_t bytes = 0;
+  double cpu = 0;  // cores' worth
+
+  bool isNoteworthy() const { return bytes > largeBytes || cpu >= busyCores; }
+};
+
+// All but the sentences and the remedies.
+Finding loadFinding(const Load& load, const Snapshot& snapshot) {
+  return {.id = "docker",
+          .bucket = Bucket::always,
+          .title = fmt::format("Docker uses {} of memory", size(load.bytes)),
+          .bytes = load.bytes,
+          .subject = "Docker",
+          .metric = fmt::format("{}% of memory", wholePercentage(load.bytes, snapshot.ram)),
+          .icon = "shippingbox",
+          .impact = std::max(processorShare(load.cpu, snapshot), memoryShare(load.bytes, snapshot))};
+}
+
+// Containers without a virtual machine. Their engine is a service of the system and keeps nothing.
+Finding containersFinding(const ContainerLoad& load, const Snapshot& snapshot) {
+  const bool one = load.count == 1;
+  const std::string_view they = one ? "It" : "They";
+  const std::string_view use = one ? "uses" : "use";
+  Finding finding = loadFinding({load.bytes, load.cpu}, snapshot);
+  finding.summary = fmt::format("Your {} {} {}.", plural(load.count, "container"), use, size(load.bytes));
+  if (load.cpu >= noteworthyCores) {
+    finding.summary += fmt::format(" {} also {} {} now.", they, use, pct(load.cpu, snapshot));
+  }
+  finding.detail = fmt::format("{} Stop {}.", finding.summary,
+                               one ? "it if you do not need it" : "those that you do not need");
+  finding.actions = stopActions(snapshot);
+  return finding;
 }
 
 Finding dockerFinding(const Proc& vm, const Snapshot& snapshot) {
@@ -91,17 +156,13 @@ Finding dockerFinding(const Proc& vm, const Snapshot& snapshot) {
             : fmt::format("Your containers need only {}. Docker keeps the rest.", size(needed));
   if (works) summary += fmt::format(" It also uses {} now.", share);
 
-  return {.id = "docker",
-          .bucket = Bucket::always,
-          .title = fmt::format("Docker uses {} of memory", size(vm.footprint)),
-          .detail = std::move(detail),
-          .bytes = vm.footprint,
-          .actions = dockerActions(snapshot),
-          .subject = "Docker",
-          .summary = std::move(summary),
-          .metric = fmt::format("{}% of memory", wholePercentage(vm.footprint, snapshot.ram)),
-          .icon = dockerIcon(snapshot),
-          .impact = std::max(processorShare(vm.cpu, snapshot), memoryShare(vm.footprint, snapshot))};
+  const RunningApp* app = dockerApp(snapshot);
+  Finding finding = loadFinding({vm.footprint, vm.cpu}, snapshot);
+  finding.detail = std::move(detail);
+  finding.summary = std::move(summary);
+  finding.actions = quitAndStopActions(app, snapshot);
+  if (app != nullptr) finding.icon = app->path;
+  return finding;
 }
 
 // One running simulator.
@@ -177,11 +238,12 @@ Finding simulatorsFinding(const std::vector<Simulator>& all, const Snapshot& sna
 
 const Proc* dockerVM(const Snapshot& snapshot) {
   const Proc* vm = nullptr;
+  const Proc* desktop = nullptr;
   for (const auto& [pid, proc] : snapshot.procs) {
-    if (!proc.path.ends_with("/com.apple.Virtualization.VirtualMachine")) continue;
-    if (vm == nullptr || proc.footprint > vm->footprint) vm = &proc;
+    if (proc.path.ends_with("/com.apple.Virtualization.VirtualMachine")) takeLarger(vm, proc);
+    if (isDesktopMachine(proc, snapshot)) takeLarger(desktop, proc);
   }
-  if (vm == nullptr) return nullptr;
+  if (vm == nullptr) return desktop;
   // Other programs have virtual machines too: it is Docker's only where Docker runs.
   const bool dockerRuns = std::any_of(snapshot.procs.begin(), snapshot.procs.end(), [](const auto& entry) {
     return entry.second.path.find("/Docker.app/") != std::string::npos;
@@ -190,9 +252,13 @@ const Proc* dockerVM(const Snapshot& snapshot) {
 }
 
 std::vector<Finding> docker(const Snapshot& snapshot) {
-  const Proc* vm = dockerVM(snapshot);
-  if (vm == nullptr || (vm->footprint <= largeBytes && vm->cpu < busyCores)) return {};
-  return {dockerFinding(*vm, snapshot)};
+  if (const Proc* vm = dockerVM(snapshot)) {
+    if (!Load{vm->footprint, vm->cpu}.isNoteworthy()) return {};
+    return {dockerFinding(*vm, snapshot)};
+  }
+  const auto& load = snapshot.containerLoad;
+  if (!load || !Load{load->bytes, load->cpu}.isNoteworthy()) return {};
+  return {containersFinding(*load, snapshot)};
 }
 
 std::vector<Finding> simulators(const Snapshot& snapshot, Surroundings& surroundings) {

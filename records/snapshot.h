@@ -38,6 +38,7 @@ struct Proc {
   // A shell that leads its session and has a terminal. Where terminals do not start their shells as login
   // shells, this tells that somebody types into it.
   bool terminalShell = false;
+  bool inContainer = false;        // one of those that Snapshot::containerLoad counts
 
   // The last path component of the first argument, else of `path`: an interpreter started through a
   // link is named by the link.
@@ -53,6 +54,26 @@ struct Container {
   std::uint64_t mem = 0;  // bytes in use without droppable cache; 0 when unknown
 
   bool operator==(const Container&) const = default;
+};
+
+// A process of another user, of which only what everybody may read is known.
+struct OtherProc {
+  Pid pid = 0;
+  std::uint32_t uid = 0;       // owner
+  std::string name;            // the kernel's, at most 15 characters; kernel threads have longer ones
+  std::uint64_t resident = 0;  // resident set, bytes; what is shared counts for each
+  double cpu = 0;              // as in Proc
+
+  bool operator==(const OtherProc&) const = default;
+};
+
+// What the containers use together that run on this system itself, without a virtual machine around them.
+struct ContainerLoad {
+  std::int64_t count = 0;   // also those that the engine did not name
+  std::uint64_t bytes = 0;  // in use without droppable cache
+  double cpu = 0;           // cores' worth over the interval
+
+  bool operator==(const ContainerLoad&) const = default;
 };
 
 // One running application that has an identifier and a place on disk.
@@ -107,16 +128,18 @@ struct ClaudeWork {
 
 struct Snapshot {
   PidMap<Proc> procs;                 // visited in ascending pid
+  std::vector<OtherProc> others;      // ascending pid; only where the user's own explain less than half
   std::vector<Container> containers;  // running containers in the engine's order
-  std::vector<RunningApp> apps;       // in the order the workspace lists them
-  std::int64_t diskFree = 0;          // bytes free on "/"
-  std::int64_t diskTotal = 0;         // bytes of "/"; 0 when unknown
-  std::uint64_t ram = 0;              // installed memory, bytes; 0 when unknown
-  std::uint64_t swapUsed = 0;         // bytes
-  double cpuBusy = 0;                 // share of all processor time that was not idle, 0..1
-  int cores = 0;                      // active cores; readers take less than 1 as 1
-  double uptime = 0;                  // seconds since the machine started
-  Timestamp now;                      // when the sample was complete
+  std::optional<ContainerLoad> containerLoad;  // absent where no container runs on this system itself
+  std::vector<RunningApp> apps;                // in the order the workspace lists them
+  std::int64_t diskFree = 0;                   // bytes free on the volume that fills up first, mostly "/"
+  std::int64_t diskTotal = 0;                  // bytes of that volume; 0 when unknown
+  std::uint64_t ram = 0;                       // installed memory, bytes; 0 when unknown
+  std::uint64_t swapUsed = 0;                  // bytes
+  double cpuBusy = 0;                          // share of all processor time that was not idle, 0..1
+  int cores = 0;                               // active cores; readers take less than 1 as 1
+  double uptime = 0;                           // seconds since the machine started
+  Timestamp now;                               // when the sample was complete
   ThermalState thermal = ThermalState::nominal;
   std::int32_t pressure = 1;             // memory pressure: 1 normal, 2 warning, 4 critical
   std::optional<int> memorySaver;        // Chrome's Memory Saver state; absent when unknown

@@ -4,8 +4,10 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "records/snapshot.h"
+#include "sampling/container_group.h"
 #include "sampling/decode/disk_space.h"
 #include "sampling/decode/processor_times.h"
 
@@ -29,18 +31,22 @@ class MachineSource {
 
   virtual MemoryState memory() = 0;
 
-  // Processor cores that this program may use; 0 when unknown.
+  // Processor cores that are switched on, whichever of them this program may use; 0 when unknown.
   virtual int cores() = 0;
 
   // When the machine started, whole seconds since 1970; absent when unknown.
   virtual std::optional<std::int64_t> bootTime() = 0;
 
-  // Space on "/"; zeros when unknown.
+  // Space on "/", or where the system keeps it apart from the user's files, on the one of both volumes that
+  // has less; zeros when unknown.
   virtual DiskSpace disk() = 0;
 
   // Space on "/" that includes what the system can purge for important data, in bytes. Slow; absent where
   // the system knows no such figure.
   virtual std::optional<std::int64_t> importantCapacity() = 0;
+
+  // The containers that run on this system itself; empty where they live in a virtual machine.
+  virtual std::vector<ContainerGroup> containerGroups() { return {}; }
 };
 
 }  // namespace tarnwick

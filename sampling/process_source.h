@@ -30,6 +30,14 @@ struct ProcessUsage {
   std::uint64_t processorTime = 0;  // user + system so far, in the units of wallTime()
 };
 
+// What everybody may read about a process of somebody else.
+struct StrangerFacts {
+  std::uint32_t uid = 0;            // owner
+  std::string name;                 // the kernel's
+  std::uint64_t resident = 0;       // bytes of its resident set
+  std::uint64_t processorTime = 0;  // as in ProcessUsage
+};
+
 // One process of the user, asked for in the second pass. Each question stands for itself, in any order. What
 // was read on the way is kept here and goes with the object. Not to outlive its source or the pass.
 class Process {
@@ -80,6 +88,15 @@ class ProcessSource {
 
   // User + system processor time so far; absent when the process is gone or cannot be read.
   virtual std::optional<std::uint64_t> processorTime(Pid pid) = 0;
+
+  // The footprint in which memory that the process has together with others counts by its share only, so that
+  // the sum over all of them holds it once. Dear: to be asked where that can matter. Absent when it cannot be
+  // read, and where a footprint counts nothing twice anyhow.
+  virtual std::optional<std::uint64_t> shareOfMemory(Pid /*pid*/) { return std::nullopt; }
+
+  // About a process of another user that candidates() named, at the price of one file; absent when it is
+  // gone, is the user's own, or the system tells nobody.
+  virtual std::optional<StrangerFacts> stranger(Pid /*pid*/) { return std::nullopt; }
 
   // Null when the process is gone, cannot be read or is not the user's.
   virtual std::unique_ptr<Process> process(Pid pid) = 0;

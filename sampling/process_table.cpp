@@ -1,7 +1,10 @@
 #include "sampling/process_table.h"
 
 #include <algorithm>
+#include <limits>
+#include <map>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include "records/shells.h"
@@ -12,36 +15,48 @@ namespace {
 // Ascending, because the maps grow cheaply that way; some kernels name the youngest first. No answer depends
 // on the order.
 std::vector<Pid> inOrder(std::vector<Pid> pids) {
-  std::sort(pids.begin(), pids.end());
+  if (!std::is_sorted(pids.begin(), pids.end())) std::sort(pids.begin(), pids.end());
   return pids;
 }
+
+constexpr std::uint64_t largest = std::numeric_limits<std::uint64_t>::max();
+
+// Processes that may well share memory: forked from one, or workers on one segment.
+struct Family {
+  std::vector<Proc*> members;
+  std::uint64_t bytes = 0;
+  bool serves = false;  // one of them listens, and is old
+};
 
 }  // namespace
 
 void ProcessTable::firstPass() {
   source_.beginPass();
-  firstWall_ = source_.wallTime();
-  firstTimes_.clear();
+  firstLooks_.clear();
   const std::vector<Pid> pids = inOrder(source_.candidates());
-  firstTimes_.reserve(pids.size());
+  firstLooks_.reserve(pids.size());
   for (const Pid pid : pids) {
-    if (const auto time = source_.processorTime(pid)) firstTimes_[pid] = *time;
+    const std::uint64_t wall =
+        source_.wallTime();  // before the time, so that no work is outside the interval
+    if (const auto time = source_.processorTime(pid)) firstLooks_[pid] = {wall, *time};
   }
 }
 
 PidMap<Proc> ProcessTable::secondPass(Timestamp now) {
   source_.beginPass();
-  const std::uint64_t wallNow = source_.wallTime();
-  const std::uint64_t wall = wallNow > firstWall_ ? wallNow - firstWall_ : 0;
   PidMap<Proc> procs;
   KnownByPid fresh;
+  notMine_.clear();
   const std::vector<Pid> pids = inOrder(source_.candidates());
   procs.reserve(pids.size());
   fresh.reserve(pids.size());
   for (const Pid pid : pids) {
     if (procs.size() == ProcessSource::mostProcesses) break;
     const std::unique_ptr<Process> process = source_.process(pid);
-    if (process == nullptr) continue;
+    if (process == nullptr) {
+      notMine_.push_back(pid);
+      continue;
+    }
     const ProcessFacts& facts = process->facts();
     const Known& entry = knowledge(pid, *process, fresh);
     Proc proc;
@@ -54,10 +69,11 @@ PidMap<Proc> ProcessTable::secondPass(Timestamp now) {
     proc.started = timestamp(static_cast<double>(facts.started));
     proc.app = entry.app;
     proc.terminalShell = facts.session == pid && facts.hasTerminal && isInteractiveShell(proc.name());
-    measure(*process, proc, wall);
+    measure(*process, proc);
     if (!proc.app) readSurroundings(*process, proc, now);
     procs[pid] = std::move(proc);
   }
+  countSharedOnce(procs, fresh, now);
   known = std::move(fresh);
   return procs;
 }
@@ -75,14 +91,67 @@ const ProcessTable::Known& ProcessTable::knowledge(Pid pid, Process& process, Kn
   return fresh[pid] = std::move(entry);
 }
 
-void ProcessTable::measure(Process& process, Proc& proc, std::uint64_t wall) {
+void ProcessTable::measure(Process& process, Proc& proc) {
   const auto usage = process.usage();
   if (!usage) return;
   proc.footprint = usage->footprint;
   proc.resident = usage->resident;
-  const auto first = firstTimes_.find(proc.pid);
-  if (first == firstTimes_.end() || wall == 0 || usage->processorTime < first->second) return;
-  proc.cpu = static_cast<double>(usage->processorTime - first->second) / static_cast<double>(wall);
+  proc.cpu = coresSince(proc.pid, usage->processorTime);
+}
+
+// To be asked right after the processor time was.
+double ProcessTable::coresSince(Pid pid, std::uint64_t processorTime) {
+  const auto found = firstLooks_.find(pid);
+  if (found == firstLooks_.end()) return 0;
+  const Look& first = found->second;
+  const std::uint64_t wall = source_.wallTime();
+  if (wall <= first.wall || processorTime < first.processorTime) return 0;
+  return static_cast<double>(processorTime - first.processorTime) / static_cast<double>(wall - first.wall);
+}
+
+std::vector<OtherProc> ProcessTable::others() {
+  std::vector<OtherProc> found;
+  for (const Pid pid : notMine_) {
+    if (found.size() == ProcessSource::mostProcesses) break;
+    auto facts = source_.stranger(pid);
+    if (!facts) continue;
+    const double cpu = coresSince(pid, facts->processorTime);
+    found.push_back({.pid = pid,
+                     .uid = facts->uid,
+                     .name = std::move(facts->name),
+                     .resident = facts->resident,
+                     .cpu = cpu});
+  }
+  return found;
+}
+
+void ProcessTable::countSharedOnce(PidMap<Proc>& procs, KnownByPid& fresh, Timestamp now) {
+  std::map<std::string_view, Family> families;  // by application, else by executable
+  for (auto& [pid, proc] : procs) {
+    if (proc.footprint < worthAsking) continue;
+    Family& family = families[proc.app ? *proc.app : proc.path];
+    family.members.push_back(&proc);
+    family.bytes = family.bytes > largest - proc.footprint ? largest : family.bytes + proc.footprint;
+    family.serves = family.serves || !proc.ports.empty();
+  }
+  for (const auto& [key, family] : families) {
+    if (family.members.size() < 2 || family.bytes < (family.serves ? bigServerSum : bigSum)) continue;
+    for (Proc* proc : family.members) proc->footprint = withoutOthersShares(*proc, fresh[proc->pid], now);
+  }
+}
+
+std::uint64_t ProcessTable::withoutOthersShares(const Proc& proc, Known& entry, Timestamp now) {
+  const std::uint64_t counted = proc.footprint;
+  const auto& kept = entry.share;
+  const bool alike =
+      kept && counted - counted / 16 <= kept->counted && kept->counted <= counted + counted / 16;
+  const double age = kept ? secondsBetween(kept->at, now) : 0;
+  if (!alike || age < 0 || age > shareSeconds) {
+    const auto exact = source_.shareOfMemory(proc.pid);
+    entry.share = Share{now, counted, std::min(exact.value_or(counted), counted)};
+  }
+  const std::uint64_t others = entry.share->counted - entry.share->exact;
+  return counted > others ? counted - others : 0;
 }
 
 void ProcessTable::readSurroundings(Process& process, Proc& proc, Timestamp now) {

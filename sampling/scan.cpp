@@ -1,6 +1,7 @@
 #include "sampling/scan.h"
 
 #include <algorithm>
+#include <set>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -25,6 +26,39 @@ double busyShare(const CpuTicks& before, const CpuTicks& after) {
   return std::min(share, 1.0);
 }
 
+// Intervals of one second each that begin one after another can hold more work than the processors did in one
+// second: the figures together are brought back to what there was.
+void limitToCores(PidMap<Proc>& procs, int cores) {
+  double sum = 0;
+  for (const auto& [pid, proc] : procs) sum += proc.cpu;
+  if (cores < 1 || sum <= cores) return;
+  for (auto& [pid, proc] : procs) proc.cpu *= cores / sum;
+}
+
+// Is the machine busy or short of memory, and do the user's own processes and the containers explain less
+// than half of that?
+bool isBusyWithOthers(const Snapshot& snapshot) {
+  constexpr double busyCores = 1;
+  constexpr std::int32_t tightPressure = 2;
+  const ContainerLoad containers = snapshot.containerLoad.value_or(ContainerLoad{});
+  double cpu = containers.cpu;
+  double bytes = static_cast<double>(containers.bytes);
+  for (const auto& [pid, proc] : snapshot.procs) {
+    if (proc.inContainer) continue;
+    cpu += proc.cpu;
+    bytes += static_cast<double>(proc.footprint);
+  }
+  const double work = snapshot.cpuBusy * std::max(snapshot.cores, 1);
+  const bool busy = work >= busyCores && cpu < work / 2;
+  return busy || (snapshot.pressure >= tightPressure && bytes < static_cast<double>(snapshot.ram) / 2);
+}
+
+std::set<std::string> idsOf(const std::vector<ContainerGroup>& groups) {
+  std::set<std::string> ids;
+  for (const ContainerGroup& group : groups) ids.insert(group.id);
+  return ids;
+}
+
 bool runs(const std::vector<RunningApp>& apps, std::string_view bundleID) {
   return std::any_of(apps.begin(), apps.end(),
                      [&](const RunningApp& app) { return app.bundleID == bundleID; });
@@ -37,6 +71,8 @@ bool isYounger(Timestamp at, Timestamp now, double limit) {
 }
 
 }  // namespace
+
+bool wasSeen(const Snapshot& snapshot) { return !snapshot.procs.empty() && snapshot.ram > 0; }
 
 Scan::Scan(const Sources& sources, std::string home) : sources_(sources), home_(std::move(home)) {}
 
@@ -57,6 +93,9 @@ Snapshot Scan::scan(double interval) {
   sources_.marks.mark("docker");
 
   readCounters(snapshot, sample.cpuBusy);
+  limitToCores(snapshot.procs, snapshot.cores);
+  addContainers(sample.containers, snapshot);
+  if (isBusyWithOthers(snapshot)) snapshot.others = sources_.processes.others();
   snapshot.apps = sources_.workspace.runningApps();
   readMemorySaver(snapshot);
   sources_.marks.mark("system and apps");
@@ -79,17 +118,25 @@ bool Scan::dockerIsStale() const {
 
 Scan::Interval Scan::sampleProcesses(double interval, bool askDocker) {
   const double start = sources_.clock.uptime();
+  ContainerInterval containers{.before = sources_.machine.containerGroups()};
   const CpuTicks before = sources_.machine.cpuTicks();
   sources_.processes.firstPass();
   sources_.marks.mark("first pass");
 
   // Here, because the time that the engine takes is then part of the wait.
-  if (askDocker) dockerCache = DockerAnswer{sources_.clock.now(), sources_.docker.dockerContainers()};
+  if (askDocker) {
+    const Timestamp now = sources_.clock.now();
+    dockerCache = DockerAnswer{now, sources_.docker.dockerContainers(idsOf(containers.before))};
+  }
   const double elapsed = sources_.clock.uptime() - start;
   sources_.clock.sleep(std::max(interval - elapsed, 0.0));
 
   const CpuTicks after = sources_.machine.cpuTicks();
-  return {.procs = sources_.processes.secondPass(sources_.clock.now()), .cpuBusy = busyShare(before, after)};
+  if (!containers.before.empty()) containers.after = sources_.machine.containerGroups();
+  containers.seconds = sources_.clock.uptime() - start;
+  return {.procs = sources_.processes.secondPass(sources_.clock.now()),
+          .cpuBusy = busyShare(before, after),
+          .containers = std::move(containers)};
 }
 
 void Scan::readCounters(Snapshot& snapshot, double cpuBusy) {

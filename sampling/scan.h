@@ -18,6 +18,10 @@
 
 namespace tarnwick {
 
+// Was the machine there to be seen? Not where the system shows neither processes nor memory: what the rules
+// find then, nothing, says nothing.
+bool wasSeen(const Snapshot& snapshot);
+
 class Scan {
  public:
   // What a scan asks; all of it must live longer than the scan.
@@ -63,6 +67,7 @@ class Scan {
   struct Interval {
     PidMap<Proc> procs;
     double cpuBusy = 0;
+    ContainerInterval containers = {};
   };
 
   bool dockerIsStale() const;

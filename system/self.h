@@ -15,7 +15,11 @@ namespace tarnwick {
 std::string homeFolder(const std::optional<std::string>& environment,
                        const std::function<std::string()>& database);
 
-// Asks the system; to be called once, at start.
+// The folder that `home` really is: through every link, in it or above it. The kernel names working folders
+// and executables that way, and they are compared with it. `home` itself where it leads nowhere.
+std::string resolvedHome(const std::string& home);
+
+// Asks the system; to be called once, at start. The home folder is resolved.
 Self readSelf();
 
 // User + system time that this process has used so far, in milliseconds; 0 when unknown.

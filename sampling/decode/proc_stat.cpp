@@ -41,6 +41,13 @@ std::optional<ProcStat> procStat(std::string_view bytes) {
                   wholeNumber<std::int64_t>(words[17]).value_or(1)};
 }
 
+std::uint64_t residentPages(std::string_view bytes) {
+  constexpr int before = 21;  // from the state, the third field, to the 24th
+  std::string_view rest = bytes.substr(bytes.rfind(')') + 1);
+  for (int word = 0; word < before; ++word) takeWord(rest);
+  return wholeNumber<std::uint64_t>(takeWord(rest)).value_or(0);
+}
+
 std::optional<Pid> newestPid(std::string_view text) {
   for (int load = 0; load < 4; ++load) takeWord(text);  // three averages, running/all threads
   const auto pid = wholeNumber<Pid>(takeWord(text));

@@ -31,6 +31,10 @@ struct ProcStat {
 };
 std::optional<ProcStat> procStat(std::string_view bytes);
 
+// The pages of the resident set in PID/stat, which everybody may read; 0 when they are missing. Apart from
+// the rest because the user's own processes have a better source.
+std::uint64_t residentPages(std::string_view bytes);
+
 // The pid that the kernel gave out last, from the file /proc/loadavg; absent too for 0, nobody's.
 std::optional<Pid> newestPid(std::string_view text);
 

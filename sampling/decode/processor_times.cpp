@@ -1,5 +1,6 @@
 #include "sampling/decode/processor_times.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <limits>
 
@@ -10,6 +11,22 @@ namespace tarnwick {
 std::optional<std::uint64_t> sumOfTimes(std::uint64_t user, std::uint64_t system) {
   if (user > std::numeric_limits<std::uint64_t>::max() - system) return std::nullopt;
   return user + system;
+}
+
+int processorsInList(std::string_view list) {
+  constexpr int most = 1 << 20;
+  list = takeLine(list);
+  int count = 0;
+  while (!list.empty()) {
+    const std::string_view range = list.substr(0, list.find(','));
+    list.remove_prefix(std::min(range.size() + 1, list.size()));
+    const auto dash = range.find('-');
+    const auto first = wholeNumber<int>(range.substr(0, dash));
+    const auto last = dash == std::string_view::npos ? first : wholeNumber<int>(range.substr(dash + 1));
+    if (!first || !last || *first < 0 || *last < *first || *last > most || count > most) return 0;
+    count += *last - *first + 1;
+  }
+  return count;
 }
 
 CpuTicks cpuTicksFromStat(std::string_view stat) {

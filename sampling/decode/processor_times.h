@@ -16,6 +16,10 @@ struct CpuTicks {
 // The sum line "cpu " of the file /proc/stat; zeros when it is missing or its sum overflows.
 CpuTicks cpuTicksFromStat(std::string_view stat);
 
+// How many processors a list such as "0-3,5" names, from the file /sys/devices/system/cpu/online; 0 when it
+// is no such list.
+int processorsInList(std::string_view list);
+
 // User + system time, or any other sum of two readings; absent when it does not fit.
 std::optional<std::uint64_t> sumOfTimes(std::uint64_t user, std::uint64_t system);
 

@@ -18,8 +18,8 @@ struct ProcClock {
 };
 
 // When a process started that did so `startTicks` after the machine: seconds since 1970, rounded down; absent
-// on overflow. A remedy compares this with what the table said: both must come from the same clock, read
-// once.
+// on overflow. A remedy compares this with what the table said: both must reckon with the same clock, as it
+// was when the table was made.
 std::optional<std::int64_t> startSeconds(std::uint64_t startTicks, const ProcClock& clock);
 
 }  // namespace tarnwick

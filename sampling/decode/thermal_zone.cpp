@@ -40,15 +40,11 @@ void addTripPoint(ThermalZone& zone, std::string_view type, std::optional<std::i
 }
 
 ThermalState thermalState(const std::vector<ThermalZone>& zones) {
-  std::int64_t hottest = 0;
-  ThermalState state = ThermalState::nominal;
+  ThermalState worst = ThermalState::nominal;
   for (const ThermalZone& zone : zones) {
-    if (!counts(zone) || *zone.temperature < hottest) continue;
-    const ThermalState own = stateOf(zone);
-    state = *zone.temperature == hottest ? std::max(state, own) : own;
-    hottest = *zone.temperature;
+    if (counts(zone)) worst = std::max(worst, stateOf(zone));
   }
-  return state;
+  return worst;
 }
 
 }  // namespace tarnwick

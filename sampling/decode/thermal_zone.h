@@ -27,8 +27,9 @@ void addTripPoint(ThermalZone& zone, std::string_view type, std::optional<std::i
 // How far below its passive trip point a zone counts as warm.
 inline constexpr std::int64_t fairMargin = 5000;
 
-// The state of the hottest zone by its own trip points; of equally hot zones, the worse state. Zones without
-// a temperature or without a trip point that slows do not count; nominal when none is left.
+// The worst of what each zone is by its own trip points: a battery at 60 degrees may be worse off than a
+// processor at 80. Zones without a temperature or without a trip point that slows do not count; nominal when
+// none is left.
 ThermalState thermalState(const std::vector<ThermalZone>& zones);
 
 }  // namespace tarnwick

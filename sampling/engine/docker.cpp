@@ -28,8 +28,8 @@ bool isRequestWord(std::string_view word) {
 // Fills in `mem` of the containers, several threads taking the next one each.
 class MemoryRound {
  public:
-  MemoryRound(const Docker& docker, std::vector<Container>& containers)
-      : docker_(docker), containers_(containers) {}
+  MemoryRound(const Docker& docker, std::vector<Container>& containers, const std::set<std::string>& measured)
+      : docker_(docker), containers_(containers), measured_(measured) {}
 
   // Returns when every container has been asked: letting go of a task waits for it.
   void run() {
@@ -55,7 +55,7 @@ class MemoryRound {
   }
 
   void ask(Container& container) {
-    if (!isPlainContainerId(container.id)) return;
+    if (!isPlainContainerId(container.id) || measured_.contains(container.id)) return;
     const std::string path = "/containers/" + container.id + "/stats?stream=false&one-shot=true";
     if (const std::optional<std::string> body = docker_.dockerAPI("GET", path, askSeconds)) {
       container.mem = memoryOf(*body);
@@ -67,6 +67,7 @@ class MemoryRound {
 
   const Docker& docker_;
   std::vector<Container>& containers_;
+  const std::set<std::string>& measured_;
   std::atomic<std::size_t> next_{0};
   std::atomic<int> unanswered_{0};
 };
@@ -76,38 +77,46 @@ class MemoryRound {
 Docker::Docker(SocketTransport& transport, std::vector<std::string> places)
     : transport_(transport), places_(std::move(places)) {}
 
-std::optional<std::string> Docker::dockerSocket() const {
-  const auto found = std::find_if(places_.begin(), places_.end(),
-                                  [this](const std::string& place) { return transport_.reachable(place); });
-  if (found == places_.end()) return std::nullopt;
-  return *found;
+bool Docker::present() const {
+  return std::any_of(places_.begin(), places_.end(),
+                     [this](const std::string& place) { return transport_.reachable(place); });
 }
 
-bool Docker::present() const { return dockerSocket().has_value(); }
+std::optional<std::string> Docker::replyFrom(std::size_t place, const std::string& request,
+                                             int timeout) const {
+  if (!transport_.reachable(places_[place])) return std::nullopt;
+  const double silence = std::max(timeout, 1);
+  const ExchangeLimits limits{silence, silence * totalTimeFactor, mostReplyBytes};
+  return transport_.exchange(places_[place], request, limits);
+}
 
 std::optional<std::string> Docker::dockerAPI(std::string_view method, std::string_view path,
                                              int timeout) const {
   if (!isRequestWord(method) || !isRequestWord(path)) return std::nullopt;
-  const std::optional<std::string> socket = dockerSocket();
-  if (!socket) return std::nullopt;
   std::string request(method);
   request += ' ';
   request += path;
   request += " HTTP/1.0\r\nHost: docker\r\nContent-Length: 0\r\n\r\n";
-  const double silence = std::max(timeout, 1);
-  const ExchangeLimits limits{silence, silence * totalTimeFactor, mostReplyBytes};
-  const std::optional<std::string> reply = transport_.exchange(*socket, request, limits);
+  std::size_t place = answering_.load();
+  std::optional<std::string> reply;
+  if (place != nobody) {
+    reply = replyFrom(place, request, timeout);
+  } else {
+    for (place = 0; place < places_.size() && !reply; ++place) reply = replyFrom(place, request, timeout);
+    if (reply) answering_.store(place - 1);
+  }
   if (!reply) return std::nullopt;
   const std::optional<std::string_view> body = successfulBody(*reply);
   if (!body) return std::nullopt;
   return std::string(*body);
 }
 
-std::vector<Container> Docker::dockerContainers() const {
+std::vector<Container> Docker::dockerContainers(const std::set<std::string>& measured) const {
+  answering_.store(nobody);
   const std::optional<std::string> list = dockerAPI("GET", "/containers/json", askSeconds);
   if (!list) return {};
   std::vector<Container> containers = containersOf(*list);
-  MemoryRound(*this, containers).run();
+  MemoryRound(*this, containers, measured).run();
   return containers;
 }
 

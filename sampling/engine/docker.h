@@ -1,10 +1,14 @@
 // A small client of the container engine's HTTP API over its Unix-domain socket: which containers run, how
 // much memory each holds, and the request that stops one. The request is HTTP/1.0 by hand, so that a reply
 // simply ends where the stream ends. Nothing here reports an error: an engine that is not there, falls
-// silent or refuses is an absent reply. Stateless; any thread, each call blocks only its own.
+// silent or refuses is an absent reply. Remembers only which engine answered; any thread, each call blocks
+// only its own.
 #pragma once
 
+#include <atomic>
+#include <cstddef>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,23 +27,29 @@ class Docker {
   // There is an engine's socket that this user may open.
   bool present() const;
 
-  // One request; the body of a successful reply, absent otherwise. `timeout`: whole seconds that connecting
+  // One request, to the engine that answered the last list, else to the first place that answers at all; the
+  // body of a successful reply, absent otherwise. `timeout`: whole seconds that connecting
   // or a single read may take, at least 1; the whole reply may take twice that.
   std::optional<std::string> dockerAPI(std::string_view method, std::string_view path, int timeout) const;
 
-  // The running containers in the engine's order; empty when the engine does not answer. The memory of all
-  // is asked side by side, because a real engine takes a full second to measure each.
-  std::vector<Container> dockerContainers() const;
+  // The running containers of the first engine that answers, in its order; empty when none answers. The
+  // memory of all but the `measured` ones is asked side by side, because a real engine takes a full second
+  // for each.
+  std::vector<Container> dockerContainers(const std::set<std::string>& measured = {}) const;
 
   // Asks the engine to stop a container and waits until it has. False when it did not.
   bool stop(const std::string& container) const;
 
  private:
-  // The first place with a socket, looked for anew each time: an engine may start later than we do.
-  std::optional<std::string> dockerSocket() const;
+  static constexpr std::size_t nobody = static_cast<std::size_t>(-1);
+
+  // Looked for anew each time, because an engine may start later than we do. A socket alone is no engine: one
+  // that ended leaves its own behind.
+  std::optional<std::string> replyFrom(std::size_t place, const std::string& request, int timeout) const;
 
   SocketTransport& transport_;
   const std::vector<std::string> places_;
+  mutable std::atomic<std::size_t> answering_{nobody};  // whose containers were listed
 };
 
 }  // namespace tarnwick

@@ -1,8 +1,9 @@
 #include "sampling/linux/linux_machine_source.h"
 
-#include <sched.h>
 #include <sys/statvfs.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include "sampling/decode/processor_times.h"
 #include "sampling/decode/start_times.h"
 #include "sampling/decode/thermal_zone.h"
+#include "sampling/linux/control_groups.h"
 #include "system/small_file.h"
 
 namespace tarnwick {
@@ -20,7 +22,6 @@ namespace {
 constexpr std::size_t procTextLimit = 4'194'304;  // bytes; /proc/stat has a column per interrupt
 constexpr std::size_t sysTextLimit = 4096;        // bytes; the kernel gives at most one page
 constexpr int mostTripPoints = 64;
-constexpr int mostProcessors = 1 << 20;
 
 std::optional<std::int64_t> numberIn(const std::string& file) {
   const auto text = readSmallFile(file, sysTextLimit);
@@ -40,15 +41,12 @@ ThermalZone readZone(const std::string& folder) {
   return zone;
 }
 
-// Processors in this program's affinity set; absent when the set has no room for all of the machine's.
-std::optional<int> affinityCount(int processors) {
-  cpu_set_t* set = CPU_ALLOC(static_cast<std::size_t>(processors));
-  if (set == nullptr) return std::nullopt;
-  const std::size_t size = CPU_ALLOC_SIZE(static_cast<std::size_t>(processors));
-  std::optional<int> count;
-  if (sched_getaffinity(0, size, set) == 0) count = CPU_COUNT_S(size, set);
-  CPU_FREE(set);
-  return count;
+// Absent for a volume that cannot be written or has no size, and where nothing is mounted.
+std::optional<DiskSpace> writableSpace(const std::string& folder) {
+  struct statvfs volume = {};
+  if (statvfs(folder.c_str(), &volume) != 0 || (volume.f_flag & ST_RDONLY) != 0) return std::nullopt;
+  const DiskSpace space = diskSpace(volume.f_bavail, volume.f_blocks, volume.f_frsize);
+  return space.total > 0 ? std::optional(space) : std::nullopt;
 }
 
 }  // namespace
@@ -79,23 +77,24 @@ MemoryState LinuxMachineSource::memory() {
 }
 
 int LinuxMachineSource::cores() {
-  for (int processors = CPU_SETSIZE; processors <= mostProcessors; processors *= 2) {
-    if (const auto count = affinityCount(processors)) return *count;
-  }
-  return 0;
+  const auto online = readSmallFile(options_.sysRoot + "/devices/system/cpu/online", sysTextLimit);
+  const int count = online ? processorsInList(*online) : 0;
+  return count > 0 ? count : static_cast<int>(std::max(::sysconf(_SC_NPROCESSORS_ONLN), 0L));
 }
 
-std::optional<std::int64_t> LinuxMachineSource::bootTime() {
-  if (!bootTime_) bootTime_ = tarnwick::bootTime(procText("/stat"));
-  return bootTime_;
-}
+std::optional<std::int64_t> LinuxMachineSource::bootTime() { return tarnwick::bootTime(procText("/stat")); }
 
 DiskSpace LinuxMachineSource::disk() {
-  struct statvfs volume = {};
-  if (statvfs("/", &volume) != 0) return {};
-  return diskSpace(volume.f_bavail, volume.f_blocks, volume.f_frsize);
+  const auto system = writableSpace(options_.systemVolume);
+  const auto user = writableSpace(options_.home);
+  if (!system || !user) return (system ? system : user).value_or(DiskSpace{});
+  return user->free < system->free ? *user : *system;
 }
 
 std::optional<std::int64_t> LinuxMachineSource::importantCapacity() { return std::nullopt; }
+
+std::vector<ContainerGroup> LinuxMachineSource::containerGroups() {
+  return ControlGroups(options_.cgroupRoot, options_.uid).containers();
+}
 
 }  // namespace tarnwick

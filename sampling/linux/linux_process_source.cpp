@@ -125,6 +125,7 @@ void LinuxProcessSource::beginPass() {
   argumentBuffer_.beginPass();
   families_.clear();
   if (options_.applications != nullptr) options_.applications->beginPass();
+  clockIsOld_ = true;
 }
 
 std::vector<Pid> LinuxProcessSource::myPids() { return reader_.pidsOf(options_.uid, mostProcesses); }
@@ -153,13 +154,31 @@ std::optional<std::uint64_t> LinuxProcessSource::processorTime(Pid pid) {
   return stat ? timeFromTicks(*stat) : std::nullopt;
 }
 
+std::optional<std::uint64_t> LinuxProcessSource::shareOfMemory(Pid pid) {
+  const auto text = reader_.read(pid, "smaps_rollup", textBuffer_);
+  return text ? footprintOfShares(*text) : std::nullopt;
+}
+
+// The processor time comes last, because its interval ends with the next question about the clock.
+std::optional<StrangerFacts> LinuxProcessSource::stranger(Pid pid) {
+  const auto files = reader_.open(pid);
+  if (!files || files->uid() == options_.uid) return std::nullopt;
+  const auto text = files->read("stat", textBuffer_);
+  const auto stat = text ? procStat(*text) : std::nullopt;
+  if (!stat || stat->zombie()) return std::nullopt;
+  const std::uint64_t resident = memory_.bytes(residentPages(*text));
+  auto time = live_ ? nanoseconds(processorClock(pid)) : std::nullopt;
+  if (!time) time = timeFromTicks(*stat);
+  return StrangerFacts{files->uid(), stat->name, resident, time.value_or(0)};
+}
+
 std::unique_ptr<Process> LinuxProcessSource::process(Pid pid) {
   auto files = reader_.open(pid);
   if (!files || files->uid() != options_.uid) return nullptr;
   auto seen = look(*files);
   if (!seen || seen->stat.zombie()) return nullptr;
   families_[pid] = familyOf(seen->stat);
-  const std::optional<std::int64_t> started = startSeconds(seen->stat.startTicks, clock_);
+  const std::optional<std::int64_t> started = startSeconds(seen->stat.startTicks, clockOfPass());
   if (!started) return nullptr;
   if (options_.applications != nullptr) options_.applications->stillThere(pid, seen->stat);
   const Pid parent = wasAdopted(seen->stat, pid) ? 1 : seen->stat.ppid;
@@ -169,6 +188,11 @@ std::unique_ptr<Process> LinuxProcessSource::process(Pid pid) {
                            .session = seen->stat.session,
                            .hasTerminal = seen->stat.terminal != 0};
   return std::make_unique<OneProcess>(*this, std::move(*files), std::move(*seen), facts);
+}
+
+const ProcClock& LinuxProcessSource::clockOfPass() {
+  if (std::exchange(clockIsOld_, false)) clock_.bootTime = bootTimeOf(reader_);
+  return clock_;
 }
 
 std::optional<LinuxProcessSource::Look> LinuxProcessSource::look(const ProcessFiles& files) {

@@ -39,6 +39,8 @@ class LinuxProcessSource : public ProcessSource {
   std::vector<Pid> candidates() override;
   std::uint64_t wallTime() override;
   std::optional<std::uint64_t> processorTime(Pid pid) override;
+  std::optional<std::uint64_t> shareOfMemory(Pid pid) override;
+  std::optional<StrangerFacts> stranger(Pid pid) override;
   // Null too for one that ended and that its parent has not asked about yet: it is gone for everybody else.
   // An orphan that the user's service manager or another process adopted has parent 1, as if there were no
   // such. What runs in a terminal inside an application's unit belongs to no application. Without arguments
@@ -46,7 +48,8 @@ class LinuxProcessSource : public ProcessSource {
   // argument.
   std::unique_ptr<Process> process(Pid pid) override;
 
-  // What start times are reckoned with; never changes. Any thread.
+  // What start times are reckoned with, by remedies too, so that both mean the same process. Read anew in
+  // each pass that meets processes; not to be asked during one.
   const ProcClock& clock() const { return clock_; }
 
  private:
@@ -70,6 +73,7 @@ class LinuxProcessSource : public ProcessSource {
   std::optional<Look> look(const ProcessFiles& files);
   // What earlier checks read, asked whether the process still lives.
   std::optional<Look> stillTrue(const ProcessFiles& files, const ProcStat& kept);
+  const ProcClock& clockOfPass();
   std::optional<std::uint64_t> timeFromTicks(const ProcStat& stat) const;
   // Did its parent only adopt it? The user's service manager does so, and so does whoever has a child of a
   // session that is neither the parent's nor the child's own.
@@ -84,7 +88,9 @@ class LinuxProcessSource : public ProcessSource {
   ProcessMemory memory_;
   ListeningPorts ports_;
   StatCache stats_;
-  const ProcClock clock_;  // read once: the kernel derives the boot time from the clock, and that may be set
+  // The kernel derives the boot time from the time of day: when that is set, all start times move with it.
+  ProcClock clock_;
+  bool clockIsOld_ = false;
 
   std::vector<Pid> listed_;  // all processes when `listedAt_` was the newest pid, and some that ended since
   std::optional<Pid> listedAt_;                               // absent: the list is to be made anew

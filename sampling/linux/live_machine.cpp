@@ -13,6 +13,7 @@ class LinuxMachine : public LiveMachine {
   explicit LinuxMachine(const Self& self)
       : entries_(applicationFolders(self.home)),
         applications_(entries_, {.uid = self.uid, .home = self.home}),
+        machine_({.uid = self.uid, .home = self.home}),
         processes_({.uid = self.uid, .applications = &applications_}) {}
 
   ProcessSource& processes() override { return processes_; }

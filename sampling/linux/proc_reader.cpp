@@ -98,7 +98,7 @@ std::vector<Pid> ProcReader::pids() const {
   while (const dirent* entry = ::readdir(root_.get())) {
     if (const auto pid = pidOfName(entry->d_name)) all.push_back(*pid);
   }
-  std::sort(all.begin(), all.end());
+  if (!std::is_sorted(all.begin(), all.end())) std::sort(all.begin(), all.end());
   return all;
 }
 

@@ -24,7 +24,24 @@ std::uint64_t pageSizeOfSystem() {
   return size > 0 ? static_cast<std::uint64_t>(size) : 4096;
 }
 
+// The memory comes after the groups that the process belongs to, and of these there may be 65,536.
+std::optional<std::string> wholeStatus(const ProcessFiles& process) {
+  constexpr std::size_t most = std::size_t{1} << 20U;
+  for (std::string text(4096, '\0');; text.resize(text.size() * 4)) {
+    const auto read = process.read("status", text);
+    if (!read) return std::nullopt;
+    if (read->size() == text.size() && text.size() < most) continue;
+    text.resize(read->size());
+    return text;
+  }
+}
+
 }  // namespace
+
+std::optional<std::uint64_t> footprintOfShares(std::string_view rollup) {
+  const auto resident = sum(kilobyteField(rollup, "Pss_Anon"), kilobyteField(rollup, "Pss_Shmem"));
+  return sum(resident, kilobyteField(rollup, "SwapPss"));
+}
 
 ProcessMemory::ProcessMemory(const ProcReader& reader) : reader_(reader), pageSize_(pageSizeOfSystem()) {}
 
@@ -55,8 +72,7 @@ const ProcessMemory::Machine& ProcessMemory::machine() {
 }
 
 std::optional<std::uint64_t> ProcessMemory::footprintFromStatus(const ProcessFiles& process) {
-  std::array<char, 4096> buffer{};
-  const auto text = process.read("status", buffer);
+  const auto text = wholeStatus(process);
   if (!text) return std::nullopt;
   const auto resident = sum(kilobyteField(*text, "RssAnon"), kilobyteField(*text, "RssShmem"));
   return sum(resident, kilobyteField(*text, "VmSwap"));

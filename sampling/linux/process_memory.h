@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 #include "records/basics.h"
 #include "sampling/linux/proc_reader.h"
@@ -14,6 +15,10 @@ struct MemoryUse {
   std::uint64_t footprint = 0;  // bytes: anonymous + shared memory + swapped; see `sharedMemoryMatters`
   std::uint64_t resident = 0;   // bytes of the resident set
 };
+
+// The footprint in which memory that several processes have counts for each by its share, from
+// PID/smaps_rollup. Absent on kernels before 5.4, which do not tell it apart from files.
+std::optional<std::uint64_t> footprintOfShares(std::string_view rollup);
 
 class ProcessMemory {
  public:
@@ -27,6 +32,11 @@ class ProcessMemory {
   // Forgets whether the machine swaps and holds shared memory.
   void beginPass() { machine_.reset(); }
 
+  // So many pages in bytes; 0 when that does not fit.
+  std::uint64_t bytes(std::uint64_t pages) const {
+    return pages > mostPages / pageSize_ ? 0 : pages * pageSize_;
+  }
+
   // Absent when the process is gone or cannot be read.
   std::optional<MemoryUse> of(const ProcessFiles& process);
 
@@ -37,6 +47,8 @@ class ProcessMemory {
   };
   const Machine& machine();
   static std::optional<std::uint64_t> footprintFromStatus(const ProcessFiles& process);
+
+  static constexpr std::uint64_t mostPages = ~std::uint64_t{0};
 
   const ProcReader& reader_;
   std::uint64_t pageSize_;

@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
+#include <memory>
 #include <vector>
 
 #include "system/environment.h"
@@ -36,11 +38,15 @@ std::string homeFolder(const std::optional<std::string>& environment,
   return home;
 }
 
+std::string resolvedHome(const std::string& home) {
+  const std::unique_ptr<char, decltype(&std::free)> real(::realpath(home.c_str(), nullptr), &std::free);
+  return real ? std::string(real.get()) : home;
+}
+
 Self readSelf() {
   const uid_t uid = getuid();
-  return {.pid = getpid(), .uid = uid, .home = homeFolder(environmentVariable("HOME"), [uid] {
-                                         return homeFromDatabase(uid);
-                                       })};
+  const std::string home = homeFolder(environmentVariable("HOME"), [uid] { return homeFromDatabase(uid); });
+  return {.pid = getpid(), .uid = uid, .home = resolvedHome(home)};
 }
 
 double processorMilliseconds() {

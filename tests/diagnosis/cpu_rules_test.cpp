@@ -22,6 +22,17 @@ TEST_F(CpuHogs, LeaveWhatOtherRulesReport) {
   EXPECT_THAT(ids(cpuHogs(m, around)), ElementsAre("cpu:pid:81")) << "some other program's machine";
 }
 
+TEST_F(CpuHogs, LeaveContainersToTheirCard) {
+  add(m, 90, 1, {"containerd-shim"});
+  add(m, 91, 90, {"postgres"}).cpu = 3;
+  EXPECT_THAT(ids(cpuHogs(m, around)), ElementsAre("cpu:pid:90")) << "nobody said that it is in one";
+  m.procs[91].inContainer = true;
+  EXPECT_THAT(cpuHogs(m, around), IsEmpty());
+  addApp(m, 80, "Docker");
+  add(m, 81, 1, {"vm"}).path = "/x/com.apple.Virtualization.VirtualMachine";
+  EXPECT_THAT(ids(cpuHogs(m, around)), ElementsAre("cpu:pid:90")) << "the card is the machine's";
+}
+
 TEST_F(CpuHogs, AddUpToOneCore) {
   add(m, 2, 1, {"-zsh"});
   add(m, 20, 2, {"make"}).cpu = 0.5;

@@ -91,6 +91,76 @@ TEST(Docker, SentencesAtTheirLimits) {
   EXPECT_EQ(only(docker(m)).metric, "18446744073709551615% of memory") << "nor does the percentage";
 }
 
+// Containers of the system's own kernel stand where the virtual machine stands, and their engine keeps
+// nothing.
+TEST(Containers, StandWhereTheMachineStands) {
+  Snapshot m = machine();
+  EXPECT_THAT(docker(m), IsEmpty());
+  const std::tuple<std::uint64_t, double, bool> limits[] = {
+      {gigabyte, 0.99, false}, {gigabyte + 1, 0, true}, {0, 1.0, true}};
+  for (const auto& [bytes, cpu, found] : limits) {
+    m.containerLoad = {.count = 1, .bytes = bytes, .cpu = cpu};
+    EXPECT_THAT(docker(m), SizeIs(found ? 1 : 0)) << bytes << " " << cpu;
+  }
+  m.containers = {{"c1", "web", "Up 3 hours", "nginx", 100 * megabyte},
+                  {"c2", "db", "Up 2 days (healthy)", "postgres:16", 2 * gigabyte},
+                  {"c3", "queue", "Up 3 hours", "redis", 200 * megabyte},
+                  {"c4", "cache", "Up 3 hours", "redis", 150 * megabyte}};
+  m.containerLoad = {.count = 5, .bytes = 4 * gigabyte, .cpu = 0.49};  // one is not the engine's
+  Finding found = only(docker(m));
+  EXPECT_EQ(
+      std::tie(found.id, found.title, found.detail, found.summary, found.subject, found.metric, found.icon),
+      std::tuple("docker", "Docker uses 4.0 GB of memory",
+                 "Your 5 containers use 4.0 GB. Stop those that you do not need.",
+                 "Your 5 containers use 4.0 GB.", "Docker", "25% of memory", "shippingbox"));
+  EXPECT_EQ(std::tuple(found.bucket, found.bytes, found.impact),
+            std::tuple(Bucket::always, 4 * gigabyte, 0.25));
+  std::string actions;
+  for (const Action& action : found.actions) actions += action.label + ": " + action.fix.command() + ". ";
+  EXPECT_EQ(actions,
+            "Stop db (Postgres, 2.0 GB, on for 2 days): docker stop c2. "
+            "Stop queue (Redis, 200 MB, on for 3 hours): docker stop c3. "
+            "Stop cache (Redis, 150 MB, on for 3 hours): docker stop c4. ");
+  m.containerLoad = {.count = 1, .bytes = gigabyte, .cpu = 6};
+  found = only(docker(m));
+  EXPECT_EQ(found.detail,
+            "Your 1 container uses 1.0 GB. It also uses 60% CPU now. Stop it if you do not need it.");
+  EXPECT_EQ(found.impact, 0.6);
+  m.containerLoad->count = 2;
+  EXPECT_THAT(only(docker(m)).summary, testing::EndsWith("They also use 60% CPU now."));
+}
+
+TEST(DockerVM, IsTheEmulatorThatDockerDesktopStarted) {
+  const std::tuple<const char*, std::vector<std::string>, const char*, bool> cases[] = {
+      {"/usr/bin/qemu-system-x86_64",
+       {"q", "-kernel", "/opt/docker-desktop/linuxkit/kernel"},
+       "/sbin/init",
+       true},
+      {"/usr/bin/qemu-system-x86_64",
+       {"q", "file=/home/a/.docker/desktop/vms/0/data/Docker.raw"},
+       "/x",
+       true},
+      {"/usr/bin/qemu-system-aarch64", {}, "/opt/docker-desktop/bin/com.docker.virtualization", true},
+      {"/usr/bin/qemu-system-x86_64", {"q", "-hda", "windows.img"}, "/usr/bin/virt-manager", false},
+      {"/usr/bin/vim", {"vim", "/opt/docker-desktop/linuxkit/kernel"}, "/x", false}};
+  for (const auto& [path, args, parent, isDockers] : cases) {
+    Snapshot m = machine();
+    add(m, 50, 1, {"parent"}).path = parent;
+    Proc& vm = add(m, 51, 50, args);
+    vm.path = path;
+    vm.footprint = vm.resident = 2 * gigabyte;
+    EXPECT_EQ(dockerVM(m) != nullptr, isDockers) << path << " below " << parent;
+    m.apps = {
+        {50, "Docker Desktop", "docker-desktop", "/usr/share/applications/docker-desktop.desktop", false}};
+    m.containerLoad = {.count = 1, .bytes = 5 * gigabyte};
+    const Finding found = only(docker(m));
+    EXPECT_EQ(found.title, isDockers ? "Docker uses 2.0 GB of memory" : "Docker uses 5.0 GB of memory");
+    if (!isDockers) continue;
+    EXPECT_EQ(found.actions.front().fix, Fix{QuitApp{"docker-desktop"}});
+    EXPECT_EQ(found.icon, "/usr/share/applications/docker-desktop.desktop");
+  }
+}
+
 using Simulators = RuleTest;
 
 TEST_F(Simulators, AreOneCardThatShutsThemDown) {

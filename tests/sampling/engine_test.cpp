@@ -237,6 +237,23 @@ TEST_F(DockerTest, AnEngineThatStopsAnsweringIsAskedNoMore) {
               SizeIs(AllOf(testing::Ge(17U), testing::Le(24U))));  // the list, 16, and those under way
 }
 
+// Docker Desktop leaves its socket behind. The engine that was listed is the one that stops, even when the
+// other has come back.
+TEST_F(DockerTest, FirstPlaceThatAnswersIsAsked) {
+  engine.sockets = {"/desktop.sock", "/rootless.sock", "/system.sock"};
+  engine.silent = {"/desktop.sock"};
+  engine.replies["GET /containers/json"] = "HTTP/1.0 200 OK\r\n\r\n[{\"Id\":\"c1\",\"Names\":[\"/web\"]}]";
+  engine.replies["POST /containers/c1/stop"] = "HTTP/1.0 204 No Content\r\n\r\n";
+  const Docker three(engine, {"/desktop.sock", "/rootless.sock", "/system.sock"});
+  EXPECT_THAT(three.dockerContainers(), SizeIs(1));
+  engine.silent.clear();
+  EXPECT_TRUE(three.stop("c1"));
+  EXPECT_EQ(engine.asked().back().socket, "/rootless.sock");
+  EXPECT_THAT(three.dockerContainers(), SizeIs(1));
+  EXPECT_TRUE(three.stop("c1"));
+  EXPECT_EQ(engine.asked().back().socket, "/desktop.sock");
+}
+
 TEST_F(DockerTest, FirstPlaceWithASocketIsAsked) {
   engine.sockets = {"/second.sock", "/third.sock"};
   engine.replies["POST /containers/c1/stop"] = "HTTP/1.0 204 No Content\r\n\r\n";

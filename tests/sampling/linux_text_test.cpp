@@ -167,15 +167,15 @@ ThermalZone zone(Temperature temperature, Temperature passive, Temperature criti
   return {.temperature = temperature, .passive = passive, .critical = critical};
 }
 
-TEST(MachineText, ThermalStateOfTheHottestZone) {
+TEST(MachineText, ThermalStateOfTheZoneThatIsWorstOff) {
   const std::tuple<const char*, std::vector<ThermalZone>, ThermalState> cases[] = {
       {"more than 5 degrees below", {zone(89'999, 95'000, 105'000)}, ThermalState::nominal},
       {"5 degrees below", {zone(90'000, 95'000, 105'000)}, ThermalState::fair},
       {"at passive", {zone(95'000, 95'000, 105'000)}, ThermalState::serious},
       {"at critical", {zone(105'000, 95'000, 105'000)}, ThermalState::critical},
       {"critical alone", {zone(104'999, {}, 105'000)}, ThermalState::nominal},
-      {"own trip points", {zone(60'000, 95'000, {}), zone(50'000, 45'000, {})}, ThermalState::nominal},
-      {"order does not matter", {zone(50'000, 45'000, {}), zone(60'000, 61'000, {})}, ThermalState::fair},
+      {"own trip points", {zone(60'000, 95'000, {}), zone(50'000, 45'000, {})}, ThermalState::serious},
+      {"order does not matter", {zone(50'000, 45'000, {}), zone(60'000, 61'000, {})}, ThermalState::serious},
       {"equally hot", {zone(60'000, 60'000, {}), zone(60'000, 95'000, {})}, ThermalState::serious},
       {"hotter without trip points", {zone(99'000, {}, {}), zone(60'000, 60'000, {})}, ThermalState::serious},
       {"no temperature", {zone({}, 1, 1), zone(0, 1, 1), zone(-5000, 1, 1)}, ThermalState::nominal}};

@@ -129,5 +129,85 @@ TEST_F(ProcessTableTest, ProcessorUseNeedsAnIntervalAndTwoTimesInOrder) {
   }
 }
 
+// Workers on one segment: each has 10 of its own and a tenth of what all share.
+TEST_F(ProcessTableTest, SharedMemoryIsCountedOnceWhereTheSumIsBig) {
+  constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20U;
+  struct Case {
+    const char* what;
+    int workers;
+    std::uint64_t each;  // mebibytes
+    bool old;            // listens for more than 12 hours
+    bool asked;
+  };
+  const Case cases[] = {
+      {"big", 8, 200, false, true},    {"one alone shares with nobody", 1, 2'000, false, false},
+      {"small", 2, 127, false, false}, {"just big", 2, 128, false, true},
+      {"server", 2, 16, true, true},   {"small server", 2, 15, true, false},
+      {"many", 1'000, 1, false, true}};
+  for (const Case& c : cases) {
+    source.processes.clear();
+    source.asked.clear();
+    for (Pid pid = 100; pid < 100 + c.workers; ++pid) {
+      source.processes[pid] = server();
+      source.processes[pid].usage->footprint = c.each * mebibyte;
+      source.processes[pid].share = c.each * mebibyte / 4;
+    }
+    source.processes[7] = server();  // another program, as big and alone
+    source.processes[7].path = "/usr/bin/other";
+    source.processes[7].usage->footprint = 4'000 * mebibyte;
+    source.processes[7].ports.clear();
+    const auto procs = table.secondPass(timestamp(static_cast<double>(started) + (c.old ? 50'000 : 60)));
+    const std::uint64_t expected = c.asked ? c.each * mebibyte / 4 : c.each * mebibyte;
+    for (Pid pid = 100; pid < 100 + c.workers; ++pid) EXPECT_EQ(procs.at(pid).footprint, expected) << c.what;
+    EXPECT_EQ(std::ranges::count(source.asked, "share 100"), c.asked) << c.what;
+    EXPECT_THAT(source.asked, Not(Contains("share 7"))) << c.what;
+  }
+}
+
+TEST_F(ProcessTableTest, AShareIsAskedAgainAfterAMinuteOrWhenTheProcessChanged) {
+  constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20U;
+  for (const Pid pid : {7, 8}) {
+    source.processes[pid] = server();
+    source.processes[pid].usage->footprint = 1'600 * mebibyte;
+    source.processes[pid].share = 900 * mebibyte;
+  }
+  FakeProcess& seven = source.processes[7];
+  using Seen = std::pair<std::uint64_t, std::ptrdiff_t>;  // mebibytes, times asked
+  const auto look = [&](double age, std::uint64_t footprint) {
+    source.asked.clear();
+    seven.usage->footprint = footprint * mebibyte;
+    const std::uint64_t found = read(age).footprint / mebibyte;
+    return Seen(found, std::ranges::count(source.asked, "share 7"));
+  };
+  EXPECT_EQ(look(60, 1'600), Seen(900, 1));
+  EXPECT_EQ(look(120, 1'600), Seen(900, 0));
+  EXPECT_EQ(look(120, 1'650), Seen(950, 0)) << "what is new is its own";
+  EXPECT_EQ(look(121, 1'600), Seen(900, 1)) << "more than a minute";
+  EXPECT_EQ(look(100, 1'600), Seen(900, 1)) << "the clock was set back";
+  EXPECT_EQ(look(100, 2'000), Seen(900, 1)) << "grew";
+  seven.share.reset();
+  EXPECT_EQ(look(100, 1'000), Seen(1'000, 1)) << "cannot be read";
+  seven.share = 5'000 * mebibyte;
+  EXPECT_EQ(look(200, 1'000), Seen(1'000, 1)) << "never more than everything";
+}
+
+// The second process is looked at late each time, as where the passes starve. Both are busy all the time.
+TEST_F(ProcessTableTest, EachProcessHasTheIntervalBetweenItsOwnTwoLooks) {
+  FakeClock clock;
+  source.clock = &clock;  // a thousand units a second
+  clock.up = 0;
+  source.firstLook = 2;
+  source.secondLook = 3;
+  for (const Pid pid : {7, 8}) source.processes[pid] = server();
+  source.processes[7].firstTime = 2'000;  // looked at from 0 to 2
+  source.processes[8].firstTime = 4'000;  // from 2 to 4
+  table.firstPass();
+  source.processes[7].usage->processorTime = 7'000;   // until 7
+  source.processes[8].usage->processorTime = 10'000;  // until 10
+  const auto procs = table.secondPass(timestamp(0));
+  EXPECT_DOUBLE_EQ(procs.at(7).cpu, 5.0 / 7);
+  EXPECT_DOUBLE_EQ(procs.at(8).cpu, 6.0 / 8) << "never above 1";
+}
+
 }  // namespace
 }  // namespace tarnwick

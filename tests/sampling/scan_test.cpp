@@ -35,7 +35,7 @@ struct Machine : ScanMachine {
     process.firstLook = 0.25;
     process.secondLook = 0.5;
     process.processes[40] = {.facts = ProcessFacts{.ppid = 7, .uid = 1, .started = 1'700'000'000 - 43'200},
-                             .usage = ProcessUsage{.footprint = 5, .resident = 6, .processorTime = 800},
+                             .usage = ProcessUsage{.footprint = 5, .resident = 6, .processorTime = 1'050},
                              .firstTime = 300,
                              .ports = {80}};
     workspace.apps = {{9, "Mail", "org.mail", "/mail", false}, {8, "Bar", "org.bar", "/bar", true}};
@@ -84,6 +84,88 @@ TEST(Scan, ProcessorShareStaysBetweenNothingAndAll) {
     m.machine.ticks = {before, after};
     EXPECT_DOUBLE_EQ(m.scan().cpuBusy, share) << after.busy << " of " << after.total;
   }
+}
+
+TEST(Scan, ProcessesTogetherNeverUseMoreThanTheCores) {
+  const std::pair<int, double> cases[] = {{2, 1}, {3, 1.5}, {8, 1.5}, {0, 1.5}};  // 0: unknown
+  for (const auto& [cores, each] : cases) {
+    Machine m;
+    m.machine.coresAnswer = cores;
+    m.process.firstLook = m.process.secondLook = 0;
+    FakeProcess& process = m.process.processes[40];
+    process.firstTime = 0;
+    process.usage->processorTime = 1'500;  // one and a half cores in the second between the looks
+    m.process.processes[41] = process;
+    const Snapshot s = m.scan();
+    EXPECT_DOUBLE_EQ(s.procs.at(40).cpu, each) << cores;
+    EXPECT_DOUBLE_EQ(s.procs.at(41).cpu, each) << cores;
+  }
+}
+
+TEST(Scan, OthersAreAskedAboutOnlyWhereTheUsersOwnExplainLessThanHalf) {
+  struct Case {
+    const char* what;
+    std::uint64_t busy;  // of 100 ticks, 8 cores
+    double own;          // cores
+    int pressure;
+    std::uint64_t footprint;
+    bool asked;
+  };
+  const std::uint64_t half = 8'000'000'000;
+  const Case cases[] = {{"idle", 12, 0, 1, 0, false},    {"busy", 50, 1.999, 1, 0, true},
+                        {"mine", 50, 2, 1, 0, false},    {"short of memory", 0, 0, 2, half - 1, true},
+                        {"mine", 0, 0, 2, half, false},  {"enough memory", 0, 0, 1, 0, false},
+                        {"one core", 13, 0, 1, 0, true}, {"mine", 13, 0.6, 1, 0, false}};
+  for (const Case& c : cases) {
+    Machine m;
+    m.process.firstLook = m.process.secondLook = 0;
+    m.machine.ticks = {{0, 1000}, {c.busy, 1100}};
+    m.machine.pressureAnswer = c.pressure;
+    FakeProcess& mine = m.process.processes[40];
+    mine.firstTime = 0;
+    mine.usage = ProcessUsage{c.footprint, 0, static_cast<std::uint64_t>(c.own * 1000)};
+    m.process.strangers[50] = {.uid = 0, .name = "backupd", .resident = 7, .processorTime = 0};
+    const Snapshot s = m.scan();
+    EXPECT_EQ(s.others.size(), c.asked ? 1U : 0U) << c.what;
+    EXPECT_EQ(std::ranges::count(m.process.asked, "stranger 50"), c.asked) << c.what;
+    EXPECT_EQ(s.procs.size(), 1U) << c.what;
+    if (!c.asked) continue;
+    EXPECT_EQ(s.others.front(), (OtherProc{50, 0, "backupd", 7, 0})) << c.what;
+  }
+}
+
+TEST(Scan, AMachineWithoutProcessesOrMemoryWasNotSeen) {
+  Machine m;
+  EXPECT_TRUE(wasSeen(m.scan()));
+  m.machine.ramAnswer = 0;
+  EXPECT_FALSE(wasSeen(m.scan()));
+  m.machine.ramAnswer = 1;
+  m.process.processes.clear();
+  EXPECT_FALSE(wasSeen(m.scan()));
+}
+
+// The engine takes a second to measure a container; the control group has the same at once.
+TEST(Scan, ContainersWithoutAMachineAreMeasuredByTheirGroups) {
+  constexpr std::uint64_t second = 1'000'000'000;
+  Machine m;
+  m.process.secondLook = 0;
+  m.dockerRuns = true;
+  m.engine.replies["GET /containers/json"] =
+      "HTTP/1.0 200 OK\r\n\r\n[{\"Id\":\"aaaaaaaaaaaaffff\"},{\"Id\":\"cccccccccccc\"}]";
+  m.machine.groups = {{{"aaaaaaaaaaaa", 10, 5 * second, {}}, {"bbbbbbbbbbbb", 20, 9 * second, {}}},
+                      {{"aaaaaaaaaaaa", 100, 7 * second, {40, 99}},
+                       {"bbbbbbbbbbbb", 200, 8 * second, {}},    // went backwards
+                       {"dddddddddddd", 400, 8 * second, {}}}};  // started meanwhile
+  const Snapshot s = m.scan();
+  EXPECT_EQ(s.containerLoad, (ContainerLoad{.count = 3, .bytes = 700, .cpu = 2}));
+  EXPECT_TRUE(s.procs.at(40).inContainer);
+  ASSERT_EQ(s.containers.size(), 2U);
+  EXPECT_EQ(std::pair(s.containers[0].mem, s.containers[1].mem),
+            std::pair(std::uint64_t{100}, std::uint64_t{0}));
+  EXPECT_THAT(m.engine.asked(), SizeIs(2)) << "the list, and the one container without a group";
+  const Snapshot none = m.scan();
+  EXPECT_EQ(none.containerLoad, std::nullopt);
+  EXPECT_FALSE(none.procs.at(40).inContainer);
 }
 
 TEST(Scan, AsksForPurgeableSpaceOnlyWhenDiskIsScarce) {

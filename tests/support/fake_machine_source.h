@@ -18,6 +18,7 @@ struct FakeMachineSource : MachineSource {
   std::optional<std::int64_t> importantAnswer = 70'000'000'000;
   std::uint64_t swapAnswer = 3'000'000'000;
   int importantAsked = 0;
+  std::deque<std::vector<ContainerGroup>> groups;  // one list per question; empty when used up
 
   CpuTicks cpuTicks() override {
     if (ticks.empty()) return {};
@@ -30,6 +31,12 @@ struct FakeMachineSource : MachineSource {
   int cores() override { return coresAnswer; }
   std::optional<std::int64_t> bootTime() override { return bootAnswer; }
   DiskSpace disk() override { return diskAnswer; }
+  std::vector<ContainerGroup> containerGroups() override {
+    if (groups.empty()) return {};
+    const std::vector<ContainerGroup> answer = groups.front();
+    groups.pop_front();
+    return answer;
+  }
   std::optional<std::int64_t> importantCapacity() override {
     ++importantAsked;
     return importantAnswer;

@@ -17,10 +17,12 @@ struct FakeProcess {
   std::vector<std::string> args;
   std::string cwd;
   std::vector<std::uint16_t> ports;
+  std::optional<std::uint64_t> share;  // of the memory that it holds with others
 };
 
 struct FakeProcessSource : ProcessSource {
   std::map<Pid, FakeProcess> processes;
+  std::map<Pid, StrangerFacts> strangers;
   std::uint64_t wall = 0;
   FakeClock* clock = nullptr;  // turned by so many seconds for each process of the first and the second pass
   double firstLook = 0;
@@ -34,10 +36,22 @@ struct FakeProcessSource : ProcessSource {
     for (const auto& [pid, process] : processes) pids.push_back(pid);
     return pids;
   }
+  std::vector<Pid> candidates() override {
+    std::set<Pid> pids;
+    for (const auto& [pid, process] : processes) pids.insert(pid);
+    for (const auto& [pid, facts] : strangers) pids.insert(pid);
+    return {pids.begin(), pids.end()};
+  }
+  std::optional<StrangerFacts> stranger(Pid pid) override {
+    ask("stranger", pid);
+    const auto found = strangers.find(pid);
+    return found == strangers.end() ? std::nullopt : std::optional(found->second);
+  }
   std::optional<std::uint64_t> processorTime(Pid pid) override {
     if (clock) clock->turn(firstLook);
     return ask("time", pid).firstTime;
   }
+  std::optional<std::uint64_t> shareOfMemory(Pid pid) override { return ask("share", pid).share; }
   std::unique_ptr<Process> process(Pid pid) override {
     if (!ask("facts", pid).facts) return nullptr;
     return std::make_unique<Answers>(*this, pid);

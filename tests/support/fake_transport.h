@@ -19,6 +19,7 @@ class FakeTransport final : public SocketTransport {
   };
 
   std::set<std::string> sockets{"/engine.sock"};
+  std::set<std::string> silent;                // sockets behind which nobody answers
   std::map<std::string, std::string> replies;  // by the request line without " HTTP/1.0"
   std::function<void()> onAsked = [] {};       // run for every request
   std::size_t crowd = 0;                       // statistics are held back until so many are asked at once
@@ -33,7 +34,7 @@ class FakeTransport final : public SocketTransport {
     const std::string line(request.substr(0, request.find(" HTTP/1.0")));
     if (line.find("/stats?") != std::string::npos) gather(lock);
     const auto found = replies.find(line);
-    if (found == replies.end()) return std::nullopt;
+    if (found == replies.end() || silent.count(path) != 0) return std::nullopt;
     return found->second;
   }
 

@@ -18,7 +18,8 @@ class LinuxSignals {
   // Kernels before 5.3 and some sandboxes have no handles: there the process is looked at right before.
   enum class Road { handleWherePossible, pidOnly };
 
-  // `uid`: whose processes may be signalled. `clock`: the one that the process table uses.
+  // `uid`: whose processes may be signalled. `clock`: the one that the process table uses;
+  // outlives the object and may be set between two calls.
   LinuxSignals(std::uint32_t uid, const ProcClock& clock, Road road = Road::handleWherePossible);
 
   // Refused for a pid below 2 (without asking the system), a process that has ended, and one of another
@@ -34,7 +35,7 @@ class LinuxSignals {
   SignalOutcome sendByPid(const Signal& signal) const;
 
   std::uint32_t uid_;
-  ProcClock clock_;
+  const ProcClock& clock_;
   Road road_;
   ProcReader reader_;
 };

@@ -1,6 +1,9 @@
 // The client against a container engine that this test starts. Where no engine can be started the test is
 // skipped and says why.
+#include <unistd.h>
+
 #include "sampling/engine/docker.h"
+#include "sampling/linux/control_groups.h"
 #include "sampling/tools/posix/posix_tool_runner.h"
 #include "system/port.h"
 #include "tests/support/testing.h"
@@ -47,6 +50,15 @@ TEST_F(RealEngine, ListsMeasuresAndStops) {
     EXPECT_EQ(container.status.rfind("Up ", 0), 0U) << container.status;
     EXPECT_GT(container.mem, 0U) << container.name;
     EXPECT_LE(container.mem, 64U << 20U) << container.name;
+  }
+  const std::vector<ContainerGroup> groups = ControlGroups("/sys/fs/cgroup", ::getuid()).containers();
+  for (const Container& container : five) {
+    const auto group = std::ranges::find(groups, container.id, &ContainerGroup::id);
+    ASSERT_NE(group, groups.end()) << container.name;
+    EXPECT_THAT(group->pids, SizeIs(1)) << container.name;
+    EXPECT_NEAR(static_cast<double>(group->bytes), static_cast<double>(container.mem), 1 << 20)
+        << container.name;
+    EXPECT_GT(group->processorTime, 0U) << container.name;
   }
   EXPECT_TRUE(docker_.stop(five[0].id));
   EXPECT_TRUE(docker_.stop(five[0].id)) << "stopped already counts as done";

@@ -1,6 +1,8 @@
 #include "sampling/linux/linux_machine_source.h"
 
 #include <sched.h>
+#include <sys/mount.h>
+#include <unistd.h>
 
 #include "tests/support/testing.h"
 
@@ -29,31 +31,65 @@ TEST(LinuxMachineSource, ReadsALaidOutMachine) {
   EXPECT_EQ(source.bootTime(), 1700000000);
   EXPECT_EQ(source.memory().ram, 1'024'000U);
   EXPECT_EQ(source.memory().swapUsed, 5U * 1024);
-  EXPECT_EQ(source.thermal(), ThermalState::fair);
+  EXPECT_EQ(source.thermal(), ThermalState::serious) << "the cooler zone is over its own limit";
   EXPECT_EQ(source.memory().pressure, 2);  // 7 % available
   folder.write("proc/pressure/memory", "some avg10=0.00 total=0\nfull avg10=12.50 total=0\n");
   EXPECT_EQ(source.memory().pressure, 4);
   folder.write("proc/stat", "cpu  1 0 0 0\nbtime 1700000001\n");
-  EXPECT_EQ(source.bootTime(), 1700000000);  // the first answer stays
+  EXPECT_EQ(source.bootTime(), 1700000001) << "the time of day was set";
+}
+
+TEST(LinuxMachineSource, TheDiskThatFillsUpFirstCountsAndAnImageNever) {
+  if (::geteuid() != 0) GTEST_SKIP() << "mounting takes root";
+  const TempFolder folder;
+  const auto mounted = [&](const char* name, const char* options) {
+    folder.write(std::string(name) + "/x", "");
+    EXPECT_EQ(::mount("tmpfs", folder.at(name).c_str(), "tmpfs", 0, options), 0) << name;
+    return folder.at(name);
+  };
+  const std::string small = mounted("small", "size=1m");
+  const std::string large = mounted("large", "size=4m");
+  const std::string image = mounted("image", "size=1m");
+  EXPECT_EQ(::mount(nullptr, image.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+  const std::tuple<std::string, std::string, std::int64_t> cases[] = {
+      {large, small, 1},        {small, large, 1}, {image, large, 4},
+      {small, image + "/x", 1}, {image, image, 0}, {folder.at("none"), large, 4}};
+  for (const auto& [system, home, mebibytes] : cases) {
+    LinuxMachineSource source({.systemVolume = system, .home = home});
+    EXPECT_EQ(source.disk().total, mebibytes << 20U) << system << " " << home;
+  }
+  for (const std::string& place : {small, large, image}) ::umount2(place.c_str(), MNT_DETACH);
 }
 
 TEST(LinuxMachineSource, DiskSpaceIsInBytes) {
-  const DiskSpace space = LinuxMachineSource().disk();
-  const std::filesystem::space_info expected = std::filesystem::space("/");
+  const TempFolder folder;
+  const DiskSpace space = LinuxMachineSource({.systemVolume = "/none", .home = folder.path()}).disk();
+  const std::filesystem::space_info expected = std::filesystem::space(folder.path());
   EXPECT_EQ(space.total, static_cast<std::int64_t>(expected.capacity));
   EXPECT_LE(space.free, space.total);
 }
 
-TEST(LinuxMachineSource, CoresFollowTheAffinity) {
+TEST(LinuxMachineSource, CoresAreTheMachinesWhateverTheAffinity) {
+  const TempFolder folder;
+  LinuxMachineSource laidOut({.sysRoot = folder.path()});
+  EXPECT_EQ(laidOut.cores(), ::sysconf(_SC_NPROCESSORS_ONLN)) << "no list to be had";
+  const std::pair<const char*, int> lists[] = {{"0-3\n", 4}, {"0\n", 1}, {"0-1,4,6-7\n", 5}};
+  for (const auto& [list, cores] : lists) {
+    folder.write("devices/system/cpu/online", list);
+    EXPECT_EQ(laidOut.cores(), cores) << list;
+  }
+  for (const char* bad : {"", "\n", "0-", "3-1", "0,,1", "-1", "0-99999999", "0-2147483647,0-2147483647"})
+    EXPECT_EQ(processorsInList(bad), 0) << bad;
+
   LinuxMachineSource source;
+  const int before = source.cores();
   cpu_set_t own;
   ASSERT_EQ(sched_getaffinity(0, sizeof own, &own), 0);
-  EXPECT_EQ(source.cores(), CPU_COUNT(&own));
   cpu_set_t one;
   CPU_ZERO(&one);
   CPU_SET(static_cast<std::size_t>(sched_getcpu()), &one);
   ASSERT_EQ(sched_setaffinity(0, sizeof one, &one), 0);
-  EXPECT_EQ(source.cores(), 1);
+  EXPECT_EQ(source.cores(), before);
   ASSERT_EQ(sched_setaffinity(0, sizeof own, &own), 0);
 }
 

@@ -49,6 +49,19 @@ TEST_F(RecordedProcessesTest, AWholeProcess) {
   EXPECT_THAT(proc.ports, ElementsAre(80, 8080));
 }
 
+TEST_F(RecordedProcessesTest, AClockThatWasSetMovesEveryStart) {
+  tree.process(300, {.startTicks = ticks(5)});
+  LinuxProcessSource source(tree.options());
+  ProcessTable table(source);
+  for (const std::int64_t bootNow : {boot, boot + 46'800, boot - 46'800}) {
+    tree.write("stat", "btime " + std::to_string(bootNow) + "\n");
+    table.firstPass();
+    const Proc proc = table.secondPass(timestamp(static_cast<double>(bootNow + 6))).at(300);
+    EXPECT_EQ(proc.started, timestamp(static_cast<double>(bootNow + 5)));
+    EXPECT_EQ(source.clock().bootTime, bootNow) << "the remedies' clock";
+  }
+}
+
 TEST_F(RecordedProcessesTest, ListsOnlyTheUsersProcessesInAscendingOrder) {
   for (const Pid pid : {30, 4, 100}) tree.process(pid, {});
   for (const auto other : {"self/x", "5x/stat", "-3/stat", "99999999999/stat", "0/stat"})
@@ -113,6 +126,17 @@ TEST_F(RecordedProcessesTest, FootprintReadsStatusOnlyWhereItMatters) {
     tree.write("meminfo", meminfo);
     tree.write("30/statm", "0 " + std::to_string(resident) + " " + std::to_string(shared) + " 0\n");
     EXPECT_EQ(sample().at(30).footprint, footprint) << meminfo << shared;
+  }
+}
+
+TEST_F(RecordedProcessesTest, AMemberOfVeryManyGroupsKeepsItsMemory) {
+  tree.process(30, {});
+  tree.write("meminfo", "Shmem: 9 kB\nSwapTotal: 9 kB\nSwapFree: 8 kB\n");
+  for (const int groups : {0, 351, 65'536}) {
+    std::string status = "Name:\ttool\nGroups:\t";
+    for (int group = 0; group < groups; ++group) status += std::to_string(100'000 + group) + " ";
+    tree.write("30/status", status + "\nRssAnon:\t10 kB\nRssShmem:\t20 kB\nVmSwap:\t30 kB\n");
+    EXPECT_EQ(sample().at(30).footprint, 60U * 1024) << groups;
   }
 }
 
@@ -284,6 +308,31 @@ TEST_F(LinuxProcessSourceTest, FootprintHoldsAnonymousAndSharedMemory) {
   }));
 }
 
+// Eight children of one parent: what they got from it by fork, and a segment that all have.
+TEST_F(LinuxProcessSourceTest, WhatAFamilySharesIsCountedOnce) {
+  constexpr std::size_t bytes = std::size_t{64} << 20U;
+  const auto map = [](int kind) {
+    return ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_ANONYMOUS | MAP_POPULATE | kind, -1, 0);
+  };
+  void* const inherited = map(MAP_PRIVATE);
+  void* const segment = map(MAP_SHARED);
+  std::vector<std::unique_ptr<ChildProcess>> workers;
+  for (int i = 0; i < 8; ++i) {
+    workers.push_back(std::make_unique<ChildProcess>([&] {
+      for (std::size_t at = 0; at < bytes; at += 4096) static_cast<volatile char*>(segment)[at];
+    }));
+  }
+  ProcessTable table(source);
+  EXPECT_TRUE(waitUntil([&] {
+    const auto procs = table.secondPass(now());
+    std::uint64_t sum = procs.at(::getpid()).footprint;
+    for (const auto& worker : workers) sum += procs.at(worker->pid()).footprint;
+    return sum >= 2 * bytes && sum < 3 * bytes;
+  }));
+  ::munmap(inherited, bytes);
+  ::munmap(segment, bytes);
+}
+
 TEST_F(LinuxProcessSourceTest, WhatIsRememberedOfOneProcessIsNotTheNextOnes) {
   constexpr std::size_t bytes = std::size_t{16} << 20U;
   const ChildProcess large([] {
@@ -340,6 +389,30 @@ TEST_F(LinuxProcessSourceTest, EveryNewProcessIsAskedAboutButAnotherUsersHasNoFa
     if (::setuid(65'534) != 0) ::_exit(1);
   });
   EXPECT_FALSE(source.process(other.pid()));
+}
+
+TEST_F(LinuxProcessSourceTest, AnotherUsersWorkIsSeenFromItsOneFile) {
+  if (::getuid() != 0) GTEST_SKIP() << "starting a process of another user takes root";
+  const ChildProcess busy([] {
+    if (::setuid(65'534) == 0) execute({"/bin/sh", "-c", "while :; do :; done"});
+    ::_exit(1);
+  });
+  ProcessTable table(source);
+  OtherProc seen;
+  ASSERT_TRUE(waitUntil([&] {
+    table.firstPass();
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    const auto procs = table.secondPass(now());
+    for (const OtherProc& other : table.others()) {
+      EXPECT_FALSE(procs.contains(other.pid));
+      if (other.pid == busy.pid()) seen = other;
+    }
+    return seen.cpu > 0.2;
+  }));
+  EXPECT_LT(seen.cpu, 1.2);
+  EXPECT_EQ(seen.uid, 65'534U);
+  EXPECT_EQ(seen.name, "sh");
+  EXPECT_TRUE(seen.resident > 100'000 && seen.resident < 100'000'000) << seen.resident;
 }
 
 // Its parent may ask about it late or never. What earlier checks know of it must not keep it.

@@ -52,6 +52,17 @@ TEST(Self, HomeFallsBack) {
   EXPECT_EQ(homeFolder("///", unasked), "/");
 }
 
+TEST(Self, HomeIsTheFolderBehindTheLinks) {
+  const TempFolder folder;
+  folder.write("disk/home/ana/x", "");
+  std::filesystem::create_directory_symlink(folder.at("disk/home"), folder.at("home"));
+  std::filesystem::create_directory_symlink("ana", folder.at("disk/home/alias"));
+  const std::string real = std::filesystem::canonical(folder.at("disk/home/ana")).string();
+  for (const char* name : {"disk/home/ana", "home/ana", "home/alias"})
+    EXPECT_EQ(resolvedHome(folder.at(name)), real) << name;
+  EXPECT_EQ(resolvedHome("/nonexistent/home"), "/nonexistent/home");
+}
+
 TEST(Self, CostIsCountedInMilliseconds) {
   const double before = processorMilliseconds();
   EXPECT_TRUE(waitUntil([&] { return processorMilliseconds() > before + 1; }));

@@ -90,6 +90,22 @@ struct NamedApps final : Workspace {
   }
 };
 
+// Table and remedy reckon with one clock: neither a clock that was set since the check nor the next check
+// makes a stranger of the process.
+TEST(LinuxSignals, StopsAfterTheClockWasSet) {
+  ChildProcess child;
+  LinuxProcessSource source({.uid = ::getuid()});
+  ProcClock clock = source.clock();
+  const LinuxSignals signals(::getuid(), clock);
+  const auto before = signals.started(child.pid()).value_or(Timestamp());
+  clock.bootTime += 46'800;  // as the next check reads it
+  EXPECT_EQ(signals.send({child.pid(), SIGTERM, before}).kind, SignalOutcome::Kind::refused);
+  const auto after = signals.started(child.pid()).value_or(Timestamp());
+  EXPECT_EQ(secondsBetween(before, after), 46'800);
+  EXPECT_EQ(signals.send({child.pid(), SIGTERM, after}).kind, SignalOutcome::Kind::sent);
+  EXPECT_EQ(child.endedBy(), SIGTERM);
+}
+
 struct LinuxTargetsTest : testing::Test {
   RunningApp app(const ChildProcess& child, const std::string& id) {
     return {child.pid(), id, id, "/" + id, false};
