@@ -15,7 +15,7 @@ struct KnownBrowser {
   std::string_view urlProperty;      // both empty: it only tells them to a script
   std::string_view desktopIDs = {};  // of its desktop entries on Linux, as packages, snaps and flatpaks name
                                      // them, parted by blanks
-  bool onlyLinux = false;  // a browser only where processes have sessions
+  bool onlyLinux = false;            // a browser only where processes have sessions
 };
 
 inline constexpr std::array<KnownBrowser, 11> knownBrowsers{{

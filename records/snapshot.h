@@ -38,7 +38,7 @@ struct Proc {
   // A shell that leads its session and has a terminal. Where terminals do not start their shells as login
   // shells, this tells that somebody types into it.
   bool terminalShell = false;
-  bool inContainer = false;        // one of those that Snapshot::containerLoad counts
+  bool inContainer = false;  // one of those that Snapshot::containerLoad counts
 
   // The last path component of the first argument, else of `path`: an interpreter started through a
   // link is named by the link.
