@@ -31,8 +31,8 @@ int printReport(const ProgramRun& run, const std::optional<Check>& check, bool a
 }
 
 int printLive(const ProgramRun& run) {
-  const Check check = liveCheck(run);
-  return wasSeen(check.snapshot) ? printReport(run, check, run.words.askModel) : complainUnseen();
+  const std::optional<Check> check = liveCheck(run);
+  return wasSeen(check->snapshot) ? printReport(run, check, run.words.askModel) : complainUnseen();
 }
 
 int runBenchmark(const ProgramRun& run) {
