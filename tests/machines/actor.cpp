@@ -3,6 +3,8 @@
 //   as=NAME            leaves its pid in the file NAME of the folder $MACHINE
 //   listen=PORT        listens on TCP
 //   alloc=MEGABYTES    holds that much memory of its own
+//   workers=NUMBER     forks so many: what it holds by now is theirs too
+//   share=MEGABYTES    holds a segment of shared memory, and its workers with it
 //   burn=PERCENT       keeps one processor busy for that share of the time, from the end of the words on
 //   subreaper          adopts orphans, as a user's service manager does
 //   [ OPTIONS PATH WORD... ]  starts a program; nested ones are its own words. Options: pty (on a terminal of
@@ -13,6 +15,7 @@
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <pty.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -87,6 +90,8 @@ class Actor {
     if (verb == "as") ::rename((file + ".new").c_str(), file.c_str());
     if (verb == "listen") listenOn(std::atoi(value.c_str()));
     if (verb == "alloc") hold(static_cast<std::size_t>(std::atoi(value.c_str())) << 20U);
+    if (verb == "share") share(static_cast<std::size_t>(std::atoi(value.c_str())) << 20U);
+    if (verb == "workers") startWorkers(std::atoi(value.c_str()));
     if (verb == "burn") percent_ = std::atoi(value.c_str());
     if (verb == "subreaper") ::prctl(PR_SET_CHILD_SUBREAPER, 1);
     if (verb == "say" && ::write(terminal_, (value + "\n").data(), value.size() + 1) < 0) std::perror("say");
@@ -95,6 +100,21 @@ class Actor {
   }
 
   void hold(std::size_t bytes) { std::memset(std::malloc(bytes), 1, bytes); }
+
+  void share(std::size_t bytes) {
+    segment_ = static_cast<char*>(
+        ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS | MAP_POPULATE, -1, 0));
+    segmentBytes_ = bytes;
+  }
+
+  // They are in the group and folder of their parent and touch every page of its segment.
+  void startWorkers(int number) {
+    for (; number > 0; --number) {
+      if (::fork() != 0) continue;
+      for (std::size_t at = 0; at < segmentBytes_; at += 4096) segment_[at] = 1;
+      while (true) ::pause();
+    }
+  }
 
   // Starts what stands from `first` to the matching bracket; where that bracket is.
   std::size_t startProgram(const Words& words, std::size_t first) {
@@ -136,6 +156,8 @@ class Actor {
 
   int terminal_ = -1;  // the near end of the youngest one
   int percent_ = 0;
+  char* segment_ = nullptr;
+  std::size_t segmentBytes_ = 0;
 };
 
 }  // namespace

@@ -1,5 +1,5 @@
 // Prints one check of the live machine for the machines' tables: a line "subject TAB fact TAB value" for each
-// fact. Subjects are pids, "app NAME", "card ID" and "machine".
+// fact. Subjects are pids, "app NAME", "card ID" and "system".
 #include <fmt/format.h>
 
 #include <string>
@@ -26,6 +26,7 @@ void printProcess(const tarnwick::Proc& proc, tarnwick::Starters& starters) {
   fact(subject, "root", start.root->pid);
   fact(subject, "port", proc.ports.empty() ? 0 : proc.ports.front());
   fact(subject, "megabytes", proc.footprint >> 20U);
+  fact(subject, "container", proc.inContainer ? "yes" : "no");
 }
 
 }  // namespace
@@ -47,6 +48,12 @@ int main(int argc, char** argv) {
     fact("card " + card.id, "title", card.title);
     fact("card " + card.id, "detail", card.detail);
   }
-  fact("machine", "pressure", snapshot.pressure);
-  fact("machine", "cores", snapshot.cores);
+  fact("system", "pressure", snapshot.pressure);
+  fact("system", "cores", snapshot.cores);
+  fact("system", "containers", snapshot.containerLoad ? snapshot.containerLoad->count : 0);
+  std::uint64_t bytes = 0;
+  for (const auto& [pid, proc] : snapshot.procs) {
+    if (proc.path.ends_with("/postgres")) bytes += proc.footprint;
+  }
+  fact("system", "database megabytes", bytes >> 20U);
 }
