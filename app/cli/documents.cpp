@@ -159,6 +159,16 @@ std::string bashCompletion() {
          "complete -F _tarnwick tarnwick\n";
 }
 
+// An argument of _arguments: the word, both forms of it where it has two, and what it is.
+std::string zshSpec(const Option& option, const std::string& what) {
+  const std::string word(option.word);
+  if (option.shortForm.empty()) return shellQuoted(word + what);
+  // The two forms exclude each other.
+  const std::string shortForm(option.shortForm);
+  return shellQuoted("(" + shortForm + " " + word + ")") + "{" + shortForm + "," + word + "}" +
+         shellQuoted(what);
+}
+
 std::string zshCompletion() {
   std::string specs;
   for (const Option& option : options()) {
@@ -166,16 +176,7 @@ std::string zshCompletion() {
     if (option.value == OptionValue::name) what += ":name:(" + joined(option.choices) + ")";
     if (option.value == OptionValue::path) what += ":path:_files";
     if (option.value == OptionValue::text) what += ":text: ";
-    std::string spec(option.word);
-    if (option.shortForm.empty()) {
-      spec = shellQuoted(spec + what);
-    } else {
-      // The two forms exclude each other.
-      const std::string shortForm(option.shortForm);
-      spec = shellQuoted("(" + shortForm + " " + spec + ")").append("{" + shortForm + "," + spec + "}");
-      spec += shellQuoted(what);
-    }
-    specs.append(" \\\n  ").append(spec);
+    specs.append(" \\\n  ").append(zshSpec(option, what));
   }
   return "#compdef tarnwick\n# zsh " + std::string(madeFrom) + "_arguments" + specs + "\n";
 }
