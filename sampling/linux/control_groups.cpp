@@ -51,7 +51,7 @@ void addPids(const std::string& group, int depth, std::vector<Pid>& pids) {
   }
   if (depth == deepestPart) return;
   for (const std::string& name : folderEntries(group)) {
-    const std::string below = group + "/" + name;
+    const std::string below = std::string(group).append("/").append(name);
     if (isDirectory(below)) addPids(below, depth + 1, pids);
   }
 }
@@ -89,7 +89,7 @@ std::vector<ContainerGroup> ControlGroups::containers() const {
 
 void ControlGroups::addFrom(const std::string& folder, int depth, std::vector<ContainerGroup>& found) const {
   for (const std::string& name : folderEntries(memoryRoot_ + folder)) {
-    std::string path = folder + "/" + name;
+    std::string path = std::string(folder).append("/").append(name);
     if (auto id = containerOfGroup(name, folder == "/docker")) {
       found.push_back(read(path, std::move(*id)));
     } else if (depth < deepestPod && name.find("libpod_pod") != std::string::npos) {

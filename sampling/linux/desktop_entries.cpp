@@ -42,11 +42,12 @@ std::optional<FoundEntry> findIn(const std::string& folder, const std::string& i
 void collectIds(const std::string& folder, const std::string& before, int depth, std::set<std::string>& ids) {
   constexpr std::string_view ending = ".desktop";
   for (const std::string& name : folderEntries(folder)) {
+    const std::string below = std::string(folder).append("/").append(name);
     if (name.ends_with(ending) && isSafe(name)) {
       ids.insert(before + name.substr(0, name.size() - ending.size()));
     } else if (depth < deepestFolder && isSafe(name) && name.find('.') == std::string::npos &&
-               isDirectory(folder + "/" + name)) {
-      collectIds(folder + "/" + name, before + name + "-", depth + 1, ids);
+               isDirectory(below)) {
+      collectIds(below, std::string(before).append(name).append("-"), depth + 1, ids);
     }
   }
 }

@@ -8,6 +8,7 @@
 
 #include "records/browsers.h"
 #include "records/shells.h"
+#include "records/snapshot.h"
 #include "records/text.h"
 #include "sampling/decode/desktop_entry.h"
 #include "sampling/decode/launch_command.h"

@@ -334,7 +334,7 @@ TEST_F(LinuxProcessSourceTest, WhatAFamilySharesIsCountedOnce) {
 }
 
 TEST_F(LinuxProcessSourceTest, WhatIsRememberedOfOneProcessIsNotTheNextOnes) {
-  constexpr std::size_t bytes = std::size_t{16} << 20U;
+  constexpr std::size_t bytes = std::size_t{64} << 20U;  // more than sanitizers add to the small one
   const ChildProcess large([] {
     ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_ANONYMOUS | MAP_POPULATE | MAP_PRIVATE, -1, 0);
   });
