@@ -1,6 +1,5 @@
 #include "diagnosis/attribution.h"
 
-#include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include <algorithm>
@@ -8,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "records/formatted.h"
 #include "records/utf8.h"
 #include "records/wording.h"
 
@@ -54,9 +54,9 @@ std::string pullRequest(const ClaudeWork& work, Surroundings& surroundings) {
   if (!work.pr) return {};
   const std::string number = std::to_string(*work.pr);
   if (const auto title = surroundings.prTitle(work.prRepo, number)) {
-    return fmt::format(", for the pull request “{}”", *title);
+    return formatted(", for the pull request “{}”", *title);
   }
-  return fmt::format(" (pull request #{})", number);
+  return formatted(" (pull request #{})", number);
 }
 
 }  // namespace
@@ -64,13 +64,13 @@ std::string pullRequest(const ClaudeWork& work, Surroundings& surroundings) {
 std::string startedBy(const Starter& start, double age, const std::optional<ClaudeWork>& work,
                       Surroundings& surroundings) {
   const std::string when = ago(age) + " ago";
-  if (!start.who) return fmt::format("It started {}. The app or terminal that started it is closed.", when);
-  if (*start.who == "you") return fmt::format("You started it in a terminal {}.", when);
-  if (*start.who != "Claude Code") return fmt::format("{} started it {}.", *start.who, when);
+  if (!start.who) return formatted("It started {}. The app or terminal that started it is closed.", when);
+  if (*start.who == "you") return formatted("You started it in a terminal {}.", when);
+  if (*start.who != "Claude Code") return formatted("{} started it {}.", *start.who, when);
   const std::string session =
-      work && work->title ? fmt::format(", in a session about “{}”", *work->title) : std::string();
+      work && work->title ? formatted(", in a session about “{}”", *work->title) : std::string();
   const std::string request = work ? pullRequest(*work, surroundings) : std::string();
-  return fmt::format("Claude Code started it {}{}{}.", when, session, request);
+  return formatted("Claude Code started it {}{}{}.", when, session, request);
 }
 
 std::string facts(const std::optional<std::string>& who, const std::optional<Git>& git,
@@ -78,11 +78,11 @@ std::string facts(const std::optional<std::string>& who, const std::optional<Git
   if (who) more.push_back("Started by: " + *who);
   if (work && work->title) more.push_back("Claude Code session title: " + *work->title);
   if (git) {
-    more.push_back(fmt::format("Git repo {}, branch {}{}.{}", git->repo, git->branch,
-                               git->isCopy ? " (a separate copy of the repo)" : "",
-                               git->lastCommit.empty() ? "" : " Last commit: " + git->lastCommit));
+    more.push_back(formatted("Git repo {}, branch {}{}.{}", git->repo, git->branch,
+                             git->isCopy ? " (a separate copy of the repo)" : "",
+                             git->lastCommit.empty() ? "" : " Last commit: " + git->lastCommit));
   }
-  return fmt::format("{}", fmt::join(more, "\n"));
+  return formatted("{}", fmt::join(more, "\n"));
 }
 
 std::string commandLine(const Proc& proc) {
@@ -130,7 +130,7 @@ std::optional<std::string> scriptHead(const Proc& proc, Surroundings& surroundin
   if (script == proc.args.end() || isInLibrary(*script, self)) return std::nullopt;
   const auto head = surroundings.fileHead(script->starts_with('/') ? *script : proc.cwd + "/" + *script);
   if (!head) return std::nullopt;
-  return fmt::format("The file {} starts with:\n{}", *script, *head);
+  return formatted("The file {} starts with:\n{}", *script, *head);
 }
 
 }  // namespace tarnwick

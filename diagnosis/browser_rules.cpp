@@ -1,5 +1,4 @@
 // Rules about browsers: those that work hard or hold much memory, and those that a test left behind.
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -12,6 +11,7 @@
 #include "diagnosis/machine_share.h"
 #include "records/browsers.h"
 #include "records/checked.h"
+#include "records/formatted.h"
 #include "records/wording.h"
 
 namespace tarnwick {
@@ -66,21 +66,20 @@ std::map<std::string_view, Browser> browsersOf(const Snapshot& snapshot) {
 }
 
 std::string pileText(const std::pair<std::string, int>& pile) {
-  return fmt::format("{} from {}", pile.second, siteName(pile.first));
+  return formatted("{} from {}", pile.second, siteName(pile.first));
 }
 
 void addReadTabSteps(const Tabs& tabs, const std::string& id, std::vector<Step>& steps) {
   if (tabs.duplicates >= 1) {
-    const std::string who =
-        tabs.duplicates == 1 ? "1 tab shows" : fmt::format("{} tabs show", tabs.duplicates);
+    const std::string who = tabs.duplicates == 1 ? "1 tab shows" : formatted("{} tabs show", tabs.duplicates);
     steps.push_back({who + " the same page as another tab.",
                      Action{"Close " + plural(tabs.duplicates, "duplicate"), {CloseDuplicateTabs{id}}}});
   }
   if (!tabs.piles.empty()) {
     std::vector<std::string> piles;
     std::transform(tabs.piles.begin(), tabs.piles.end(), std::back_inserter(piles), pileText);
-    steps.push_back({fmt::format(
-        "Many tabs are from the same site: {}. Close the ones that you are done with.", list(piles))});
+    steps.push_back({formatted("Many tabs are from the same site: {}. Close the ones that you are done with.",
+                               list(piles))});
   }
 }
 
@@ -94,9 +93,9 @@ void addTabSteps(const Browser& browser, std::vector<Step>& steps) {
          "permission “control”.",
          Action{"See my open tabs", {AskAutomation{id}}}});
   } else if (browser.access == Access::denied) {
-    steps.push_back({fmt::format("To find tabs that you can close, turn on {} under Tarnwick in Privacy & "
-                                 "Security > Automation.",
-                                 browser.name),
+    steps.push_back({formatted("To find tabs that you can close, turn on {} under Tarnwick in Privacy & "
+                               "Security > Automation.",
+                               browser.name),
                      Action{"Open Automation settings",
                             {OpenSettings{"com.apple.preference.security?Privacy_Automation"}}}});
   } else if (browser.tabs != nullptr) {
@@ -116,15 +115,15 @@ std::vector<Step> browserSteps(const Browser& browser, const Snapshot& snapshot)
   if (steps.empty()) steps.push_back({"Close the tabs that you do not need."});
   if (browser.app != nullptr && lacksMemorySaver(browser, snapshot)) {
     steps.push_back(
-        {fmt::format("Turn on Memory Saver{}. Chrome then puts tabs that you have not used for a while "
-                     "to sleep.",
-                     snapshot.memorySaver ? "" : ", if it is off"),
+        {formatted("Turn on Memory Saver{}. Chrome then puts tabs that you have not used for a while "
+                   "to sleep.",
+                   snapshot.memorySaver ? "" : ", if it is off"),
          Action{"Open Chrome settings", {OpenTab{std::string(chromeID), "chrome://settings/performance"}}}});
   }
-  Step quit{fmt::format("Quit and open {0} again. This frees memory that {0} holds on to over time.",
-                        browser.name)};
+  Step quit{
+      formatted("Quit and open {0} again. This frees memory that {0} holds on to over time.", browser.name)};
   if (browser.app != nullptr) {
-    quit.action = Action{fmt::format("Quit {}", browser.name), {QuitApp{browser.app->bundleID}}};
+    quit.action = Action{formatted("Quit {}", browser.name), {QuitApp{browser.app->bundleID}}};
   }
   steps.push_back(std::move(quit));
   return steps;
@@ -136,7 +135,7 @@ std::vector<std::string> tabNotes(const Browser& browser) {
   if (browser.tabs->duplicates > 0) notes.push_back(plural(browser.tabs->duplicates, "duplicate tab"));
   if (!browser.tabs->piles.empty()) {
     const auto& [host, count] = browser.tabs->piles.front();
-    notes.push_back(fmt::format("{} {} tabs", count, siteName(host)));
+    notes.push_back(formatted("{} {} tabs", count, siteName(host)));
   }
   return notes;
 }
@@ -154,19 +153,19 @@ std::string browserSummary(const Browser& browser) {
 Finding browserFinding(const Browser& browser, const Snapshot& snapshot) {
   const bool busy = browser.isBusy();
   const double memory = memoryShare(browser.memory, snapshot);
-  const std::string percent = fmt::format("{:.0f}%", std::trunc(memory * 100));
+  const std::string percent = formatted("{:.0f}%", std::trunc(memory * 100));
   const std::string why =
       busy ? "A busy page, such as a video or a large web app, takes processor time from your other apps."
-           : fmt::format(
+           : formatted(
                  "That is {} of your Mac's memory. When memory runs short, macOS moves data to the "
                  "disk, and everything gets slower.",
                  percent);
-  return {.id = fmt::format("browser-app:{}", browser.key),
+  return {.id = formatted("browser-app:{}", browser.key),
           .bucket = busy ? Bucket::now : Bucket::always,
-          .title = busy ? fmt::format("{} is working hard", browser.name)
-                        : fmt::format("{} uses {} of memory", browser.name, size(browser.memory)),
-          .detail = fmt::format("{} {} runs {}, because each tab and extension gets its own.", why,
-                                browser.name, plural(browser.count, "process")),
+          .title = busy ? formatted("{} is working hard", browser.name)
+                        : formatted("{} uses {} of memory", browser.name, size(browser.memory)),
+          .detail = formatted("{} {} runs {}, because each tab and extension gets its own.", why,
+                              browser.name, plural(browser.count, "process")),
           .bytes = browser.memory,
           .steps = browserSteps(browser, snapshot),
           .subject = std::string(browser.name),
@@ -193,18 +192,18 @@ Finding testBrowserFinding(const Proc& proc, const Snapshot& snapshot, const std
   for (const Proc* below : descendants(proc.pid, snapshot)) memory = checkedAdd(memory, below->footprint);
   const std::string_view tool = testTool(proc.path);
   const std::string age = ago(secondsBetween(proc.started, snapshot.now));
-  return {.id = fmt::format("browser:{}", proc.pid),
+  return {.id = formatted("browser:{}", proc.pid),
           .bucket = Bucket::leftovers,
           .title = "A test browser is still open",
-          .detail = fmt::format(
+          .detail = formatted(
               "{} opened it {} ago for an automated test. The test ended but did not close it. It uses {}.",
               tool, age, size(memory)),
           .bytes = memory,
           .actions = {stop(proc, termed, "Close it")},
-          .evidence = fmt::format("Tool: {}. The test runner that opened it has ended.\nBrowser command: {}",
-                                  tool, commandLine(proc)),
+          .evidence = formatted("Tool: {}. The test runner that opened it has ended.\nBrowser command: {}",
+                                tool, commandLine(proc)),
           .subject = "a test browser",
-          .summary = fmt::format("{} opened it {} ago and did not close it.", tool, age),
+          .summary = formatted("{} opened it {} ago and did not close it.", tool, age),
           .metric = size(memory),
           .icon = "globe",
           .impact = memoryShare(memory, snapshot)};

@@ -1,5 +1,4 @@
 // Rules about processes: those that use the processor now, and those that keep the machine awake.
-#include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include <algorithm>
@@ -12,6 +11,7 @@
 #include "diagnosis/machine_share.h"
 #include "diagnosis/process_kinds.h"
 #include "diagnosis/system_services.h"
+#include "records/formatted.h"
 #include "records/utf8.h"
 #include "records/wording.h"
 
@@ -60,7 +60,7 @@ std::string shortened(const std::string& command) {
 // What every finding of this rule has; the rest is said by one of the three below.
 Finding groupFinding(std::string_view key, const Group& group, const Snapshot& snapshot) {
   Finding finding;
-  finding.id = fmt::format("cpu:{}", key);
+  finding.id = formatted("cpu:{}", key);
   finding.bucket = Bucket::now;
   finding.metric = pct(group.cpu, snapshot);
   finding.impact = processorShare(group.cpu, snapshot);
@@ -71,7 +71,7 @@ void describeApp(const Group& group, const Snapshot& snapshot, Finding& finding)
   const std::string& name = *group.root->app;
   const RunningApp* app = runningApp(name, snapshot);
   finding.title = name + " is busy";
-  finding.detail = fmt::format("It runs {}.", plural(group.count, "process"));
+  finding.detail = formatted("It runs {}.", plural(group.count, "process"));
   finding.subject = name;
   finding.summary = "It takes processor time from your other apps.";
   finding.icon = app != nullptr ? app->path : "app";
@@ -82,12 +82,11 @@ void describeBackground(const Group& group, Finding& finding) {
   const std::string command = commandLine(root);
   finding.title = "A background process is busy";
   finding.detail =
-      fmt::format("Its name is “{}”. It runs {}.", shortened(command), plural(group.count, "process"));
-  finding.evidence =
-      fmt::format("A background process. No app or terminal started it.\nCommand: {}\nPath: {}",
-                  firstCharacters(command, evidenceCharacters), root.path);
+      formatted("Its name is “{}”. It runs {}.", shortened(command), plural(group.count, "process"));
+  finding.evidence = formatted("A background process. No app or terminal started it.\nCommand: {}\nPath: {}",
+                               firstCharacters(command, evidenceCharacters), root.path);
   finding.subject = std::string(root.name());
-  finding.summary = fmt::format("Its name is “{}”.", root.name());
+  finding.summary = formatted("Its name is “{}”.", root.name());
   finding.icon = "gearshape";
 }
 
@@ -107,14 +106,13 @@ void describeWork(const Starter& start, const Snapshot& snapshot, Surroundings& 
   std::optional<ClaudeWork> work;
   if (start.claude) work = surroundings.claudeSession(*start.claude);
 
-  finding.title =
-      byUser ? fmt::format("You are running {}", kind) : fmt::format("{} is running {}", who, kind);
-  finding.detail = fmt::format("{} The command is “{}”.{} It stops when the command ends.",
-                               startedBy(start, age, work, surroundings), shown,
-                               git ? fmt::format(" Project: {}, branch {}.", git->repo, git->branch) : "");
+  finding.title = byUser ? formatted("You are running {}", kind) : formatted("{} is running {}", who, kind);
+  finding.detail = formatted("{} The command is “{}”.{} It stops when the command ends.",
+                             startedBy(start, age, work, surroundings), shown,
+                             git ? formatted(" Project: {}, branch {}.", git->repo, git->branch) : "");
   finding.evidence = facts(who, git, work, {"Command: " + firstCharacters(command, evidenceCharacters)});
-  finding.subject = byUser ? fmt::format("your {}", kind) : fmt::format("{} from {}", kind, who);
-  finding.summary = fmt::format("“{}” started {} ago. It stops when it ends.", shown, ago(age));
+  finding.subject = byUser ? formatted("your {}", kind) : formatted("{} from {}", kind, who);
+  finding.summary = formatted("“{}” started {} ago. It stops when it ends.", shown, ago(age));
   finding.icon = "terminal";
 }
 
@@ -131,18 +129,18 @@ Finding awakeFinding(const Proc& proc, const Starter& start, const Snapshot& sna
                      const std::set<Pid>& termed, Surroundings& surroundings) {
   std::span<const std::string> arguments(proc.args);
   if (!arguments.empty()) arguments = arguments.subspan(1);
-  const std::string flags = fmt::format("{}", fmt::join(arguments, " "));
+  const std::string flags = formatted("{}", fmt::join(arguments, " "));
   const std::string whoRan = !start.who ? "A tool" : *start.who == "you" ? "You ran" : *start.who + " ran";
-  return {.id = fmt::format("caffeinate:{}", proc.pid),
+  return {.id = formatted("caffeinate:{}", proc.pid),
           .bucket = Bucket::leftovers,
           .title = "Your Mac is not allowed to sleep",
-          .detail = fmt::format("{} “caffeinate {}” on {}. It keeps the Mac{} awake until you stop it.",
-                                whoRan, flags, surroundings.mediumDate(proc.started),
-                                flags.find('d') != std::string::npos ? " and the screen" : ""),
+          .detail = formatted("{} “caffeinate {}” on {}. It keeps the Mac{} awake until you stop it.", whoRan,
+                              flags, surroundings.mediumDate(proc.started),
+                              flags.find('d') != std::string::npos ? " and the screen" : ""),
           .actions = {stop(proc, termed, "Let the Mac sleep")},
           .subject = "caffeinate",
-          .summary = fmt::format("{} “caffeinate” {} ago. It has no time limit.", whoRan,
-                                 ago(secondsBetween(proc.started, snapshot.now))),
+          .summary = formatted("{} “caffeinate” {} ago. It has no time limit.", whoRan,
+                               ago(secondsBetween(proc.started, snapshot.now))),
           .icon = "cup.and.saucer",
           .impact = 0.001};
 }
@@ -159,7 +157,7 @@ std::vector<Finding> cpuHogs(const Snapshot& snapshot, Surroundings& surrounding
   }
   for (const auto& [pid, group] : groups.roots) {
     if (group.cpu < busyCores) continue;
-    Finding& finding = found.emplace_back(groupFinding(fmt::format("pid:{}", pid), group, snapshot));
+    Finding& finding = found.emplace_back(groupFinding(formatted("pid:{}", pid), group, snapshot));
     if (const Starter start = starters.of(*group.root); start.who) {
       describeWork(start, snapshot, surroundings, finding);
     } else {

@@ -1,5 +1,4 @@
 // Rules about development machinery that stays up: Docker's virtual machine and Xcode simulators.
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <limits>
@@ -9,6 +8,7 @@
 #include "diagnosis/machine_share.h"
 #include "diagnosis/process_kinds.h"
 #include "records/checked.h"
+#include "records/formatted.h"
 #include "records/utf8.h"
 #include "records/wording.h"
 
@@ -75,8 +75,8 @@ std::vector<Action> stopActions(const Snapshot& snapshot) {
   std::vector<Action> actions;
   for (const Container* container : biggest) {
     const std::string up = upTime(container->status);
-    actions.push_back({fmt::format("Stop {} ({}, {}{})", container->name, dbKind(container->image),
-                                   size(container->mem), up.empty() ? "" : ", on for " + up),
+    actions.push_back({formatted("Stop {} ({}, {}{})", container->name, dbKind(container->image),
+                                 size(container->mem), up.empty() ? "" : ", on for " + up),
                        {DockerStop{container->id}}});
   }
   return actions;
@@ -109,10 +109,10 @@ struct Load {
 Finding loadFinding(const Load& load, const Snapshot& snapshot) {
   return {.id = "docker",
           .bucket = Bucket::always,
-          .title = fmt::format("Docker uses {} of memory", size(load.bytes)),
+          .title = formatted("Docker uses {} of memory", size(load.bytes)),
           .bytes = load.bytes,
           .subject = "Docker",
-          .metric = fmt::format("{}% of memory", wholePercentage(load.bytes, snapshot.ram)),
+          .metric = formatted("{}% of memory", wholePercentage(load.bytes, snapshot.ram)),
           .icon = "shippingbox",
           .impact = std::max(processorShare(load.cpu, snapshot), memoryShare(load.bytes, snapshot))};
 }
@@ -123,12 +123,12 @@ Finding containersFinding(const ContainerLoad& load, const Snapshot& snapshot) {
   const std::string_view they = one ? "It" : "They";
   const std::string_view use = one ? "uses" : "use";
   Finding finding = loadFinding({load.bytes, load.cpu}, snapshot);
-  finding.summary = fmt::format("Your {} {} {}.", plural(load.count, "container"), use, size(load.bytes));
+  finding.summary = formatted("Your {} {} {}.", plural(load.count, "container"), use, size(load.bytes));
   if (load.cpu >= noteworthyCores) {
-    finding.summary += fmt::format(" {} also {} {} now.", they, use, pct(load.cpu, snapshot));
+    finding.summary += formatted(" {} also {} {} now.", they, use, pct(load.cpu, snapshot));
   }
-  finding.detail = fmt::format("{} Stop {}.", finding.summary,
-                               one ? "it if you do not need it" : "those that you do not need");
+  finding.detail = formatted("{} Stop {}.", finding.summary,
+                             one ? "it if you do not need it" : "those that you do not need");
   finding.actions = stopActions(snapshot);
   return finding;
 }
@@ -143,18 +143,18 @@ Finding dockerFinding(const Proc& vm, const Snapshot& snapshot) {
 
   std::string detail =
       alone ? "Docker keeps this memory for its Linux system, even when your containers need less."
-            : fmt::format("Your {} need only {}. Docker keeps the rest for itself.",
-                          plural(count, "container"), size(needed));
+            : formatted("Your {} need only {}. Docker keeps the rest for itself.", plural(count, "container"),
+                        size(needed));
   if (isMostlySwapped(vm)) {
     detail += " Most of that memory is now compressed or moved to disk, and that makes the Mac slower.";
   }
-  if (works) detail += fmt::format(" Docker also uses {} right now, for containers that are working.", share);
+  if (works) detail += formatted(" Docker also uses {} right now, for containers that are working.", share);
   detail += " Quit Docker to free all of it.";
 
-  std::string summary =
-      alone ? "Docker keeps this memory for its Linux system."
-            : fmt::format("Your containers need only {}. Docker keeps the rest.", size(needed));
-  if (works) summary += fmt::format(" It also uses {} now.", share);
+  std::string summary = alone
+                            ? "Docker keeps this memory for its Linux system."
+                            : formatted("Your containers need only {}. Docker keeps the rest.", size(needed));
+  if (works) summary += formatted(" It also uses {} now.", share);
 
   const RunningApp* app = dockerApp(snapshot);
   Finding finding = loadFinding({vm.footprint, vm.cpu}, snapshot);
@@ -218,13 +218,13 @@ Finding simulatorsFinding(const std::vector<Simulator>& all, const Snapshot& sna
   const std::uint64_t memory = memoryOf(all, snapshot);
   const bool one = all.size() == 1;
   const std::string_view them = one ? "it" : "them";
-  const std::string on = fmt::format("{} {} been on for {}.", list(names), one ? "has" : "have",
-                                     ago(secondsBetween(earliest, snapshot.now)));
+  const std::string on = formatted("{} {} been on for {}.", list(names), one ? "has" : "have",
+                                   ago(secondsBetween(earliest, snapshot.now)));
   return {.id = "simulators",
           .bucket = Bucket::always,
-          .title = fmt::format("{} {} {}", plural(static_cast<std::int64_t>(all.size()), "Xcode simulator"),
-                               one ? "uses" : "use", size(memory)),
-          .detail = fmt::format("{0} Shut {1} down if you are not testing on {1}.", on, them),
+          .title = formatted("{} {} {}", plural(static_cast<std::int64_t>(all.size()), "Xcode simulator"),
+                             one ? "uses" : "use", size(memory)),
+          .detail = formatted("{0} Shut {1} down if you are not testing on {1}.", on, them),
           .bytes = memory,
           .actions = std::move(actions),
           .subject = "Xcode simulators",

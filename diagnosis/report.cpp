@@ -1,42 +1,40 @@
 #include "diagnosis/report.h"
 
-#include <fmt/format.h>
-
 #include <iterator>
 
+#include "records/formatted.h"
 #include "records/wording.h"
 
 namespace tarnwick {
 namespace {
 
 std::string bracketed(const Action& action) {
-  return fmt::format("[{}]  {}", action.label, action.fix.command());
+  return formatted("[{}]  {}", action.label, action.fix.command());
 }
 
 std::string block(const Finding& finding, const Guesses& guesses) {
-  std::string lines = fmt::format("  {}\n", finding.title);
-  const auto out = std::back_inserter(lines);
+  std::string lines = formatted("  {}\n", finding.title);
   if (finding.evidence) {
     const auto guess = guesses.find(*finding.evidence);
-    if (guess != guesses.end()) fmt::format_to(out, "  \u2728 {}\n", guess->second);
+    if (guess != guesses.end()) appendFormatted(lines, "  \u2728 {}\n", guess->second);
   }
-  fmt::format_to(out, "  {}\n", finding.detail);
+  appendFormatted(lines, "  {}\n", finding.detail);
   if (!finding.steps.empty()) lines += "  What you can do:\n";
   for (std::size_t i = 0; i < finding.steps.size(); ++i) {
     const Step& step = finding.steps[i];
-    fmt::format_to(out, "    {}. {}{}\n", i + 1, step.text,
-                   step.action ? "  " + bracketed(*step.action) : "");
+    appendFormatted(lines, "    {}. {}{}\n", i + 1, step.text,
+                    step.action ? "  " + bracketed(*step.action) : "");
   }
-  for (const Action& action : finding.actions) fmt::format_to(out, "    {}\n", bracketed(action));
+  for (const Action& action : finding.actions) appendFormatted(lines, "    {}\n", bracketed(action));
   return lines;
 }
 
 }  // namespace
 
 std::string header(const Snapshot& snapshot) {
-  return fmt::format("{} memory, {} moved to disk · processor {}% busy · last restart {} ago",
-                     size(snapshot.ram), size(snapshot.swapUsed), wholePercent(snapshot.cpuBusy),
-                     ago(snapshot.uptime));
+  return formatted("{} memory, {} moved to disk · processor {}% busy · last restart {} ago",
+                   size(snapshot.ram), size(snapshot.swapUsed), wholePercent(snapshot.cpuBusy),
+                   ago(snapshot.uptime));
 }
 
 std::string text(const Snapshot& snapshot, const std::vector<Finding>& findings, const Guesses& guesses) {
@@ -46,7 +44,7 @@ std::string text(const Snapshot& snapshot, const std::vector<Finding>& findings,
     for (const Finding& finding : findings) {
       if (finding.bucket == bucket) blocks += block(finding, guesses);
     }
-    if (!blocks.empty()) report += fmt::format("\n{}\n{}", label(bucket), blocks);
+    if (!blocks.empty()) report += formatted("\n{}\n{}", label(bucket), blocks);
   }
   if (findings.empty()) report += "\nNo known cause found.\n";
   return report;

@@ -1,7 +1,5 @@
 #include "diagnosis/stack_wording.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <map>
@@ -9,6 +7,7 @@
 
 #include "diagnosis/attribution.h"
 #include "diagnosis/process_kinds.h"
+#include "records/formatted.h"
 #include "records/utf8.h"
 #include "records/wording.h"
 
@@ -57,7 +56,7 @@ std::string portsText(const std::vector<std::uint16_t>& ports) {
   std::vector<std::string> numbers;
   numbers.reserve(ports.size());
   for (const std::uint16_t port : ports) numbers.push_back(std::to_string(port));
-  return fmt::format("({} {})", ports.size() == 1 ? "port" : "ports", list(numbers));
+  return formatted("({} {})", ports.size() == 1 ? "port" : "ports", list(numbers));
 }
 
 enum class Ports { shown, hidden };
@@ -91,15 +90,15 @@ Story storyWithoutRepository(const ProjectStack& stack, Surroundings& surroundin
 Story storyOfBranch(const ProjectStack& stack, const Git& git, Surroundings& surroundings) {
   const bool shared = isShared(git.branch);
   Story story;
-  story.title = fmt::format("{}{} is still running", git.isCopy ? "A copy of " : "", git.repo);
-  story.middle = fmt::format(" Branch {}.", git.branch);
+  story.title = formatted("{}{} is still running", git.isCopy ? "A copy of " : "", git.repo);
+  story.middle = formatted(" Branch {}.", git.branch);
   if (!shared) {
     if (const auto title = surroundings.prTitle(git.slug, git.branch)) {
-      story.middle += fmt::format(" Pull request: “{}”.", *title);
+      story.middle += formatted(" Pull request: “{}”.", *title);
     }
   }
   if (!git.lastCommit.empty()) {
-    story.middle += fmt::format(" Last commit {}: “{}”.", git.lastCommitAgo, git.lastCommit);
+    story.middle += formatted(" Last commit {}: “{}”.", git.lastCommitAgo, git.lastCommit);
   }
   story.middle += " " + startedBy(stack.start, stack.age, stack.work, surroundings);
   story.hint = shared ? " Stop it if you are not using it." : " Stop it if you are done with this branch.";
@@ -118,31 +117,31 @@ std::string jobTopic(const ProjectStack& stack, Surroundings& surroundings) {
   std::optional<std::string> number;
   if (job.pr) number = std::to_string(*job.pr);
   if (const auto title = surroundings.prTitle(job.prRepo, number)) {
-    return fmt::format(" The job worked on the pull request “{}”.", *title);
+    return formatted(" The job worked on the pull request “{}”.", *title);
   }
   if (const auto& title = stack.work && stack.work->title ? stack.work->title : job.title) {
-    return fmt::format(" The job worked on “{}”.", *title);
+    return formatted(" The job worked on “{}”.", *title);
   }
   if (!stack.jobRepository) return {};
   const Git& git = *stack.jobRepository;
-  return fmt::format(" The job worked in {}, on the branch {}.{}", git.repo, git.branch,
-                     git.lastCommit.empty() ? "" : fmt::format(" Its last commit was “{}”.", git.lastCommit));
+  return formatted(" The job worked in {}, on the branch {}.{}", git.repo, git.branch,
+                   git.lastCommit.empty() ? "" : formatted(" Its last commit was “{}”.", git.lastCommit));
 }
 
 std::string jobEnding(const ClaudeWork& job, Timestamp now) {
   if (isWorking(job)) return " The job is still working.";
   const std::string when = job.jobUpdated ? " " + ago(secondsBetween(*job.jobUpdated, now)) + " ago" : "";
   if (job.jobState == "blocked" || job.jobState == "failed" || job.jobState == "error") {
-    return fmt::format(" The job stopped{} because of an error, but its server still runs.", when);
+    return formatted(" The job stopped{} because of an error, but its server still runs.", when);
   }
-  return fmt::format(" The job ended{}, but its server still runs.", when);
+  return formatted(" The job ended{}, but its server still runs.", when);
 }
 
 Story storyOfJob(const ProjectStack& stack, Timestamp now, Surroundings& surroundings) {
   const std::size_t count = stack.servers.size();
-  const std::string what = count == 1 ? "A test server" : fmt::format("{} test servers", count);
-  return {fmt::format("{} from the Claude Code job “{}” {} still running", what, jobName(stack),
-                      count == 1 ? "is" : "are"),
+  const std::string what = count == 1 ? "A test server" : formatted("{} test servers", count);
+  return {formatted("{} from the Claude Code job “{}” {} still running", what, jobName(stack),
+                    count == 1 ? "is" : "are"),
           jobTopic(stack, surroundings) + jobEnding(*stack.job, now),
           isWorking(*stack.job) ? "" : " It is safe to stop."};
 }
@@ -154,25 +153,25 @@ Story storyOf(const ProjectStack& stack, Timestamp now, Surroundings& surroundin
 }
 
 void addJobLines(const ProjectStack& stack, std::vector<std::string>& lines) {
-  lines.push_back(fmt::format("Claude Code background job “{}”, state: {}", jobName(stack),
-                              stack.job->jobState.value_or("unknown")));
+  lines.push_back(formatted("Claude Code background job “{}”, state: {}", jobName(stack),
+                            stack.job->jobState.value_or("unknown")));
   if (const auto& git = stack.jobRepository) {
-    lines.push_back(fmt::format("The job worked in the git repo {}, branch {}. Last commit: {}", git->repo,
-                                git->branch, git->lastCommit));
+    lines.push_back(formatted("The job worked in the git repo {}, branch {}. Last commit: {}", git->repo,
+                              git->branch, git->lastCommit));
   }
 }
 
 std::string evidenceOf(const ProjectStack& stack, Surroundings& surroundings) {
   std::vector<std::string> lines;
   for (const StackServer& server : stack.servers) {
-    lines.push_back(fmt::format("Server: {}. Command: {}", server.kind,
-                                firstCharacters(commandLine(*server.proc), shownCommandCharacters)));
+    lines.push_back(formatted("Server: {}. Command: {}", server.kind,
+                              firstCharacters(commandLine(*server.proc), shownCommandCharacters)));
   }
   const std::string& home = surroundings.self().home;
   const bool isBelowHome = stack.root.starts_with(home + "/");
   lines.push_back("Folder: " + (isBelowHome ? "~" + stack.root.substr(home.size()) : stack.root));
   for (const Container* container : stack.containers) {
-    lines.push_back(fmt::format("Docker container: {} (image {})", container->name, container->image));
+    lines.push_back(formatted("Docker container: {} (image {})", container->name, container->image));
   }
   if (stack.job) addJobLines(stack, lines);
   for (const StackServer& server : stack.servers) {
@@ -187,9 +186,9 @@ std::string subjectOf(const ProjectStack& stack) {
 }
 
 std::string summaryOf(const ProjectStack& stack) {
-  if (!stack.job) return fmt::format("{}, on for {}.", contents(stack, Ports::hidden), ago(stack.age));
-  return fmt::format("From the Claude Code job “{}”, which {}.", jobName(stack),
-                     isWorking(*stack.job) ? "is still working" : "has stopped");
+  if (!stack.job) return formatted("{}, on for {}.", contents(stack, Ports::hidden), ago(stack.age));
+  return formatted("From the Claude Code job “{}”, which {}.", jobName(stack),
+                   isWorking(*stack.job) ? "is still working" : "has stopped");
 }
 
 }  // namespace
@@ -197,8 +196,8 @@ std::string summaryOf(const ProjectStack& stack) {
 StackWords wordsFor(const ProjectStack& stack, const Snapshot& snapshot, Surroundings& surroundings) {
   Story story = storyOf(stack, snapshot.now, surroundings);
   return {.title = std::move(story.title),
-          .detail = fmt::format("It runs {}.{} It uses {} in total.{}", contents(stack, Ports::shown),
-                                story.middle, size(stack.bytes), story.hint),
+          .detail = formatted("It runs {}.{} It uses {} in total.{}", contents(stack, Ports::shown),
+                              story.middle, size(stack.bytes), story.hint),
           .evidence = evidenceOf(stack, surroundings),
           .subject = subjectOf(stack),
           .summary = summaryOf(stack)};

@@ -1,5 +1,4 @@
 // The rule about development servers that were left running, one finding per project.
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <map>
@@ -12,6 +11,7 @@
 #include "diagnosis/process_kinds.h"
 #include "diagnosis/stack_wording.h"
 #include "records/checked.h"
+#include "records/formatted.h"
 #include "records/utf8.h"
 #include "records/wording.h"
 
@@ -108,7 +108,7 @@ Action stopAll(const ProjectStack& stack, const std::set<Pid>& termed) {
   for (const StackServer& server : stack.servers) all.fixes.push_back({stopSignal(*server.proc, termed)});
   for (const Container* container : stack.containers) all.fixes.push_back({DockerStop{container->id}});
   const std::size_t count = all.fixes.size();
-  return {count == 1 ? "Stop it" : fmt::format("Stop all {}", count), {std::move(all)}};
+  return {count == 1 ? "Stop it" : formatted("Stop all {}", count), {std::move(all)}};
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
 // Rules about the machine's own state: heat, disk, system services, login items.
-#include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include <algorithm>
@@ -11,6 +10,7 @@
 #include "diagnosis/system_services.h"
 #include "records/app_name.h"
 #include "records/checked.h"
+#include "records/formatted.h"
 #include "records/wording.h"
 
 namespace tarnwick {
@@ -28,10 +28,10 @@ std::vector<Action> settingsAction(const SystemService& service) {
 
 Finding serviceFinding(const SystemService& service, double cores, const Snapshot& snapshot) {
   const std::string_view word = service.title.substr(0, service.title.find(' '));
-  return {.id = fmt::format("service:{}", service.title),
+  return {.id = formatted("service:{}", service.title),
           .bucket = Bucket::now,
           .title = std::string(service.title),
-          .detail = fmt::format("{} {}", service.why, service.fix),
+          .detail = formatted("{} {}", service.why, service.fix),
           .actions = settingsAction(service),
           .subject = std::string(word),
           .summary = "This is normal, and it stops by itself when it is done.",
@@ -93,7 +93,7 @@ std::optional<LoginApp> loginApp(const RunningApp& app, const Snapshot& snapshot
 
 // "A, B, C, D, and 3 more": the first `shown` names and how many follow.
 std::string firstNames(const std::vector<std::string>& names, std::size_t shown) {
-  return fmt::format("{}, and {} more", fmt::join(std::span(names).first(shown), ", "), names.size() - shown);
+  return formatted("{}, and {} more", fmt::join(std::span(names).first(shown), ", "), names.size() - shown);
 }
 
 }  // namespace
@@ -143,7 +143,7 @@ std::vector<Finding> lowDisk(const Snapshot& snapshot) {
       {.id = "disk",
        .bucket = Bucket::always,
        .title = "Your disk is almost full",
-       .detail = fmt::format(
+       .detail = formatted(
            "Only {} of {} is free. When memory runs short, macOS moves data to the disk. With little free "
            "space, this gets slow, and apps can freeze. Storage settings shows what uses the most space, so "
            "you can remove files you do not need.",
@@ -194,8 +194,8 @@ std::vector<Finding> loginApps(const Snapshot& snapshot, const Self& self) {
   return {
       {.id = "login",
        .bucket = Bucket::always,
-       .title = fmt::format("{} apps start by themselves", names.size()),
-       .detail = fmt::format(
+       .title = formatted("{} apps start by themselves", names.size()),
+       .detail = formatted(
            "{} open when you log in or keep running in the background. Together they use {} of memory, and "
            "they make login slower. Turn off the ones you do not need in Login Items.",
            firstNames(names, 4), size(total)),

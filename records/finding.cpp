@@ -1,7 +1,8 @@
 #include "records/finding.h"
 
-#include <fmt/format.h>
 #include <fmt/ranges.h>
+
+#include "records/formatted.h"
 
 namespace tarnwick {
 namespace {
@@ -47,7 +48,7 @@ bool All::operator==(const All& other) const { return fixes == other.fixes; }
 std::string Fix::command() const {
   return std::visit(Overloaded{
                         [](const Signal& f) {
-                          return fmt::format("kill -{} {}", f.number == killNumber ? "KILL" : "TERM", f.pid);
+                          return formatted("kill -{} {}", f.number == killNumber ? "KILL" : "TERM", f.pid);
                         },
                         [](const QuitApp& f) { return "Cmd-Q " + f.bundleID; },
                         [](const DockerStop& f) { return "docker stop " + f.container; },
@@ -63,7 +64,7 @@ std::string Fix::command() const {
                         [](const All& f) {
                           std::vector<std::string> commands;
                           for (const Fix& fix : f.fixes) commands.push_back(fix.command());
-                          return fmt::format("{}", fmt::join(commands, "; "));
+                          return formatted("{}", fmt::join(commands, "; "));
                         },
                     },
                     kind);

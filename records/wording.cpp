@@ -1,6 +1,5 @@
 #include "records/wording.h"
 
-#include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include <algorithm>
@@ -8,6 +7,7 @@
 #include <span>
 
 #include "records/checked.h"
+#include "records/formatted.h"
 
 namespace tarnwick {
 namespace {
@@ -27,9 +27,9 @@ std::int64_t truncated(double value) {
 
 std::string size(std::uint64_t bytes) {
   const double gigabytes = static_cast<double>(bytes) / bytesPerGigabyte;
-  if (gigabytes >= 100) return fmt::format("{:.0f} GB", gigabytes);
-  if (gigabytes >= 1) return fmt::format("{:.1f} GB", gigabytes);
-  return fmt::format("{} MB", bytes >> 20U);
+  if (gigabytes >= 100) return formatted("{:.0f} GB", gigabytes);
+  if (gigabytes >= 1) return formatted("{:.1f} GB", gigabytes);
+  return formatted("{} MB", bytes >> 20U);
 }
 
 std::string ago(double seconds) {
@@ -42,14 +42,14 @@ std::string ago(double seconds) {
 
 std::string plural(std::int64_t n, std::string_view word) {
   const char* ending = n == 1 ? "" : word.ends_with('s') ? "es" : "s";
-  return fmt::format("{} {}{}", n, word, ending);
+  return formatted("{} {}{}", n, word, ending);
 }
 
 std::string list(const std::vector<std::string>& items) {
   if (items.empty()) return {};
   if (items.size() == 1) return items.front();
   if (items.size() == 2) return items.front() + " and " + items.back();
-  return fmt::format("{}, and {}", fmt::join(std::span(items).first(items.size() - 1), ", "), items.back());
+  return formatted("{}, and {}", fmt::join(std::span(items).first(items.size() - 1), ", "), items.back());
 }
 
 std::string pct(double cpu, const Snapshot& snapshot) {
@@ -59,7 +59,7 @@ std::string pct(double cpu, const Snapshot& snapshot) {
 std::string wholePercent(double share) {
   const double percent = std::round(share * 100);
   if (!std::isfinite(percent)) fault("a percentage is not finite");
-  return fmt::format("{:.0f}", percent + 0.0);  // + 0.0 turns a negative zero into zero
+  return formatted("{:.0f}", percent + 0.0);  // + 0.0 turns a negative zero into zero
 }
 
 }  // namespace tarnwick

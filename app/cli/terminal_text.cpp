@@ -1,11 +1,11 @@
 #include "app/cli/terminal_text.h"
 
-#include <fmt/format.h>
 #include <utf8cpp/utf8.h>
 
 #include <cstdint>
 #include <iterator>
 
+#include "records/formatted.h"
 #include "records/utf8.h"
 
 namespace tarnwick {
@@ -41,7 +41,7 @@ std::string harmlessForTerminal(std::string_view bytes) {
     } else if (c == 0x7F) {
       utf8::append(deletePicture, out);
     } else if (isC1Control(c) || reordersText(c) || breaksLine(c)) {
-      fmt::format_to(out, "<U+{:04X}>", c);
+      appendFormatted(harmless, "<U+{:04X}>", c);
     } else {
       utf8::append(c, out);
     }

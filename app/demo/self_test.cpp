@@ -1,11 +1,10 @@
 #include "app/demo/self_test.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <vector>
 
 #include "diagnosis/verdict.h"
+#include "records/formatted.h"
 
 namespace tarnwick {
 namespace {
@@ -41,7 +40,7 @@ class Comparison {
     const std::string filled = replaced(replaced(expected, "{home}", home_), "{date}", date_);
     if (mismatch_ || filled == got) return;
     mismatch_ =
-        fmt::format("selftest: {} of the {} demo is “{}” but must be “{}”", what, scenario_, got, filled);
+        formatted("selftest: {} of the {} demo is “{}” but must be “{}”", what, scenario_, got, filled);
   }
 
   void compare(const ExpectedFinding& expected, const Finding& got) {
@@ -65,7 +64,7 @@ std::optional<std::string> mismatchOf(const ExpectedDiagnosis& expected, const D
   const std::string_view name = expected.scenario.value_or("base");
   const auto scenario = expected.scenario ? std::optional<std::string>(*expected.scenario) : std::nullopt;
   const std::optional<Check> check = checkDemo(scenario, reader);
-  if (!check) return fmt::format("selftest: there is no {} demo", name);
+  if (!check) return formatted("selftest: there is no {} demo", name);
   const std::vector<Finding>& found = check->found;
   const Verdict answer = verdict(check->snapshot, found);
 

@@ -1,10 +1,10 @@
 #include "app/program/bench_mode.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <map>
 #include <string>
+
+#include "records/formatted.h"
 
 namespace tarnwick {
 namespace {
@@ -48,14 +48,14 @@ class PhaseCosts {
 void runBench(const BenchedCheck& check, BenchMarks& benchMarks, OwnCost& cost,
               const std::function<void(std::string_view)>& print) {
   const double childrenBefore = cost.childMilliseconds();
-  print(fmt::format("footprint before any check: {:.1f} MB\n", megabytes(cost.footprint())));
+  print(formatted("footprint before any check: {:.1f} MB\n", megabytes(cost.footprint())));
 
   PhaseCosts phases;
   for (int done = 0; done < checks; ++done) {
     benchMarks.arm();
     check.findings(check.scan(benchInterval));
     const auto marks = benchMarks.take();
-    if (done == 0) print(fmt::format("footprint after check 1:    {:.1f} MB\n", megabytes(cost.footprint())));
+    if (done == 0) print(formatted("footprint after check 1:    {:.1f} MB\n", megabytes(cost.footprint())));
     if (marks) phases.add(*marks);
   }
   const double children = cost.childMilliseconds() - childrenBefore;
@@ -64,15 +64,15 @@ void runBench(const BenchedCheck& check, BenchMarks& benchMarks, OwnCost& cost,
   double total = 0;
   for (const std::string& phase : phases.order()) {
     const double milliseconds = phases.medianOf(phase);
-    print(fmt::format("{:<16}  {:7.1f}\n", phase, milliseconds));
+    print(formatted("{:<16}  {:7.1f}\n", phase, milliseconds));
     total += milliseconds;
   }
-  print(fmt::format("footprint now:    {:7.1f} MB\n", megabytes(cost.footprint())));
+  print(formatted("footprint now:    {:7.1f} MB\n", megabytes(cost.footprint())));
   print(
-      fmt::format("  total           {:7.1f}\n"
-                  "child processes:  {:7.1f} ms per check\n"
-                  "peak footprint:   {:7.1f} MB\n",
-                  total, children / checks, megabytes(cost.peakFootprint())));
+      formatted("  total           {:7.1f}\n"
+                "child processes:  {:7.1f} ms per check\n"
+                "peak footprint:   {:7.1f} MB\n",
+                total, children / checks, megabytes(cost.peakFootprint())));
 }
 
 }  // namespace tarnwick
