@@ -14,11 +14,28 @@ constexpr Pid firstUserPid = 2;  // 0 and 1 adopt what lost its parent; they sta
 
 // What runs whole desktop sessions, beside the leaders that display managers start: the jobs below have
 // nothing to do with each other.
-constexpr std::array<std::string_view, 20> sessionPrograms{
-    "Hyprland",      "awesome",      "bspwm", "cinnamon-session", "fluxbox",
-    "gnome-session", "gnome-shell",  "i3",    "kwin_wayland",     "labwc",
-    "lxqt-session",  "mate-session", "niri",  "openbox",          "plasma_session",
-    "plasmashell",   "river",        "sway",  "xfce4-session",    "xinit"};
+constexpr std::array<std::string_view, 22> sessionPrograms{"Hyprland",
+                                                           "awesome",
+                                                           "bspwm",
+                                                           "cinnamon-session",
+                                                           "fluxbox",
+                                                           "gnome-session",
+                                                           "gnome-shell",
+                                                           "i3",
+                                                           "kwin_wayland",
+                                                           "labwc",
+                                                           "lxqt-session",
+                                                           "mate-session",
+                                                           "niri",
+                                                           "openbox",
+                                                           "plasma_session",
+                                                           "plasmashell",
+                                                           "river",
+                                                           "startplasma-wayland",
+                                                           "startplasma-x11",
+                                                           "sway",
+                                                           "xfce4-session",
+                                                           "xinit"};
 
 bool isShell(const Proc& proc) { return tarnwick::isShell(proc.name()); }
 

@@ -8,7 +8,8 @@
 //   burn=PERCENT       keeps one processor busy for that share of the time, from the end of the words on
 //   subreaper          adopts orphans, as a user's service manager does
 //   [ OPTIONS PATH WORD... ]  starts a program; nested ones are its own words. Options: pty (on a terminal of
-//                      its own), setsid, cd=FOLDER, argv0=NAME, in=UNIT (in the control group $UNITS/UNIT)
+//                      its own), setsid, cd=FOLDER, argv0=NAME, in=UNIT (in the control group $UNITS/UNIT),
+//                      uid=USER
 //   say=LINE           types a line into the youngest of its terminals
 //   wait=NAME          waits for the file NAME
 //   end                ends without waiting for anybody
@@ -107,13 +108,21 @@ class Actor {
     segmentBytes_ = bytes;
   }
 
-  // They are in the group and folder of their parent and touch every page of its segment.
+  // They are in the group and folder of their parent and touch every page of its segment, which is waited
+  // for.
   void startWorkers(int number) {
-    for (; number > 0; --number) {
+    int done[2];
+    if (::pipe2(done, O_CLOEXEC) != 0) std::perror("pipe");
+    for (int worker = 0; worker < number; ++worker) {
       if (::fork() != 0) continue;
       for (std::size_t at = 0; at < segmentBytes_; at += 4096) segment_[at] = 1;
+      ::close(done[1]);
       while (true) ::pause();
     }
+    ::close(done[1]);
+    char nothing = 0;
+    if (::read(done[0], &nothing, 1) < 0) std::perror("workers");
+    ::close(done[0]);
   }
 
   // Starts what stands from `first` to the matching bracket; where that bracket is.
@@ -126,6 +135,7 @@ class Actor {
     bool onTerminal = false;
     bool ownSession = false;
     std::string folder, unit, name;
+    uid_t user = ::getuid();
     for (; first < last && words[first].front() != '/'; ++first) {
       const std::string& option = words[first];
       if (option == "pty") onTerminal = true;
@@ -133,6 +143,7 @@ class Actor {
       if (option.starts_with("cd=")) folder = option.substr(3);
       if (option.starts_with("in=")) unit = option.substr(3);
       if (option.starts_with("argv0=")) name = option.substr(6);
+      if (option.starts_with("uid=")) user = static_cast<uid_t>(std::atoi(option.c_str() + 4));
     }
     const pid_t child = onTerminal ? ::forkpty(&terminal_, nullptr, nullptr, nullptr) : ::fork();
     if (child != 0) {
@@ -142,6 +153,7 @@ class Actor {
     if (ownSession) ::setsid();
     if (!folder.empty() && ::chdir(folder.c_str()) != 0) std::perror(folder.c_str());
     if (!unit.empty()) writeFile(variable("UNITS") + "/" + unit + "/cgroup.procs", "0");
+    if (::setresuid(user, user, user) != 0) std::perror("setresuid");
     std::vector<char*> arguments;
     Words mine(words.begin() + static_cast<std::ptrdiff_t>(first),
                words.begin() + static_cast<std::ptrdiff_t>(last));

@@ -2,6 +2,7 @@
 // fact. Subjects are pids, "app NAME", "card ID" and "system".
 #include <fmt/format.h>
 
+#include <cmath>
 #include <string>
 #include <string_view>
 
@@ -16,7 +17,7 @@ void fact(std::string_view subject, std::string_view name, const Value& value) {
   fmt::print("{}\t{}\t{}\n", subject, name, value);
 }
 
-void printProcess(const tarnwick::Proc& proc, tarnwick::Starters& starters) {
+void printProcess(const tarnwick::Proc& proc, tarnwick::Starters& starters, tarnwick::Timestamp moment) {
   const std::string subject = std::to_string(proc.pid);
   const tarnwick::Starter start = starters.of(proc);
   fact(subject, "parent", proc.ppid);
@@ -26,6 +27,7 @@ void printProcess(const tarnwick::Proc& proc, tarnwick::Starters& starters) {
   fact(subject, "root", start.root->pid);
   fact(subject, "port", proc.ports.empty() ? 0 : proc.ports.front());
   fact(subject, "megabytes", proc.footprint >> 20U);
+  fact(subject, "hours", std::lround(tarnwick::secondsBetween(proc.started, moment) / 3600));
   fact(subject, "container", proc.inContainer ? "yes" : "no");
 }
 
@@ -38,7 +40,7 @@ int main(int argc, char** argv) {
   const tarnwick::Snapshot snapshot = check.scan(tarnwick::Machine::checkSeconds);
   if (argc == 3) return check.apply({tarnwick::QuitApp{argv[2]}}) ? 1 : 0;  // quit ID
   tarnwick::Starters starters(snapshot);
-  for (const auto& [pid, proc] : snapshot.procs) printProcess(proc, starters);
+  for (const auto& [pid, proc] : snapshot.procs) printProcess(proc, starters, snapshot.now);
   for (const auto& app : snapshot.apps) {
     fact("app " + app.name, "pid", app.pid);
     fact("app " + app.name, "id", app.bundleID);
