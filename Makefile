@@ -10,7 +10,7 @@ export PATH
 # The targets build in the same folders and ask the same package manager; ninja uses all processors anyway.
 .NOTPARALLEL:
 
-.PHONY: all run tray panel app test bench check check-macos format install uninstall package clean deps-run deps-tray deps-test deps-bench deps-check deps-macos deps-package
+.PHONY: all run tray panel app test bench fuzz check check-macos format install uninstall package clean deps-run deps-tray deps-test deps-bench deps-fuzz deps-check deps-macos deps-package
 
 all: release
 
@@ -37,6 +37,12 @@ bench: release deps-bench
 	build/release/bench/tarnwick_bench
 	build/release/bench/check_cost 1000 15 build/release/tarnwick
 	build/release/tarnwick --bench
+
+# Each reader of foreign bytes, and whole machines, fed with invented bytes for so many seconds each.
+SECONDS ?= 60
+fuzz: deps-fuzz
+	@tools/build fuzz -- --target tarnwick_fuzz
+	@tools/fuzz $(SECONDS)
 
 format: deps-check
 	tools/check-style --fix
@@ -71,5 +77,5 @@ package: panel deps-package
 clean:
 	rm -rf build
 
-deps-run deps-tray deps-test deps-bench deps-check deps-macos deps-package:
+deps-run deps-tray deps-test deps-bench deps-fuzz deps-check deps-macos deps-package:
 	@tools/install-deps $(@:deps-%=%)
