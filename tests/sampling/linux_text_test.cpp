@@ -1,6 +1,7 @@
 #include "sampling/decode/app_unit.h"
 #include "sampling/decode/arguments.h"
 #include "sampling/decode/disk_space.h"
+#include "sampling/decode/launch_command.h"
 #include "sampling/decode/listeners.h"
 #include "sampling/decode/memory_info.h"
 #include "sampling/decode/pressure.h"
@@ -42,18 +43,14 @@ TEST(ProcStatTest, NameEndsAtTheLastBracket) {
 TEST(ProcStatTest, GarbageIsAbsent) {
   const std::string good = "1 (a)" + statTail;
   ASSERT_TRUE(procStat(good));
-  const auto with = [&](const std::string& from, const std::string& to) {
-    std::string bad = good;
-    return bad.replace(bad.find(from), from.size(), to);
-  };
-  const std::tuple<const char*, const char*> broken[] = {{"41", "-41"},
-                                                         {"41", "99999999999"},
-                                                         {"4194304", "-1"},
-                                                         {"17", "18446744073709551616"},
-                                                         {" S ", " SS "}};
-  for (const auto& [from, to] : broken) EXPECT_FALSE(procStat(with(from, to))) << to;
-  for (const std::string& cut : {std::string(), std::string(")("), std::string("1 (a"),
-                                 std::string("1 (a) S 1"), good.substr(0, good.find(" 130749"))})
+  const std::pair<std::string, const char*> broken[] = {{"41", "-41"},
+                                                        {"41", "99999999999"},
+                                                        {"4194304", "-1"},
+                                                        {"17", "18446744073709551616"},
+                                                        {" S ", " SS "}};
+  for (const auto& [from, to] : broken)
+    EXPECT_FALSE(procStat(std::string(good).replace(good.find(from), from.size(), to))) << to;
+  for (const std::string& cut : Strings{"", ")(", "1 (a", "1 (a) S 1", good.substr(0, good.find(" 130749"))})
     EXPECT_FALSE(procStat(cut)) << cut;
 }
 
@@ -123,8 +120,8 @@ TEST(MachineText, TicksOfTheSumLine) {
       {"cpu  18446744073709551615 1 0 0\n", 0, 0},  // the sum overflows
       {"", 0, 0}};
   for (const auto& [stat, busy, total] : cases) {
-    EXPECT_EQ(cpuTicksFromStat(stat).busy, busy) << stat;
-    EXPECT_EQ(cpuTicksFromStat(stat).total, total) << stat;
+    const CpuTicks ticks = cpuTicksFromStat(stat);
+    EXPECT_EQ(std::tie(ticks.busy, ticks.total), std::tie(busy, total)) << stat;
   }
 }
 
@@ -157,28 +154,22 @@ TEST(MachineText, PressureFromAvailableMemory) {
   const std::tuple<Bytes, Bytes, std::optional<int>> cases[] = {
       {1000, 0, 4},    {1000, 49, 4}, {1000, 50, 2},    {1000, 99, 2},      {1000, 100, 1},
       {1000, 2000, 1}, {0, 0, {}},    {Bytes(), 5, {}}, {1000, Bytes(), {}}};
-  for (const auto& [total, available, level] : cases) {
-    const MemoryInfo memory = {.total = total, .available = available, .swapTotal = {}, .swapFree = {}};
-    EXPECT_EQ(pressureFromAvailable(memory), level) << available.value_or(0);
-  }
-}
-
-ThermalZone zone(Temperature temperature, Temperature passive, Temperature critical) {
-  return {.temperature = temperature, .passive = passive, .critical = critical};
+  for (const auto& [total, available, level] : cases)
+    EXPECT_EQ(pressureFromAvailable({total, available, {}, {}}), level) << available.value_or(0);
 }
 
 TEST(MachineText, ThermalStateOfTheZoneThatIsWorstOff) {
   const std::tuple<const char*, std::vector<ThermalZone>, ThermalState> cases[] = {
-      {"more than 5 degrees below", {zone(89'999, 95'000, 105'000)}, ThermalState::nominal},
-      {"5 degrees below", {zone(90'000, 95'000, 105'000)}, ThermalState::fair},
-      {"at passive", {zone(95'000, 95'000, 105'000)}, ThermalState::serious},
-      {"at critical", {zone(105'000, 95'000, 105'000)}, ThermalState::critical},
-      {"critical alone", {zone(104'999, {}, 105'000)}, ThermalState::nominal},
-      {"own trip points", {zone(60'000, 95'000, {}), zone(50'000, 45'000, {})}, ThermalState::serious},
-      {"order does not matter", {zone(50'000, 45'000, {}), zone(60'000, 61'000, {})}, ThermalState::serious},
-      {"equally hot", {zone(60'000, 60'000, {}), zone(60'000, 95'000, {})}, ThermalState::serious},
-      {"hotter without trip points", {zone(99'000, {}, {}), zone(60'000, 60'000, {})}, ThermalState::serious},
-      {"no temperature", {zone({}, 1, 1), zone(0, 1, 1), zone(-5000, 1, 1)}, ThermalState::nominal}};
+      {"more than 5 degrees below", {{89'999, 95'000, 105'000}}, ThermalState::nominal},
+      {"5 degrees below", {{90'000, 95'000, 105'000}}, ThermalState::fair},
+      {"at passive", {{95'000, 95'000, 105'000}}, ThermalState::serious},
+      {"at critical", {{105'000, 95'000, 105'000}}, ThermalState::critical},
+      {"critical alone", {{104'999, {}, 105'000}}, ThermalState::nominal},
+      {"own trip points", {{60'000, 95'000, {}}, {50'000, 45'000, {}}}, ThermalState::serious},
+      {"order does not matter", {{50'000, 45'000, {}}, {60'000, 61'000, {}}}, ThermalState::serious},
+      {"equally hot", {{60'000, 60'000, {}}, {60'000, 95'000, {}}}, ThermalState::serious},
+      {"hotter without trip points", {{99'000, {}, {}}, {60'000, 60'000, {}}}, ThermalState::serious},
+      {"no temperature", {{{}, 1, 1}, {0, 1, 1}, {-5000, 1, 1}}, ThermalState::nominal}};
   for (const auto& [about, zones, state] : cases) EXPECT_EQ(thermalState(zones), state) << about;
 }
 
@@ -241,6 +232,50 @@ TEST(AppUnitFolderTest, EndsWithTheUnitBelowTheApplicationSlice) {
       {"", std::nullopt},
   };
   for (const auto& [text, unit] : cases) EXPECT_EQ(appUnitFolder(text), unit) << text;
+}
+
+TEST(LaunchOf, LooksThroughLaunchers) {
+  const std::pair<std::string, Launch> cases[] = {
+      {"editor %F", {.program = "editor"}},
+      {R"("/opt/An App/run" --url %u "a \"b\"")", {.program = "/opt/An App/run"}},
+      {"env -u X LANG=C GDK_BACKEND=x11 /usr/bin/app %U", {.program = "/usr/bin/app"}},
+      {"env BAMF_HINT=/a/b.desktop /snap/bin/firefox %u", {.snap = "firefox"}},
+      {"/snap/bin/office.writer", {.snap = "office"}},
+      {"snap run --trace code", {.snap = "code"}},
+      {"/usr/bin/flatpak run --branch=stable --command=x org.demo.App @@u %u @@",
+       {.flatpak = "org.demo.App"}},
+      {"sh -c \"exec nice -n 5 'my app' %f\"", {.program = "my app"}},
+      {"/bin/sh /opt/app/run.sh", {.program = "/opt/app/run.sh"}},
+      {"cautious-launcher %f java -jar %f", {.program = "java"}},
+      {"env", {}},
+      {"", {}},
+      {"\"", {.program = ""}},
+      {"env env env env env env env env env app", {}},
+  };
+  for (const auto& [command, launch] : cases) EXPECT_EQ(launchOf(commandWords(command)), launch) << command;
+}
+
+TEST(SharedRuntime, VersionsFollow) {
+  for (const char* name : {"python3.11", "java", "electron28", "wine64", "node", "bash", "perl5.36.0"})
+    EXPECT_TRUE(isSharedRuntime(name)) << name;
+  for (const char* name : {"javac-ide", "nodepad", "pythonista", "7", "", "code"})
+    EXPECT_FALSE(isSharedRuntime(name)) << name;
+}
+
+TEST(ProgramsOfScript, FillsInWhatTheScriptSaysOfItself) {
+  const std::pair<std::string, std::vector<std::string>> cases[] = {
+      {"exec /usr/lib/a/a \"$@\"", {"/usr/lib/a/a"}},
+      {"LIB=/usr/lib/a\nexport NAME='b c'\nexec -a \"$0\" \"$LIB/${NAME}\" \"$@\"", {"/usr/lib/a/b c"}},
+      {"HERE=\"`dirname \"$(readlink -f \"$0\")\"`\"\n\"$HERE/run\" \"$@\" &", {"/opt/app/bin/run"}},
+      {"TOP=$(cd \"$(dirname \"$0\")/..\" && pwd)\nFOO=1 exec $TOP/run $@", {"/opt/app/bin/../run"}},
+      {"X=/a\nX=`uname`\nexec $X/run\nexec run \"$@\"", {"run"}},  // what it does not know it leaves out
+      {"# exec no\necho hello\nexec \"$@\"\nexec\nexec $\nexec ${A", {}},
+  };
+  for (const auto& [text, programs] : cases)
+    EXPECT_EQ(programsOfScript(text, "/opt/app/bin/start"), programs) << text;
+  for (const std::string& hostile : Strings{"$(", "`", "exec \"$(\"", "A=$(((((", "exec '", "exec \\",
+                                            "\xFF=\xFF\n", "${", "exec " + std::string(50'000, '(')})
+    EXPECT_TRUE(programsOfScript(hostile, "/x").size() < 2) << hostile.substr(0, 99);
 }
 
 }  // namespace
