@@ -38,7 +38,10 @@ TEST_F(ModelTest, ACheckPublishesInOrderAndTellsBeforeEachChange) {
 
   model.refresh(true);
   model.refresh(true);
-  EXPECT_THAT(executor.backgroundTasks, SizeIs(1)) << "a second check is refused";
+  for (const Action& refused : {action(OpenTab{"browser", "page"}), terminate(9)})
+    model.run(refused, card("a", 1));
+  EXPECT_THAT(executor.backgroundTasks, SizeIs(1)) << "a second check and all actions are refused";
+  EXPECT_THAT(model.termed(), IsEmpty());
   EXPECT_THAT(services.calls, ElementsAre("reset"));
   executor.runBackground();
   EXPECT_TRUE(model.busy());
@@ -66,16 +69,14 @@ TEST_F(ModelTest, ANoteDisappearsWithTheFirstCheckThatEndsAfterTwoMinutes) {
 }
 
 TEST_F(ModelTest, ARemedyWaitsChecksAndTellsWhatItAchieved) {
-  const char* still = "Done, but it is still there. Refresh in a few seconds.";
-  const char* allowed = "Allowed. The card below now shows tabs that you can close.";
   const char* closed = "Closed the duplicate tabs. To bring one back, press Cmd-Shift-T in the browser.";
   // The remedy, what is found afterwards, what the note says, and whether that is an error.
   const std::tuple<Action, std::vector<Finding>, const char*, bool> cases[] = {
       {terminate(9), {card("b", 900 * mb)}, "Done. Freed 300 MB.", false},
-      {terminate(9), {card("a", 300 * mb)}, still, false},
+      {terminate(9), {card("a", 300 * mb)}, "Done, but it is still there. Refresh in a few seconds.", false},
       {action(DockerStop{"c"}), {card("b", 0), card("a", 100 * mb)}, "Done. Freed 200 MB.", false},
       {action(All{}), {card("a", 299 * mb), card("a", 0)}, "Done. Freed 1 MB.", false},
-      {action(AskAutomation{"b"}), {}, allowed, false},
+      {action(AskAutomation{"b"}), {}, "Allowed. The card below now shows tabs that you can close.", false},
       {action(CloseDuplicateTabs{"b"}), {card("a", 300 * mb)}, closed, false},
       {terminate(9), {}, "Not done: no.", true},
       {action(AskAutomation{"b"}), {card("a", 1)}, "Not allowed.", true},
@@ -118,16 +119,6 @@ TEST_F(ModelTest, WhatOnlyOpensIsDoneAtOnceWithoutACheck) {
   EXPECT_EQ(model.note(), (Note{*services.error, warningIcon, NoteColor::orange, start}));
   EXPECT_THAT(executor.backgroundTasks, IsEmpty());
   EXPECT_THAT(changes, SizeIs(3)) << "nothing but the note changed";
-}
-
-TEST_F(ModelTest, WhileBusyEveryActionIsRefused) {
-  model.refresh(false);
-  for (const Action& refused : {action(OpenTab{"browser", "page"}), terminate(9)})
-    model.run(refused, card("a", 1));
-  EXPECT_FALSE(model.note());
-  EXPECT_THAT(model.termed(), IsEmpty());
-  executor.runAll();
-  EXPECT_THAT(services.calls, ElementsAre("check", "free memory"));
 }
 
 TEST_F(ModelTest, ProcessesActedOnAreHandedToEveryLaterCheck) {
@@ -209,9 +200,9 @@ TEST_F(ModelTest, ResultsForAModelThatIsGoneAreDropped) {
 
 TEST_F(ModelTest, OffTheMainThreadEverythingIsAFault) {
   executor.background([&] { model.refresh(false); });
-  EXPECT_DEATH(executor.runBackground(), "off the main thread");
-  executor.backgroundTasks.clear();
   executor.background([&] { static_cast<void>(model.snap()); });
+  EXPECT_DEATH(executor.runBackground(), "off the main thread");
+  executor.backgroundTasks.pop_front();
   EXPECT_DEATH(executor.runBackground(), "off the main thread");
 }
 
