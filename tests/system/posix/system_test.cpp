@@ -88,10 +88,8 @@ class Variable {
   std::optional<std::string> before_;
 };
 
-using Value = std::optional<std::string>;
-
 TEST(Environment, FoldersFollowItOnlyToAbsolutePlaces) {
-  for (const Value& unset : {Value(), Value(""), Value("relative")}) {
+  for (const Text& unset : {Text(), Text(""), Text("relative")}) {
     const Variable config("XDG_CONFIG_HOME", unset);
     const Variable runtime("XDG_RUNTIME_DIR", unset);
     EXPECT_EQ(configFolder("/h"), "/h/.config");
@@ -105,7 +103,7 @@ TEST(Environment, FoldersFollowItOnlyToAbsolutePlaces) {
 
 TEST(Environment, DataFoldersFollowTheBaseDirectoryRules) {
   const std::vector<std::string> usual = {"/h/.local/share", "/usr/local/share", "/usr/share"};
-  const std::tuple<Value, Value, std::vector<std::string>> cases[] = {
+  const std::tuple<Text, Text, Strings> cases[] = {
       {{}, {}, usual},
       {"relative", "", usual},
       {"/data/", "/x:relative::/y//", {"/data", "/x", "/y"}},

@@ -13,7 +13,7 @@ constexpr double brief = 0.05;     // seconds: a limit that is meant to pass
 constexpr double endless = 3'000;  // seconds: a limit that must not be what ends the call
 constexpr std::size_t muchRoom = 1'000'000;
 const std::string question = "GET / HTTP/1.0\r\n\r\n";
-const std::optional<std::string> absent;
+const Text absent;
 
 struct UnixSocket : testing::Test {
   std::string path() const { return folder_.path() + "/s"; }
