@@ -28,7 +28,6 @@ const std::vector<Room>& rooms() {
        {"context/", "system/", "records/", "diagnosis/surroundings.h", "sampling/tools/", "sampling/decode/",
         "sampling/browser_questions.h"}},
       {"app/cli/", {"app/cli/", "records/"}},
-      {"app/panel/", {"app/", "system/", "records/", "diagnosis/", "sampling/", "context/"}},
       {"app/", {"app/", "system/", "records/", "diagnosis/", "sampling/", "context/"}},
       {"bench/", {""}},
       {"tests/", {""}},

@@ -41,8 +41,7 @@ TEST(CommandLine, ValuesAreTheVeryNextWordOfTheFirstOccurrence) {
 }
 
 TEST(CommandLine, NamesTheWordsThatAreNeitherOptionNorValue) {
-  using Words = std::vector<std::string>;
-  const std::pair<Words, Words> cases[] = {
+  const std::pair<Strings, Strings> cases[] = {
       {{"--demo", "--jsn", "foo", ""}, {"--jsn", "foo", ""}},
       {{"--print", "--Ai", "-ai", "--print=yes", "-hV", "-"}, {"--Ai", "-ai", "--print=yes", "-hV", "-"}},
       {{"--scenario", "foo", "bar"}, {"bar"}},

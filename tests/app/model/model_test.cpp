@@ -87,14 +87,14 @@ TEST_F(ModelTest, ARemedyWaitsChecksAndTellsWhatItAchieved) {
     services.error = error ? std::optional<std::string>(outcome) : std::nullopt;
     services.time = start;
     model.run(action, card("a", 300 * mb));
-    const bool asks = std::holds_alternative<AskAutomation>(action.fix.kind);
-    EXPECT_EQ(model.note(), (Note{asks ? "Answer the macOS dialog…" : "Working…", "hourglass",
-                                  NoteColor::secondary, start}));
+    const char* text =
+        std::holds_alternative<AskAutomation>(action.fix.kind) ? "Answer the macOS dialog…" : "Working…";
+    EXPECT_EQ(model.note(), (Note{text, "hourglass", NoteColor::secondary, start}));
     EXPECT_TRUE(model.busy());
     services.time = start + Seconds(500);
     executor.runAll();
-    EXPECT_EQ(model.note(), (Note{outcome, error ? warningIcon : doneIcon,
-                                  error ? NoteColor::orange : NoteColor::green, services.time}));
+    const NoteColor colour = error ? NoteColor::orange : NoteColor::green;
+    EXPECT_EQ(model.note(), (Note{outcome, error ? warningIcon : doneIcon, colour, services.time}));
     EXPECT_FALSE(model.busy());
     EXPECT_EQ(model.found(), after);
     EXPECT_THAT(services.calls,
@@ -188,12 +188,11 @@ TEST_F(ModelTest, ObserversMayComeAndGoWhileTheyAreTold) {
 }
 
 TEST_F(ModelTest, ResultsForAModelThatIsGoneAreDropped) {
-  {
-    Model other{executor, services, services.pasteboard()};
-    other.refresh(false);
-    other.guess(card("a", 1));
-    executor.runBackground();
-  }
+  std::optional<Model> other(std::in_place, executor, services, services.pasteboard());
+  other->refresh(false);
+  other->guess(card("a", 1));
+  executor.runBackground();
+  other.reset();
   executor.runAll();
   EXPECT_THAT(services.calls, ElementsAre("check", "/bin/tarnwick explains facts about a"));
 }

@@ -156,10 +156,7 @@ TEST_F(PanelControllerTest, OpensTheFirstCardThatHasEvidence) {
 }
 
 TEST_F(PanelControllerTest, ADrawingThatWaitsIsDroppedWithItsPanel) {
-  {
-    PanelController second{model, executor, window, settings, [this] { return services.time; }};
-    second.toggle();
-  }
+  PanelController(model, executor, window, settings, [this] { return services.time; }).toggle();
   window.shown.clear();
   while (!executor.mainTasks.empty()) executor.runMain();
   EXPECT_THAT(window.shown, SizeIs(1)) << "only the panel that lives draws";

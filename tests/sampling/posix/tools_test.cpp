@@ -84,21 +84,20 @@ TEST_F(ToolRunnerTest, TakesStandardOutputAndTheExitStatus) {
 
 TEST_F(ToolRunnerTest, WhatCannotBeLaunchedIsAbsent) {
   const std::string plain = folder_.write("plain", "#!/bin/sh\necho never\n");
-  const std::string broken = folder_.script("broken", "");
-  folder_.write("broken", "#!/no/such/interpreter\n");
+  folder_.script("broken", "");
+  const std::string broken = folder_.write("broken", "#!/no/such/interpreter\n");
   for (const std::string& path : {folder_.at("missing"), plain, broken, folder_.path(), std::string()})
     EXPECT_EQ(runner_.start(path, {}), nullptr) << path;
   EXPECT_EQ(ToolRunner::finish(nullptr), "");
 }
 
+// Each waits for the other's mark: one after the other, neither would ever end.
 TEST_F(ToolRunnerTest, StartedToolsRunSideBySide) {
-  // Each waits for the other's mark: one after the other, neither would ever end.
-  const std::string meet = "touch \"$1\"; while [ ! -e \"$2\" ]; do sleep 0.01; done; echo met";
-  const std::string script = folder_.script("tool", meet);
+  const std::string script =
+      folder_.script("tool", "touch \"$1\"; while [ ! -e \"$2\" ]; do sleep 0.01; done; echo met");
   auto first = runner_.start(script, {folder_.at("a"), folder_.at("b")});
   auto second = runner_.start(script, {folder_.at("b"), folder_.at("a")});
-  EXPECT_EQ(ToolRunner::finish(std::move(first)), "met\n");
-  EXPECT_EQ(ToolRunner::finish(std::move(second)), "met\n");
+  for (auto* tool : {&first, &second}) EXPECT_EQ(ToolRunner::finish(std::move(*tool)), "met\n");
 }
 
 TEST_F(ToolRunnerTest, OutputIsTakenUpToItsLimit) {
@@ -135,20 +134,21 @@ const char* const neverEnding =
     "exec 3>\"$1\"; sleep 1000 & sh -c 'sleep 1000; :' & printf x >&3; echo said; wait";
 
 TEST_F(ToolRunnerTest, AToolThatNeverEndsIsEndedWithItsChildren) {
-  FamilyMark family(folder_.at("family"));
-  auto tool = runner_.start(folder_.script("tool", neverEnding), {folder_.at("family")}, {.seconds = 0.2});
-  ASSERT_NE(tool, nullptr);
-  ASSERT_TRUE(family.appears());
-  const ToolResult result = tool->result();
-  EXPECT_EQ(result.output + std::to_string(result.exitStatus), "-1");
-  EXPECT_TRUE(family.vanishes());
-
-  FamilyMark other(folder_.at("other"));
-  tool = runner_.start(folder_.script("tool", neverEnding), {folder_.at("other")});
-  ASSERT_TRUE(other.appears());
-  tool.reset();  // let go
-  EXPECT_TRUE(other.vanishes());
+  for (const bool letGo : {false, true}) {
+    const std::string mark = folder_.at(letGo ? "let go" : "late");
+    const FamilyMark family(mark);
+    const ToolOptions options{.seconds = letGo ? 1000 : 0.2};
+    auto tool = runner_.start(folder_.script("tool", neverEnding), {mark}, options);
+    ASSERT_TRUE(family.appears());
+    if (!letGo) {
+      const ToolResult result = tool->result();
+      EXPECT_EQ(result.output + std::to_string(result.exitStatus), "-1");
+    }
+    if (letGo) tool.reset();
+    EXPECT_TRUE(family.vanishes());
+  }
 }
+
 TEST_F(ToolRunnerTest, ASurvivorInTheBackgroundDoesNotHoldTheCaller) {
   // The sleeper inherits the pipe; its end is the test's own doing.
   const ToolResult result = run("sleep 1000 2>&1 & echo $!");
@@ -159,14 +159,13 @@ TEST_F(ToolRunnerTest, ASurvivorInTheBackgroundDoesNotHoldTheCaller) {
 }
 
 TEST_F(ToolRunnerTest, EnvironmentIsInheritedExceptWhereTheCallChangesIt) {
-  ::setenv("TARNWICK_TEST_KEPT", "kept", 1);
-  ::setenv("TARNWICK_TEST_REPLACED", "old", 1);
-  ::setenv("TARNWICK_GONE_A", "a", 1);
+  for (const char* name : {"TARNWICK_TEST_KEPT", "TARNWICK_TEST_REPLACED", "TARNWICK_GONE_A"})
+    ::setenv(name, "old", 1);
   const ToolOptions options{
       .droppedVariables = {"TARNWICK_GONE_"},
       .addedVariables = {{"TARNWICK_TEST_REPLACED", "new"}, {"TARNWICK_TEST_ADDED", "a b"}}};
   EXPECT_EQ(run("env | grep TARNWICK_ | LC_ALL=C sort", options).output,
-            "TARNWICK_TEST_ADDED=a b\nTARNWICK_TEST_KEPT=kept\nTARNWICK_TEST_REPLACED=new\n");
+            "TARNWICK_TEST_ADDED=a b\nTARNWICK_TEST_KEPT=old\nTARNWICK_TEST_REPLACED=new\n");
 }
 
 TEST_F(ToolRunnerTest, SignalsWorkInTheToolWhateverWeDoWithThem) {

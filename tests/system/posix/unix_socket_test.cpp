@@ -39,18 +39,16 @@ TEST_F(UnixSocket, ReadsToTheEnd) {
   EXPECT_EQ(heard, question);
 }
 
-TEST_F(UnixSocket, SilentEngineEndsWithTheSilence) {
-  const FakeEngine engine(path(), [](int connection, const std::string&) { waitForClose(connection); });
-  EXPECT_EQ(ask(brief, endless), absent);
-  EXPECT_EQ(engine.connections(), 1);
-}
-
-TEST_F(UnixSocket, WhatCameBeforeTheSilenceCounts) {
-  const FakeEngine engine(path(), [](int connection, const std::string&) {
-    sendAll(connection, "HTTP/1.0 204 No Content\r\n\r\n");
+TEST_F(UnixSocket, SilenceEndsTheCallAndWhatCameBeforeItCounts) {
+  std::string said;
+  const FakeEngine engine(path(), [&](int connection, const std::string&) {
+    sendAll(connection, said);
     waitForClose(connection);
   });
-  EXPECT_EQ(ask(2, endless), "HTTP/1.0 204 No Content\r\n\r\n");
+  EXPECT_EQ(ask(brief, endless), absent);
+  EXPECT_EQ(engine.connections(), 1);
+  said = "HTTP/1.0 204 No Content\r\n\r\n";
+  EXPECT_EQ(ask(2, endless), said);
 }
 
 TEST_F(UnixSocket, DrippingEngineEndsWithTheTotal) {
