@@ -9,7 +9,6 @@
 #include "tests/support/fake_process_source.h"
 #include "tests/support/fake_settings.h"
 #include "tests/support/fake_transport.h"
-#include "tests/support/fake_workspace.h"
 #include "tests/support/recording_tool_runner.h"
 
 namespace tarnwick {

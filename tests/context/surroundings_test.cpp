@@ -110,7 +110,6 @@ struct LiveSurroundingsTest : testing::Test {
   RecordingToolRunner runner_;
   FakeClock clock_;
   ToolPlaces none_{ToolCandidates{}};
-  ToolPlaces simctl_{ToolCandidates{"", {}, {home_.script("simctl", "exit 0")}, {}}};
   GitReader gitReader_{runner_, none_, clock_, home_.path(), [] { return false; }};
   ClaudeReader claudeReader_{home_.path()};
   LiveSurroundings live_{Self{7, 501, home_.path()}, gitReader_, claudeReader_, none_};
@@ -130,16 +129,13 @@ TEST_F(LiveSurroundingsTest, HeadsOfFilesAreValidText) {
   EXPECT_EQ(live_.fileHead(home_.at("missing.py")), std::nullopt);
 }
 
-TEST_F(LiveSurroundingsTest, SimulatorsTakeTheirTool) {
-  EXPECT_FALSE(live_.hasSimctl());
-  EXPECT_TRUE(LiveSurroundings(Self{}, gitReader_, claudeReader_, simctl_).hasSimctl());
-}
-
-TEST_F(LiveSurroundingsTest, ADeviceIsNamedByItsPropertyList) {
+TEST_F(LiveSurroundingsTest, ADeviceIsNamedByItsPropertyListAndASimulatorTakesItsTool) {
   const std::string list = xml("<dict><key>name</key><string>iPhone</string></dict>");
   EXPECT_EQ(live_.deviceName(home_.write("device.plist", list)), "iPhone");
   EXPECT_EQ(live_.deviceName(home_.write("large.plist", list + std::string(1U << 20U, ' '))), std::nullopt);
   EXPECT_EQ(live_.deviceName(home_.at("missing.plist")), std::nullopt);
+  ToolPlaces simctl{{.simctl = {home_.script("simctl", "exit 0")}}};
+  EXPECT_TRUE(LiveSurroundings(Self{}, gitReader_, claudeReader_, simctl).hasSimctl() && !live_.hasSimctl());
 }
 
 }  // namespace

@@ -111,14 +111,13 @@ TEST(HttpReply, ABodyStandsBehindTheBlankLineOfASuccess) {
   const std::string most =
       "HTTP/1.0 200 OK\r\nX: " + std::string((1U << 20U) - 20, 'h');  // all that headers may have
   const std::pair<std::string, const char*> bodies[] = {
-      {"HTTP/1.0 200 OK\r\n\r\nx", "x"},
-      {"HTTP/1.0 299 Odd\r\n\r\nx", "x"},
       {"HTTP/1.0 304 Not Modified\r\n\r\n", ""},
-      {"HTTP/1.0 204\r\n\r\nx", "x"},
       {"HTTP/1.0 200 OK\r\nA: b\r\n\r\none\r\n\r\ntwo", "one\r\n\r\ntwo"},
       {"HTTP/1.0 200 OK\r\nServer: \xff\xfe caf\xe9\r\n\r\nx", "x"},
       {most + "\r\n\r\nx", "x"}};
   for (const auto& [reply, body] : bodies) EXPECT_EQ(successfulBody(reply), body) << reply.substr(0, 99);
+  for (const std::string status : {"200 OK", "299 Odd", "204"})
+    EXPECT_EQ(successfulBody("HTTP/1.0 " + status + "\r\n\r\nx"), "x") << status;
   // Two blanks in a row: the second word is empty.
   for (const std::string status :
        {"199 Low", "300 High", "-200 OK", " 200 OK", "200.0 OK", "4294967496 OK", ""})

@@ -19,7 +19,7 @@ using namespace std::string_view_literals;
 const std::string statTail =
     " S 41 5 6 34816 -1 4194304 19 0 0 0 17 4 0 0 20 0 1 0 130749 2400256 114 18446744073709551615";
 
-TEST(ProcStatTest, NameEndsAtTheLastBracket) {
+TEST(ProcTextTest, NameEndsAtTheLastBracket) {
   const std::pair<std::string, std::string> names[] = {
       {"a) b", "a) b"}, {"x) S 1 1 (y", "x) S 1 1 (y"}, {"((sd-pam))", "((sd-pam))"},
       {"", ""},         {"\xFF)", "\xEF\xBF\xBD)"},
@@ -40,7 +40,7 @@ TEST(ProcStatTest, NameEndsAtTheLastBracket) {
   EXPECT_FALSE(procStat(ended + "2 0 5 0 0").value().zombie()) << "only its first thread has ended";
 }
 
-TEST(ProcStatTest, GarbageIsAbsent) {
+TEST(ProcTextTest, GarbageIsAbsent) {
   const std::string good = "1 (a)" + statTail;
   ASSERT_TRUE(procStat(good));
   const std::pair<std::string, const char*> broken[] = {{"41", "-41"},
@@ -54,24 +54,20 @@ TEST(ProcStatTest, GarbageIsAbsent) {
     EXPECT_FALSE(procStat(cut)) << cut;
 }
 
-TEST(ProcPagesTest, ResidentAndShared) {
+TEST(ProcTextTest, MemoryOfOneProcess) {
   const ProcPages pages = procPages("586 264 238 8 0 44 0\n").value();
   EXPECT_EQ(std::tuple(pages.resident, pages.shared), std::tuple(264U, 238U));
   for (const auto bad : {"", "1 2", "1 -2 3", "1 2 x", "1 18446744073709551616 3"})
     EXPECT_FALSE(procPages(bad)) << bad;
-}
-
-TEST(KilobyteFieldTest, WholeNamesAtLineStarts) {
   const auto text =
-      "Name:\tVmSwap: 7 kB\nRssAnonX:\t1 kB\nRssAnon:\t     132 kB\nVmSwap:\t0 kB\nHuge:\t"
-      "18446744073709551615 kB\nBare:\t5\nLess:\t-1 kB"sv;
+      "Name:\tVmSwap: 7 kB\nRssAnonX:\t1 kB\nRssAnon:\t     132 kB\nVmSwap:\t0 kB\nHuge:\t18446744073709551615 kB\nBare:\t5\nLess:\t-1 kB"sv;
   EXPECT_EQ(kilobyteField(text, "RssAnon"), 132U * 1024);
   EXPECT_EQ(kilobyteField(text, "VmSwap"), 0U);
   for (const auto absent : {"Rss", "Huge", "Bare", "Less", "VmRSS"})
     EXPECT_EQ(kilobyteField(text, absent), std::nullopt) << absent;
 }
 
-TEST(BootTimeTest, FoundAmongTheCounters) {
+TEST(ProcTextTest, BootTimeAndNewestPid) {
   EXPECT_EQ(bootTime("cpu  1 2 3\nintr 5 btime 9\nbtime 1700000000\nprocesses 4\n"), 1'700'000'000);
   for (const auto none :
        {"cpu 1\n", "btime soon\n", "btime 0\n", "btime 5 6\n", "btime 99999999999999999999\n"})
@@ -81,15 +77,16 @@ TEST(BootTimeTest, FoundAmongTheCounters) {
     EXPECT_EQ(newestPid(text), std::nullopt) << text;
 }
 
-TEST(ProcArgumentsTest, SplitAtZeroBytes) {
-  EXPECT_THAT(procArguments("node\0last"sv), ElementsAre("node", "last"));
-  EXPECT_THAT(procArguments("a\0\0b\0\0"sv), ElementsAre("a", "", "b", ""));
-  EXPECT_THAT(procArguments("\0"sv), ElementsAre(""));
-  EXPECT_THAT(procArguments("a\xC3(\0"sv), ElementsAre("a\xEF\xBF\xBD("));
-  EXPECT_THAT(procArguments(""), IsEmpty());
+TEST(ProcTextTest, ArgumentsAreSplitAtZeroBytes) {
+  const std::pair<std::string_view, Strings> cases[] = {{"node\0last"sv, {"node", "last"}},
+                                                        {"a\0\0b\0\0"sv, {"a", "", "b", ""}},
+                                                        {"\0"sv, {""}},
+                                                        {"a\xC3(\0"sv, {"a\xEF\xBF\xBD("}},
+                                                        {"", {}}};
+  for (const auto& [bytes, arguments] : cases) EXPECT_EQ(procArguments(bytes), arguments);
 }
 
-TEST(ProcLinkTest, PathsAndSockets) {
+TEST(ProcTextTest, LinksArePathsAndSockets) {
   EXPECT_EQ(procLinkPath("/opt/tool (deleted)"), "/opt/tool");
   EXPECT_EQ(procLinkPath("/opt/a (deleted) b"), "/opt/a (deleted) b");
   EXPECT_EQ(socketInode("socket:[4711]"), 4711U);
@@ -129,12 +126,11 @@ TEST(MachineText, MemoryInfoInBytes) {
   const MemoryInfo memory = memoryInfo(
       "MemTotal:       16316412 kB\nMemFree: 1 kB\nMemAvailable: 5\n"
       "SwapTotal:      18014398509481983 kB\nSwapFree:       18014398509481984 kB\n");
-  EXPECT_EQ(memory.total, 16316412ULL * 1024);
-  EXPECT_EQ(memory.available, std::nullopt);
-  EXPECT_EQ(memory.swapTotal, 18446744073709550592ULL);  // the most kilobytes that fit
-  EXPECT_EQ(memory.swapFree, std::nullopt);
-  EXPECT_EQ(swapUsed({.total = {}, .available = {}, .swapTotal = 10, .swapFree = 4}), 6U);
-  EXPECT_EQ(swapUsed({.total = {}, .available = {}, .swapTotal = 4, .swapFree = 10}), 0U);
+  const std::uint64_t most = 18446744073709550592ULL;  // in kilobytes that fit
+  EXPECT_EQ(std::tie(memory.total, memory.available, memory.swapTotal, memory.swapFree),
+            std::tuple(16316412ULL * 1024, std::nullopt, most, std::nullopt));
+  EXPECT_EQ(swapUsed({{}, {}, 10, 4}), 6U);
+  EXPECT_EQ(swapUsed({{}, {}, 4, 10}), 0U);
 }
 
 TEST(MachineText, PressureFromStalls) {

@@ -102,12 +102,13 @@ TEST_F(ProcessTableTest, ExitedProcessesAreForgotten) {
 }
 
 TEST_F(ProcessTableTest, ProcessorUseNeedsAnIntervalAndTwoTimesInOrder) {
-  const std::tuple<const char*, std::optional<std::uint64_t>, std::uint64_t, std::uint64_t, double> cases[] =
-      {{"half a core", 100, 150, 1'100, 0.5},
-       {"started meanwhile", {}, 150, 1'100, 0},
-       {"time went backwards", 100, 99, 1'100, 0},
-       {"no interval", 100, 150, 1'000, 0},
-       {"wall went backwards", 100, 150, 999, 0}};
+  using Time = std::optional<std::uint64_t>;
+  const std::tuple<const char*, Time, std::uint64_t, std::uint64_t, double> cases[] = {
+      {"half a core", 100, 150, 1'100, 0.5},
+      {"started meanwhile", {}, 150, 1'100, 0},
+      {"time went backwards", 100, 99, 1'100, 0},
+      {"no interval", 100, 150, 1'000, 0},
+      {"wall went backwards", 100, 150, 999, 0}};
   for (const auto& [what, first, second, wallAfter, cpu] : cases) {
     FakeProcess& process = source.processes[7] = server();
     process.firstTime = first;

@@ -4,7 +4,6 @@
 #include "tests/support/fake_machine_source.h"
 #include "tests/support/fake_process_source.h"
 #include "tests/support/fake_transport.h"
-#include "tests/support/fake_workspace.h"
 
 namespace tarnwick {
 namespace {

@@ -4,7 +4,6 @@
 #include "sampling/linux/applications.h"
 #include "sampling/linux/desktop_entries.h"
 #include "tests/sampling/linux/proc_tree.h"
-#include "tests/support/testing.h"
 
 namespace tarnwick {
 namespace {
@@ -122,18 +121,13 @@ TEST(Applications, AnInstallationIsTheFolderOfTheRealFile) {
   s.entry("term", own);
   s.entry("list", s.program("lib/list/list"), "Terminal=true\n");
   s.entry("tool", s.program("conda/bin/tool", "#!" + s.disk.at("conda/bin/python3") + "\n"));
-  const std::pair<std::string, const char*> cases[] = {
-      {editor, "The editor"},
-      {s.disk.at("lib/editor/resources/helper"), "The editor"},
-      {s.disk.at("lib/other"), "none"},
-      {own, "The term"},
-      {s.disk.at("home/.cargo/bin/cargo"), "none"},
-      {s.disk.at("lib/list/list"), "none"},
-      {s.disk.at("conda/bin/python3"), "none"},
-      {"/usr/bin/node", "none"},
-      {"", "none"}};
   Pid pid = 10;
-  for (const auto& [path, app] : cases) EXPECT_EQ(s.app(++pid, path), app) << path;
+  for (const std::string& path : {editor, s.disk.at("lib/editor/resources/helper")})
+    EXPECT_EQ(s.app(++pid, path), "The editor") << path;
+  EXPECT_EQ(s.app(++pid, own), "The term");
+  for (const char* other : {"lib/other", "home/.cargo/bin/cargo", "lib/list/list", "conda/bin/python3"})
+    EXPECT_EQ(s.app(++pid, s.disk.at(other)), "none") << other;
+  for (const char* shared : {"/usr/bin/node", ""}) EXPECT_EQ(s.app(++pid, shared), "none") << shared;
 }
 
 TEST(Applications, TheUnitNamesOneOfSeveralAndTellsOfRuntimes) {

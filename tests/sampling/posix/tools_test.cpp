@@ -15,8 +15,8 @@ namespace tarnwick {
 namespace {
 
 struct ToolPlacesTest : testing::Test {
-  void SetUp() override { ::unsetenv("TARNWICK_NO_TOOLS"); }
-  void TearDown() override { ::unsetenv("TARNWICK_NO_TOOLS"); }
+  ToolPlacesTest() { ::unsetenv("TARNWICK_NO_TOOLS"); }
+  ~ToolPlacesTest() override { ::unsetenv("TARNWICK_NO_TOOLS"); }
 
   TempFolder folder_;
 };

@@ -88,17 +88,14 @@ TEST_F(UnixSocket, PathThatDoesNotFitConnectsNowhere) {
   const FakeEngine engine(longest, [](int connection, const std::string&) { sendAll(connection, "hello"); });
   const ExchangeLimits limits{endless, endless, muchRoom};
   EXPECT_EQ(transport_.exchange(longest, question, limits), "hello");
-  EXPECT_EQ(transport_.exchange(longest + "p", question, limits), absent);
-  EXPECT_EQ(transport_.exchange(longest.substr(0, 40) + '\0', question, limits), absent);
-  EXPECT_EQ(transport_.exchange("", question, limits), absent);
+  for (const std::string& none : {longest + "p", longest.substr(0, 40) + '\0', std::string()})
+    EXPECT_EQ(transport_.exchange(none, question, limits), absent) << none;
   EXPECT_EQ(engine.connections(), 1);
 }
 
 TEST_F(UnixSocket, OnlySocketsAreReachable) {
-  EXPECT_FALSE(transport_.reachable(path()));
-  std::ofstream(folder_.path() + "/file") << "text";
-  EXPECT_FALSE(transport_.reachable(folder_.path() + "/file"));
-  EXPECT_FALSE(transport_.reachable(folder_.path()));
+  for (const std::string& none : {path(), folder_.write("file", "text"), folder_.path()})
+    EXPECT_FALSE(transport_.reachable(none)) << none;
   const FakeEngine engine(path(), [](int, const std::string&) {});
   EXPECT_TRUE(transport_.reachable(path()));
   EXPECT_EQ(engine.connections(), 0);

@@ -1,4 +1,6 @@
-// What the program says where the panel's module is missing or broken: it is copied away from its own.
+// What the program says where the machine cannot be seen, and where the panel's module is missing or broken.
+
+#include <unistd.h>
 
 #include "sampling/tools/posix/posix_tool_runner.h"
 #include "tests/support/testing.h"
@@ -6,6 +8,7 @@
 namespace tarnwick {
 namespace {
 
+// A copy of the program, away from its module.
 struct PanelModule : testing::Test {
   PanelModule() {
     std::filesystem::create_directory(folder.at("bin"));
@@ -36,6 +39,29 @@ TEST_F(PanelModule, BrokenOneIsSaidToBeBroken) {
     const std::string module = folder.write(place, "no module");
     EXPECT_EQ(run({"--snapshot", picture}),
               "tarnwick: The panel's module cannot be loaded: " + module + ": file too short.\nstatus 0\n");
+  }
+}
+
+// Where /proc shows too little, each time in mounts of its own.
+TEST(UnseenMachine, IsSaidAndNotJudged) {
+  if (::geteuid() != 0) GTEST_SKIP() << "mounting takes root";
+  const std::string unseen =
+      "tarnwick: this machine cannot be seen: its processes or its memory cannot be read. On Linux they are in "
+      "/proc.\nstatus 1\n";
+  const std::string proc = "mount -t proc -o ";
+  const std::tuple<const char*, std::string, std::string> cases[] = {
+      {"no /proc", "mount -t tmpfs none /proc", unseen},
+      {"processes without a machine", proc + "subset=pid none /proc", unseen},
+      {"only what is one's own", proc + "hidepid=2 none /proc", "status 0\n"},
+      {"everything", "true", "status 0\n"}};
+  for (const auto& [what, mount, expected] : cases) {
+    PosixToolRunner runner;
+    const std::string line = "unshare --mount sh -c '" + mount +
+                             " || exit 77; \"$0\" --print 2>&1 >/dev/null; echo status $?' '" TARNWICK_PROGRAM
+                             "'";
+    const ToolResult result = runner.start("/bin/sh", {"-c", line}, {.seconds = 60})->result();
+    if (result.exitStatus == 77) GTEST_SKIP() << what << " cannot be mounted here";
+    EXPECT_EQ(result.output, expected) << what;
   }
 }
 
