@@ -134,7 +134,7 @@ TEST_F(LiveSurroundingsTest, ADeviceIsNamedByItsPropertyListAndASimulatorTakesIt
   EXPECT_EQ(live_.deviceName(home_.write("device.plist", list)), "iPhone");
   EXPECT_EQ(live_.deviceName(home_.write("large.plist", list + std::string(1U << 20U, ' '))), std::nullopt);
   EXPECT_EQ(live_.deviceName(home_.at("missing.plist")), std::nullopt);
-  ToolPlaces simctl{{.simctl = {home_.script("simctl", "exit 0")}}};
+  ToolPlaces simctl{ToolCandidates{.simctl = {home_.script("simctl", "exit 0")}}};
   EXPECT_TRUE(LiveSurroundings(Self{}, gitReader_, claudeReader_, simctl).hasSimctl() && !live_.hasSimctl());
 }
 
