@@ -9,7 +9,6 @@
 #include "tests/support/fake_process_source.h"
 #include "tests/support/fake_settings.h"
 #include "tests/support/fake_transport.h"
-#include "tests/support/fake_workspace.h"
 #include "tests/support/recording_tool_runner.h"
 
 namespace tarnwick {
@@ -119,15 +118,11 @@ int timesIn(const std::string& text, const std::string& part) {
 
 using Act = std::function<void(Twins&)>;
 
-Act mode(const std::vector<std::string>& words) {
-  return [words](Twins& twins) { EXPECT_EQ(runTextMode(twins.start(words)), 0); };
-}
-
-// The same where the user chose for good that titles are looked up.
-Act chosen(const std::vector<std::string>& words) {
-  return [words](Twins& twins) {
-    twins.settings.titles = true;
-    mode(words)(twins);
+// `titles`: the user chose for good that they are looked up.
+Act mode(const Strings& words, bool titles = false) {
+  return [words, titles](Twins& twins) {
+    twins.settings.titles = titles;
+    EXPECT_EQ(runTextMode(twins.start(words)), 0);
   };
 }
 
@@ -144,8 +139,8 @@ TEST(Wiring, EveryPartIsAskedByWhomAndWhenItShould) {
   const std::tuple<const char*, Act, std::string, int> cases[] = {
       {"no consent, no network", mode({"--print"}), title, 0},
       {"consent for this run", mode({"--print", "--pr"}), title, 1},
-      {"consent for good", chosen({"--print"}), title, 1},
-      {"a measurement looks nothing up", chosen({"--bench", "--pr"}), title, 0},
+      {"consent for good", mode({"--print"}, true), title, 1},
+      {"a measurement looks nothing up", mode({"--bench", "--pr"}, true), title, 0},
       {"a report asks the engine", mode({"--print"}), engine, 1},
       {"its answer is kept", on([](Machine& m) { m.check({}), m.check({}); }), engine, 1},
       {"until the caches are emptied", on([](Machine& m) { m.check({}), m.resetCaches(), m.check({}); }),
@@ -161,10 +156,7 @@ TEST(Wiring, EveryPartIsAskedByWhomAndWhenItShould) {
       {"nor does a report about one", mode({"--print", "--scenario", "memory"}), "machine 0\n", 1},
       {"nor the self-test", mode({"--selftest"}), "looked at this machine 0\nselftest ok\n", 1},
       {"a remedy reaches the system", on([](Machine& m) { m.apply({QuitApp{"a"}}); }), "quit a\n", 1},
-      {"the browsers", on([](Machine& m) {
-         m.apply({OpenTab{"a", "u"}});
-       }),
-       "tab a u\n", 1},
+      {"the browsers", on([](Machine& m) { m.apply({AskAutomation{"a"}}); }), "automation a\n", 1},
       {"and the engine", on([](Machine& m) { m.apply({DockerStop{"c1"}}); }),
        "engine: POST /containers/c1/stop\n", 1},
       {"a child explains", on([](Machine& m) { m.explainByChild("/me", "x"); }), "/me --explain x \n", 1},

@@ -18,14 +18,14 @@ TEST(ClaudeFiles, OnlyAnObjectIsAnObject) {
 TEST(ClaudeFiles, TheNewestMarkedLineIsTheOnlyOneTried) {
   const std::string older = R"({"type":"ai-title","aiTitle":"old"})";
   const std::string newer = R"({"n":1,"type":"ai-title","aiTitle":"new"})";
-  const std::pair<std::string, std::optional<std::string>> cases[] = {
+  const std::pair<std::string, Text> cases[] = {
       {older + "\n" + newer + "\n{\"type\":\"user\"}\n", "new"},
       {"\n\n" + newer + "\r\n", "new"},
-      {older + "\n" + R"({"type":"ai-title","other":1})" + "\n", std::nullopt},
-      {older + "\n" + newer.substr(0, newer.size() - 3), std::nullopt},
+      {older + "\n" + R"({"type":"ai-title","other":1})" + "\n", {}},
+      {older + "\n" + newer.substr(0, newer.size() - 3), {}},
       {older + "\n" + R"({"type": "ai-title","aiTitle":"spaced"})", "old"},
-      {older + "\n" + R"({"type":"ai-title","aiTitle":7})", std::nullopt},
-      {"", std::nullopt},
+      {older + "\n" + R"({"type":"ai-title","aiTitle":7})", {}},
+      {"", {}},
   };
   for (const auto& [bytes, title] : cases) {
     const auto line = newest(bytes, "ai-title", "aiTitle");
@@ -34,18 +34,15 @@ TEST(ClaudeFiles, TheNewestMarkedLineIsTheOnlyOneTried) {
 }
 
 TEST(ClaudeFiles, NumbersAreWholeAndFit) {
-  const std::pair<std::string, std::optional<std::int64_t>> cases[] = {
-      {"42", 42},
-      {"-1", -1},
-      {"9223372036854775807", 9'223'372'036'854'775'807},
-      {"9223372036854775808", {}},
-      {"42.5", {}},
-      {"\"42\"", {}}};
-  for (const auto& [number, expected] : cases) {
-    const auto object = jsonObject("{\"n\":" + number + "}");
-    EXPECT_EQ(numberMember(&*object, "n"), expected) << number;
-    EXPECT_EQ(numberMember(&*object, "other"), std::nullopt);
-  }
+  const auto number = [](const std::string& text) {
+    const auto object = jsonObject("{\"n\":" + text + "}");
+    return numberMember(&*object, "n");
+  };
+  EXPECT_EQ(number("-1"), -1);
+  EXPECT_EQ(number("9223372036854775807"), 9'223'372'036'854'775'807);
+  for (const char* none : {"9223372036854775808", "42.5", "\"42\""})
+    EXPECT_EQ(number(none), std::nullopt) << none;
+  EXPECT_EQ(number("1,\"n\":[]"), std::nullopt);
 }
 
 TEST(ClaudeFiles, TimesNeedDateTimeAndZone) {
@@ -86,20 +83,21 @@ struct ClaudeReaderTest : testing::Test {
   ClaudeReader reader_{home_.path()};
 };
 
-TEST_F(ClaudeReaderTest, ASessionsTranscriptTellsTitleAndPullRequest) {
+TEST_F(ClaudeReaderTest, ASessionsTranscriptTellsTitleAndPullRequestAndOnceFoundStaysFound) {
+  const ClaudeWork work{.title = "Fix the cart", .pr = 42, .prRepo = "acme/shop"};
   session(7, R"({"sessionId":"abc"})");
+  EXPECT_EQ(reader_.claudeSession(7), ClaudeWork{}) << "no transcript yet";
   transcriptFile("a-project", "other", titleLine);
-  transcriptFile("b-project", "abc", titleLine + prLine);
+  const std::string path = transcriptFile("b-project", "abc", titleLine + prLine);
   home_.write(".claude/projects/stray file", "");
-  EXPECT_EQ(reader_.claudeSession(7), (ClaudeWork{.title = "Fix the cart", .pr = 42, .prRepo = "acme/shop"}));
-}
-
-TEST_F(ClaudeReaderTest, ASessionFileThatSaysNothingGivesNoRecord) {
-  EXPECT_EQ(reader_.claudeSession(1), std::nullopt);
+  EXPECT_EQ(reader_.claudeSession(7), work);
+  std::filesystem::remove(path);
+  transcriptFile("q", "abc", titleLine);
+  EXPECT_EQ(reader_.claudeSession(7), ClaudeWork{});
   session(2, R"({"id":"abc"})");
   session(3, R"({"sessionId":7})");
   session(5, "{\"sessionId\":\"abc\"" + std::string(1U << 20U, ' ') + "}");
-  for (const Pid pid : {2, 3, 5, -1}) EXPECT_EQ(reader_.claudeSession(pid), std::nullopt) << pid;
+  for (const Pid pid : {1, 2, 3, 5, -1}) EXPECT_EQ(reader_.claudeSession(pid), std::nullopt) << pid;
 }
 
 TEST_F(ClaudeReaderTest, OnlyTheLastMebibyteOfATranscriptIsRead) {
@@ -120,23 +118,11 @@ TEST_F(ClaudeReaderTest, OnlyTheLastMebibyteOfATranscriptIsRead) {
   EXPECT_EQ(reader_.transcript("cut").title, std::nullopt);
 }
 
-TEST_F(ClaudeReaderTest, ATranscriptOnceFoundStaysFound) {
-  EXPECT_EQ(reader_.transcript("abc").title, std::nullopt);
-  const std::string path = transcriptFile("p", "abc", titleLine);
-  EXPECT_EQ(reader_.transcript("abc").title, "Fix the cart");
-  std::filesystem::remove(path);
-  transcriptFile("q", "abc", titleLine);
-  EXPECT_EQ(reader_.transcript("abc").title, std::nullopt);
-}
-
 TEST_F(ClaudeReaderTest, ASessionIdIsAFileNameAndNothingElse) {
-  home_.write(".claude/secret.jsonl", titleLine);
-  home_.write(".claude/projects/p/...jsonl", titleLine);
-  home_.write(".claude/projects/p/.jsonl", titleLine);
-  transcriptFile("p", "abc", titleLine);
-  const std::string nul("abc.jsonl\0x", 11);
+  for (const char* name : {"secret", "projects/p/..", "projects/p/", "projects/p/abc"})
+    home_.write(".claude/" + std::string(name) + ".jsonl", titleLine);
   for (const std::string& id :
-       {std::string("../../secret"), std::string(".."), std::string(), nul, std::string("/etc/passwd")})
+       Strings{"../../secret", "..", "", std::string("abc.jsonl\0x", 11), "/etc/passwd"})
     EXPECT_EQ(reader_.transcript(id), ClaudeWork{}) << id;
 }
 
@@ -154,13 +140,10 @@ TEST_F(ClaudeReaderTest, AJobIsFoundFromAnyFolderInsideItsOwn) {
   for (const char* outside : {"", "/", "//", "/j2", "/..", "/.", "2/j1"})
     EXPECT_EQ(reader_.claudeJob(jobs + outside), std::nullopt) << outside;
   EXPECT_EQ(reader_.claudeJob("/tmp"), std::nullopt);
-}
-
-TEST_F(ClaudeReaderTest, EveryFieldOfAJobMayBeMissing) {
   job("odd", R"({"name":7,"state":null,"updatedAt":"soon"})");
-  EXPECT_EQ(reader_.claudeJob(home_.at(".claude/jobs/odd")), ClaudeWork{});
+  EXPECT_EQ(reader_.claudeJob(jobs + "/odd"), ClaudeWork{}) << "every field may be missing";
   job("broken", "{");
-  EXPECT_EQ(reader_.claudeJob(home_.at(".claude/jobs/broken")), std::nullopt);
+  EXPECT_EQ(reader_.claudeJob(jobs + "/broken"), std::nullopt);
 }
 
 }  // namespace

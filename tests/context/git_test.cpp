@@ -20,18 +20,14 @@ TEST(GitFiles, HeadNamesABranchOrACommit) {
 }
 
 TEST(GitFiles, AMarkerFilePointsToTheGitDirectory) {
-  const std::pair<std::string, std::optional<std::string>> cases[] = {
+  const std::pair<std::string, Text> cases[] = {
       {"gitdir: /a/.git/worktrees/w\n", "/a/.git/worktrees/w"},
       {"\n gitdir: ../a/./.git/modules/m \r\n", "/home/me/a/.git/modules/m"},
       {"gitdir: ../../../../../x", "/x"},
-      {"gitdir:/a/.git", std::nullopt},
-      {"", std::nullopt},
-  };
+      {"gitdir:/a/.git", {}},
+      {"", {}}};
   for (const auto& [marker, directory] : cases)
     EXPECT_EQ(gitDirectoryFrom(marker, "/home/me/work"), directory) << marker;
-}
-
-TEST(GitFiles, TheCommonDirectoryIsResolvedAgainstTheGitDirectory) {
   const std::string gitDirectory = "/r/.git/worktrees/w";
   EXPECT_EQ(commonDirectoryFrom("../..\n", gitDirectory), "/r/.git/");
   EXPECT_EQ(commonDirectoryFrom("/elsewhere/.git\n", gitDirectory), "/elsewhere/.git");
@@ -39,70 +35,63 @@ TEST(GitFiles, TheCommonDirectoryIsResolvedAgainstTheGitDirectory) {
 }
 
 TEST(GitFiles, TheFirstAddressOfOriginIsTaken) {
-  const std::pair<std::string, std::optional<std::string>> cases[] = {
+  const std::pair<std::string, Text> cases[] = {
       {"[core]\n\tbare = false\n[remote \"origin\"]\n\turl = https://h/o/r.git\n\tfetch = +x\n",
        "https://h/o/r.git"},
       {"[remote \"up\"]\nurl = a\n[remote \"origin\"]\n  url=b=c \n  url = d\n[x]\nurl = e", "b=c"},
       {"[remote \"origin\"]\r\n\r\n\turl = win\r\n", "win"},
       {"[remote \"origin\"]\n[branch \"x\"]\nurl = wrong\n[remote \"origin\"]\nurl = again", "again"},
-      {"[remote \"origin\"] # note\nurl = a", std::nullopt},
+      {"[remote \"origin\"] # note\nurl = a", {}},
       {"[remote \"origin\"]\npushurl = a\nurls = b\n", "b"},
-      {"[remote \"origin\"]\nurl\nurl = later", std::nullopt},
+      {"[remote \"origin\"]\nurl\nurl = later", {}},
       {"[remote \"origin\"]\nurl = caf\xE9", "caf\xEF\xBF\xBD"},
-      {"", std::nullopt},
-  };
+      {"", {}}};
   for (const auto& [config, url] : cases) EXPECT_EQ(originUrl(config), url) << config;
 }
 
 TEST(GitFiles, AnAddressNamesTheRepositoryAndItsOwner) {
-  const std::tuple<std::string, std::string, std::optional<std::string>> cases[] = {
+  const std::tuple<std::string, std::string, Text> cases[] = {
       {"https://github.com/owner/name.git", "name", "owner/name"},
       {"git@github.com:owner/name.git", "name", "owner/name"},
       {"ssh://git@ssh.github.com:443/owner/na.me.git", "na.me", "owner/na.me"},
       {"github.com:name", "name", "github.com/name"},
-      {"github.com", "github.com", std::nullopt},
-      {"https://gitlab.com/owner/name.git", "name", std::nullopt},
-      {"host:path/name.git.git", "name.git", std::nullopt},
-      {"https://github.com/owner/.git", "", std::nullopt},
-      {"", "", std::nullopt},
+      {"github.com", "github.com", {}},
+      {"https://gitlab.com/owner/name.git", "name", {}},
+      {"host:path/name.git.git", "name.git", {}},
+      {"https://github.com/owner/.git", "", {}},
+      {"", "", {}},
   };
   for (const auto& [url, repo, slug] : cases)
     EXPECT_EQ(std::pair(remoteParts(url).repo, remoteParts(url).slug), std::pair(repo, slug)) << url;
   EXPECT_EQ(folderName("/a/b") + folderName("/a/c//") + folderName("/"), "bc");
 }
 
-using Words = std::vector<std::string>;
-
 // A repository laid by hand, and tools that exist but are never really run.
 struct GitCacheTest : testing::Test {
   void SetUp() override { ::unsetenv("TARNWICK_NO_TOOLS"); }
-
-  ToolCandidates tools() const {
-    ToolCandidates candidates;
-    candidates.git = {folder_.script("git", "exit 1")};
-    candidates.gh = {folder_.script("gh", "exit 1")};
-    return candidates;
+  void lay(const std::string& folder, const std::string& name) const {
+    folder_.write("home/" + folder + "/.git/HEAD", "ref: refs/heads/" + name + "\n");
   }
 
   TempFolder folder_;
   std::string home_ = folder_.at("home");
   std::string project_ = folder_.at("home/project");
   RecordingToolRunner runner_;
-  ToolPlaces places_{tools()};
+  ToolPlaces places_{{.git = {folder_.script("git", "exit 1")}, .gh = {folder_.script("gh", "exit 1")}}};
   FakeClock clock_;
   GitReader reader_{runner_, places_, clock_, home_, [] { return false; }};
   GitReader askingReader_{runner_, places_, clock_, home_, [] { return true; }};
 };
 
 TEST_F(GitCacheTest, AnAnswerIsGoodForLessThanFiveMinutes) {
-  folder_.write("home/project/.git/HEAD", "ref: refs/heads/main\n");
+  lay("project", "main");
   runner_.answer.output = "3 hours ago\nAdd a thing\n";
-  const Git first{"project", "main", "Add a thing", "3 hours ago", false, std::nullopt};
+  const Git first{"project", "main", "Add a thing", "3 hours ago", false, {}};
   EXPECT_EQ(reader_.git(project_), first);
-  const Words asked = {folder_.at("git"), "-C", project_, "log", "-1", "--format=%cr%n%s"};
-  EXPECT_EQ(runner_.calls, std::vector<Words>{asked});
+  const Strings asked = {folder_.at("git"), "-C", project_, "log", "-1", "--format=%cr%n%s"};
+  EXPECT_EQ(runner_.calls, std::vector<Strings>{asked});
 
-  folder_.write("home/project/.git/HEAD", "ref: refs/heads/other\n");
+  lay("project", "other");
   clock_.turn(299);
   EXPECT_EQ(reader_.git(project_), first);
   EXPECT_EQ(runner_.calls.size(), 1U);
@@ -115,7 +104,7 @@ TEST_F(GitCacheTest, AnAnswerIsGoodForLessThanFiveMinutes) {
 }
 
 TEST_F(GitCacheTest, StaleAnswersAreDroppedWithTheNextOne) {
-  folder_.write("home/project/.git/HEAD", "ref: refs/heads/main\n");
+  lay("project", "main");
   reader_.git(project_);
   clock_.turn(301);
   reader_.git(home_ + "/other");
@@ -126,7 +115,7 @@ TEST_F(GitCacheTest, StaleAnswersAreDroppedWithTheNextOne) {
 
 TEST_F(GitCacheTest, AnAbsentAnswerIsKeptJustAsLong) {
   EXPECT_EQ(reader_.git(project_), std::nullopt);
-  folder_.write("home/project/.git/HEAD", "ref: refs/heads/main\n");
+  lay("project", "main");
   clock_.turn(299);
   EXPECT_EQ(reader_.git(project_), std::nullopt);
   clock_.turn(1);
@@ -134,8 +123,7 @@ TEST_F(GitCacheTest, AnAbsentAnswerIsKeptJustAsLong) {
 }
 
 TEST_F(GitCacheTest, TheLibraryOfTheHomeIsNeverRead) {
-  folder_.write("home/Library/x/.git/HEAD", "ref: refs/heads/main\n");
-  folder_.write("home/Library2/.git/HEAD", "ref: refs/heads/main\n");
+  for (const char* folder : {"Library/x", "Library2"}) lay(folder, "main");
   EXPECT_EQ(reader_.git(home_ + "/Library/x"), std::nullopt);
   EXPECT_EQ(reader_.git("."), std::nullopt) << "only an absolute path is a folder";
   EXPECT_TRUE(runner_.calls.empty());
@@ -143,12 +131,11 @@ TEST_F(GitCacheTest, TheLibraryOfTheHomeIsNeverRead) {
 }
 
 TEST_F(GitCacheTest, OutputOfGitIsTakenLineByLine) {
+  lay("project", "main");
   const std::tuple<std::string, std::string, std::string> cases[] = {
       {"\n 2 days ago\nSubject \n\n", "2 days ago", "Subject"},
       {"2 days ago\n", "2 days ago", ""},
-      {"", "", ""},
-  };
-  folder_.write("home/project/.git/HEAD", "ref: refs/heads/main\n");
+      {"", "", ""}};
   for (const auto& [output, ago, subject] : cases) {
     runner_.answer.output = output;
     const Git git = reader_.readGit(project_).value();
@@ -158,22 +145,22 @@ TEST_F(GitCacheTest, OutputOfGitIsTakenLineByLine) {
 
 TEST_F(GitCacheTest, TitlesAreNeverAskedForUnlessTheUserWantsThem) {
   runner_.answer.output = "A title\n";
-  ToolPlaces none{ToolCandidates{}};
-  GitReader withoutTools(runner_, none, clock_, home_, [] { return true; });
+  ToolPlaces nowhere{ToolCandidates{}};
+  GitReader withoutTools(runner_, nowhere, clock_, home_, [] { return true; });
   for (GitReader* reader : {&reader_, &withoutTools}) EXPECT_FALSE(reader->prTitle("acme/shop", "42"));
-  EXPECT_FALSE(askingReader_.prTitle(std::nullopt, "42"));
-  EXPECT_FALSE(askingReader_.prTitle("acme/shop", std::nullopt));
-  EXPECT_FALSE(askingReader_.prTitle("acme/shop", "--web")) << "an option, not a branch";
-  EXPECT_FALSE(askingReader_.prTitle("-x/shop", "42"));
+  // Two options, and no names.
+  const std::pair<Text, Text> none[] = {
+      {{}, "42"}, {"acme/shop", {}}, {"acme/shop", "--web"}, {"-x/shop", "42"}};
+  for (const auto& [repo, pr] : none) EXPECT_FALSE(askingReader_.prTitle(repo, pr)) << *(pr ? pr : repo);
   EXPECT_TRUE(runner_.calls.empty());
 }
 
 TEST_F(GitCacheTest, ATitleIsAskedForOncePerRun) {
   runner_.answer.output = " Fix the “cart”\n";
   EXPECT_EQ(askingReader_.prTitle("acme/shop", "42"), "Fix the “cart”");
-  const Words asked = {folder_.at("gh"), "pr",     "view",  "42",   "--repo",
-                       "acme/shop",      "--json", "title", "--jq", ".title"};
-  EXPECT_EQ(runner_.calls, std::vector<Words>{asked});
+  const Strings asked = {folder_.at("gh"), "pr",     "view",  "42",   "--repo",
+                         "acme/shop",      "--json", "title", "--jq", ".title"};
+  EXPECT_EQ(runner_.calls, std::vector<Strings>{asked});
 
   runner_.answer.output = " \n";
   EXPECT_EQ(askingReader_.prTitle("acme/shop", "4"), std::nullopt);

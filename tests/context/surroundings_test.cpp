@@ -37,12 +37,9 @@ std::string references(char marker, const std::vector<std::uint64_t>& to) {
 }
 
 TEST(PropertyList, TextsOfXmlLists) {
-  const std::pair<std::string, const char*> cases[] = {
-      {xml("<dict><key>state</key><integer>3</integer><key>name</key><string>iPhone 15</string></dict>"),
-       "iPhone 15"},
-      {xml("<dict><key>name</key><string>A &amp; “B”</string></dict>"), "A & “B”"},
-  };
-  for (const auto& [list, text] : cases) EXPECT_EQ(propertyListText(list, "name"), text) << list;
+  const char* dictionary =
+      "<dict><key>state</key><integer>3</integer><key>name</key><string>A &amp; “B”</string></dict>";
+  EXPECT_EQ(propertyListText(xml(dictionary), "name"), "A & “B”");
   for (const std::string& none :
        {xml("<dict><key>inner</key><dict><key>name</key><string>deep</string></dict></dict>"),
         xml("<dict><key>name</key><string>cut"), std::string("name = iPhone;"), std::string()})
@@ -113,7 +110,6 @@ struct LiveSurroundingsTest : testing::Test {
   RecordingToolRunner runner_;
   FakeClock clock_;
   ToolPlaces none_{ToolCandidates{}};
-  ToolPlaces simctl_{ToolCandidates{"", {}, {home_.script("simctl", "exit 0")}, {}}};
   GitReader gitReader_{runner_, none_, clock_, home_.path(), [] { return false; }};
   ClaudeReader claudeReader_{home_.path()};
   LiveSurroundings live_{Self{7, 501, home_.path()}, gitReader_, claudeReader_, none_};
@@ -133,16 +129,13 @@ TEST_F(LiveSurroundingsTest, HeadsOfFilesAreValidText) {
   EXPECT_EQ(live_.fileHead(home_.at("missing.py")), std::nullopt);
 }
 
-TEST_F(LiveSurroundingsTest, SimulatorsTakeTheirTool) {
-  EXPECT_FALSE(live_.hasSimctl());
-  EXPECT_TRUE(LiveSurroundings(Self{}, gitReader_, claudeReader_, simctl_).hasSimctl());
-}
-
-TEST_F(LiveSurroundingsTest, ADeviceIsNamedByItsPropertyList) {
+TEST_F(LiveSurroundingsTest, ADeviceIsNamedByItsPropertyListAndASimulatorTakesItsTool) {
   const std::string list = xml("<dict><key>name</key><string>iPhone</string></dict>");
   EXPECT_EQ(live_.deviceName(home_.write("device.plist", list)), "iPhone");
   EXPECT_EQ(live_.deviceName(home_.write("large.plist", list + std::string(1U << 20U, ' '))), std::nullopt);
   EXPECT_EQ(live_.deviceName(home_.at("missing.plist")), std::nullopt);
+  ToolPlaces simctl{ToolCandidates{.simctl = {home_.script("simctl", "exit 0")}}};
+  EXPECT_TRUE(LiveSurroundings(Self{}, gitReader_, claudeReader_, simctl).hasSimctl() && !live_.hasSimctl());
 }
 
 }  // namespace

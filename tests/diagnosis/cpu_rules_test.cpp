@@ -6,38 +6,29 @@ namespace {
 using CpuHogs = RuleTest;
 
 TEST_F(CpuHogs, LeaveWhatOtherRulesReport) {
-  addApp(m, 10, "Vivaldi").cpu = 3;
-  add(m, 11, 1, {"/usr/libexec/mdworker"}).cpu = 3;
-  add(m, around.who.pid, 1, {"me"}).cpu = 3;
+  addApp(m, 10, "Vivaldi");
+  addAll(
+      m,
+      "11 1 /usr/libexec/mdworker, 4242 1 myself, 81 1 vm, 63 1 page, 90 1 containerd-shim, 91 90 postgres");
   addApp(m, 80, "Docker");
-  for (const auto& [pid, path] :
-       {std::pair{81, "/x/com.apple.Virtualization.VirtualMachine"}, {63, "/x/com.apple.WebKit.GPU"}}) {
-    add(m, pid, 1, {"x"}).cpu = 3;
-    m.procs[pid].path = path;
-  }
-  EXPECT_THAT(ids(cpuHogs(m, around)), ElementsAre("cpu:pid:63"));
-  addApp(m, 62, "Safari");
-  EXPECT_THAT(cpuHogs(m, around), IsEmpty()) << "the page is Safari's now";
-  m.procs.erase(80);
-  EXPECT_THAT(ids(cpuHogs(m, around)), ElementsAre("cpu:pid:81")) << "some other program's machine";
-}
-
-TEST_F(CpuHogs, LeaveContainersToTheirCard) {
-  add(m, 90, 1, {"containerd-shim"});
-  add(m, 91, 90, {"postgres"}).cpu = 3;
-  EXPECT_THAT(ids(cpuHogs(m, around)), ElementsAre("cpu:pid:90")) << "nobody said that it is in one";
+  m.procs[81].path = "/x/com.apple.Virtualization.VirtualMachine";
+  m.procs[63].path = "/x/com.apple.WebKit.GPU";
+  for (auto& [pid, proc] : m.procs) proc.cpu = pid == 80 || pid == 90 ? 0 : 3;
+  EXPECT_THAT(ids(cpuHogs(m, around)), ElementsAre("cpu:pid:63", "cpu:pid:90"));
   m.procs[91].inContainer = true;
-  EXPECT_THAT(cpuHogs(m, around), IsEmpty());
-  addApp(m, 80, "Docker");
-  add(m, 81, 1, {"vm"}).path = "/x/com.apple.Virtualization.VirtualMachine";
-  EXPECT_THAT(ids(cpuHogs(m, around)), ElementsAre("cpu:pid:90")) << "the card is the machine's";
+  addApp(m, 62, "Safari");
+  EXPECT_THAT(ids(cpuHogs(m, around)), ElementsAre("cpu:pid:90"))
+      << "the page is Safari's now; containers are the machine's, whose card stands for them";
+  m.procs.erase(80);
+  EXPECT_THAT(ids(cpuHogs(m, around)), ElementsAre("cpu:pid:81"))
+      << "some other program's machine, and containers have a card of their own";
 }
 
 TEST_F(CpuHogs, AddUpToOneCore) {
-  add(m, 2, 1, {"-zsh"});
-  add(m, 20, 2, {"make"}).cpu = 0.5;
-  add(m, 21, 20, {"cc"}).cpu = 0.49;
-  add(m, 22, 20, {"cc"}).cpu = 0.01;  // idle: does not count
+  addAll(m, "2 1 -zsh, 20 2 make, 21 20 cc, 22 20 cc");
+  m.procs[20].cpu = 0.5;
+  m.procs[21].cpu = 0.49;
+  m.procs[22].cpu = 0.01;  // idle: does not count
   EXPECT_THAT(cpuHogs(m, around), IsEmpty());
   m.procs[21].cpu = 0.5;
   EXPECT_THAT(ids(cpuHogs(m, around)), ElementsAre("cpu:pid:20"));
@@ -47,9 +38,8 @@ TEST_F(CpuHogs, AnApplication) {
   addApp(m, 30, "Zoom").cpu = 0.6;
   addApp(m, 31, "Zoom").cpu = 0.6;
   const Finding found = only(cpuHogs(m, around));
-  EXPECT_EQ(std::tie(found.id, found.title, found.detail, found.summary, found.icon),
-            std::tuple("cpu:Zoom", "Zoom is busy", "It runs 2 processes.",
-                       "It takes processor time from your other apps.", "app"));
+  EXPECT_EQ(found.id + ": " + found.title + ". " + found.detail + " " + found.summary + " " + found.icon,
+            "cpu:Zoom: Zoom is busy. It runs 2 processes. It takes processor time from your other apps. app");
   m.apps = {{1, "Z", "z", "/Applications/AntiZoom.app", false}, {30, "Z", "z", "/opt/Zoom.app", false}};
   EXPECT_EQ(only(cpuHogs(m, around)).icon, "/opt/Zoom.app");
 }
@@ -59,8 +49,8 @@ TEST_F(CpuHogs, ABackgroundProcess) {
   const Finding found = only(cpuHogs(m, around));
   EXPECT_EQ(found.evidence, "A background process. No app or terminal started it.\nCommand: agentd --serve " +
                                 std::string(285, 'u') + "\nPath: /usr/bin/agentd");
-  EXPECT_EQ(std::tie(found.title, found.subject, found.summary, found.icon),
-            std::tuple("A background process is busy", "agentd", "Its name is “agentd”.", "gearshape"));
+  EXPECT_EQ(found.title + ": " + found.subject + ". " + found.summary + " " + found.icon,
+            "A background process is busy: agentd. Its name is “agentd”. gearshape");
 }
 
 TEST_F(CpuHogs, CommandsAreShortenedAfterSixtyCharacters) {
@@ -99,25 +89,24 @@ TEST_F(CpuHogs, WorkThatSomebodyStarted) {
 using Caffeinates = RuleTest;
 
 TEST_F(Caffeinates, OnlyEndlessOnes) {
-  const std::tuple<std::vector<std::string>, double, std::uint32_t, bool> cases[] = {
-      {{"/usr/bin/caffeinate", "-d"}, 3'601, myUid, true},
-      {{"caffeinate", "-d"}, 3'600, myUid, false},
-      {{"caffeinate", "-i", "-m", "-dsu"}, 3'601, myUid, true},
-      {{}, 3'601, myUid, true},
-      {{"caffeinate", "-i"}, 3'601, 0, false},
-      {{"caffeinate", "-t", "3600"}, 3'601, myUid, false},
-      {{"caffeinate", "-it300"}, 3'601, myUid, false},
-      {{"caffeinate", "-w", "123"}, 3'601, myUid, false},
-      {{"caffeinate", "-i", "make"}, 3'601, myUid, false},
-      {{"caffeinated", "-i"}, 3'601, myUid, false},
-  };
-  for (const auto& [args, age, uid, found] : cases) {
+  const auto count = [&](const Strings& args, double age = 3'601, std::uint32_t uid = myUid) {
     m = machine();
     Proc& proc = add(m, 30, 1, args, age);
     proc.path = "/usr/bin/caffeinate";
     proc.uid = uid;
-    EXPECT_THAT(caffeinates(m, {}, around), SizeIs(found ? 1 : 0)) << testing::PrintToString(args) << age;
-  }
+    return caffeinates(m, {}, around).size();
+  };
+  for (const Strings& endless :
+       {Strings{"/usr/bin/caffeinate", "-d"}, {"caffeinate", "-i", "-m", "-dsu"}, {}})
+    EXPECT_EQ(count(endless), 1U) << testing::PrintToString(endless);
+  for (const Strings& other : {Strings{"caffeinate", "-t", "3600"},
+                               {"caffeinate", "-it300"},
+                               {"caffeinate", "-w", "123"},
+                               {"caffeinate", "-i", "make"},
+                               {"caffeinated", "-i"}})
+    EXPECT_EQ(count(other), 0U) << testing::PrintToString(other);
+  EXPECT_EQ(count({"caffeinate", "-d"}, 3'600), 0U);
+  EXPECT_EQ(count({"caffeinate", "-i"}, 3'601, 0), 0U);
 }
 
 TEST_F(Caffeinates, SayWhoRanThemAndWhatStaysAwake) {

@@ -5,6 +5,12 @@ namespace {
 
 const std::string vmPath = "/System/x/com.apple.Virtualization.VirtualMachine";
 
+std::string remedies(const Finding& found) {
+  std::string all;
+  for (const Action& action : found.actions) all += action.label + ": " + action.fix.command() + ". ";
+  return all;
+}
+
 // Docker with a virtual machine of 3 GB, all of it resident, that is idle.
 Snapshot withDocker() {
   Snapshot m = machine();
@@ -59,11 +65,9 @@ TEST(Docker, ContainersThatCanBeStopped) {
   const Finding found = only(docker(m));
   EXPECT_EQ(found.detail.find("Your 4 containers need only 450 MB. Docker keeps the rest for itself."), 0U);
   EXPECT_EQ(found.impact, 0.5);
-  std::string labels;
-  for (const Action& action : found.actions) labels += action.label + ". ";
-  EXPECT_EQ(labels,
-            "Quit Docker. Stop d (MongoDB, 200 MB). Stop a-db (Postgres, 100 MB, on for 3 hours). "
-            "Stop c (Redis, 100 MB). ")
+  EXPECT_EQ(
+      remedies(found),
+      "Quit Docker: Cmd-Q com.docker.docker. Stop d (MongoDB, 200 MB): docker stop c4. Stop a-db (Postgres, 100 MB, on for 3 hours): docker stop c1. Stop c (Redis, 100 MB): docker stop c3. ")
       << "a status without a time says nothing";
   m.containers.resize(1);
   m.apps = {{80, "Docker", "com.docker.docker", "/Applications/Docker.app", false}};
@@ -115,9 +119,7 @@ TEST(Containers, StandWhereTheMachineStands) {
                  "Your 5 containers use 4.0 GB.", "Docker", "25% of memory", "shippingbox"));
   EXPECT_EQ(std::tuple(found.bucket, found.bytes, found.impact),
             std::tuple(Bucket::always, 4 * gigabyte, 0.25));
-  std::string actions;
-  for (const Action& action : found.actions) actions += action.label + ": " + action.fix.command() + ". ";
-  EXPECT_EQ(actions,
+  EXPECT_EQ(remedies(found),
             "Stop db (Postgres, 2.0 GB, on for 2 days): docker stop c2. "
             "Stop queue (Redis, 200 MB, on for 3 hours): docker stop c3. "
             "Stop cache (Redis, 150 MB, on for 3 hours): docker stop c4. ");
@@ -131,18 +133,15 @@ TEST(Containers, StandWhereTheMachineStands) {
 }
 
 TEST(DockerVM, IsTheEmulatorThatDockerDesktopStarted) {
-  const std::tuple<const char*, std::vector<std::string>, const char*, bool> cases[] = {
-      {"/usr/bin/qemu-system-x86_64",
-       {"q", "-kernel", "/opt/docker-desktop/linuxkit/kernel"},
-       "/sbin/init",
-       true},
-      {"/usr/bin/qemu-system-x86_64",
-       {"q", "file=/home/a/.docker/desktop/vms/0/data/Docker.raw"},
-       "/x",
-       true},
+  const std::string qemu = "/usr/bin/qemu-system-x86_64";
+  const std::string kernel = "/opt/docker-desktop/linuxkit/kernel";
+  const std::tuple<std::string, Strings, const char*, bool> cases[] = {
+      {qemu, {"q", "-kernel", kernel}, "/sbin/init", true},
+      {qemu, {"q", "file=/home/a/.docker/desktop/vms/0/data/Docker.raw"}, "/x", true},
       {"/usr/bin/qemu-system-aarch64", {}, "/opt/docker-desktop/bin/com.docker.virtualization", true},
-      {"/usr/bin/qemu-system-x86_64", {"q", "-hda", "windows.img"}, "/usr/bin/virt-manager", false},
-      {"/usr/bin/vim", {"vim", "/opt/docker-desktop/linuxkit/kernel"}, "/x", false}};
+      {qemu, {"q", "-hda", "windows.img"}, "/usr/bin/virt-manager", false},
+      {"/usr/bin/vim", {"vim", kernel}, "/x", false}};
+  const std::string entry = "/usr/share/applications/docker-desktop.desktop";
   for (const auto& [path, args, parent, isDockers] : cases) {
     Snapshot m = machine();
     add(m, 50, 1, {"parent"}).path = parent;
@@ -150,14 +149,14 @@ TEST(DockerVM, IsTheEmulatorThatDockerDesktopStarted) {
     vm.path = path;
     vm.footprint = vm.resident = 2 * gigabyte;
     EXPECT_EQ(dockerVM(m) != nullptr, isDockers) << path << " below " << parent;
-    m.apps = {
-        {50, "Docker Desktop", "docker-desktop", "/usr/share/applications/docker-desktop.desktop", false}};
+    m.apps = {{50, "Docker Desktop", "docker-desktop", entry, false}};
     m.containerLoad = {.count = 1, .bytes = 5 * gigabyte};
     const Finding found = only(docker(m));
     EXPECT_EQ(found.title, isDockers ? "Docker uses 2.0 GB of memory" : "Docker uses 5.0 GB of memory");
-    if (!isDockers) continue;
-    EXPECT_EQ(found.actions.front().fix, Fix{QuitApp{"docker-desktop"}});
-    EXPECT_EQ(found.icon, "/usr/share/applications/docker-desktop.desktop");
+    EXPECT_EQ(found.icon, isDockers ? entry : "shippingbox");
+    if (isDockers) {
+      EXPECT_EQ(found.actions.front().fix, Fix{QuitApp{"docker-desktop"}});
+    }
   }
 }
 
@@ -168,10 +167,11 @@ TEST_F(Simulators, AreOneCardThatShutsThemDown) {
   const std::string one = "11111111-0000-0000-0000-000000000000";
   const std::string two = "22222222-0000-0000-0000-000000000000";
   around.devices = {{folder + one + "/device.plist", "iPhone 17"}, {folder + two + "/device.plist", "iPad"}};
-  const auto launch = [&](Pid pid, const std::string& plist, double age) -> Proc& {
-    return add(m, pid, 1, {"/usr/libexec/launchd_sim", plist}, age);
+  const auto launch = [&](Pid pid, const std::string& list, double age) -> Proc& {
+    return add(m, pid, 1, {"/usr/libexec/launchd_sim", list}, age);
   };
-  launch(50, folder + one + "/data/launchd_bootstrap.plist", 7'199).footprint = 10 * megabyte;
+  const std::string plist = "/data/launchd_bootstrap.plist";
+  launch(50, folder + one + plist, 7'199).footprint = 10 * megabyte;
   add(m, 51, 50, {"SpringBoard"}).footprint = 200 * megabyte;
   m.index();
   const Finding single = only(simulators(m, around));
@@ -182,7 +182,7 @@ TEST_F(Simulators, AreOneCardThatShutsThemDown) {
                        "iPhone 17 has been on for 1 hour.", "Xcode simulators", "210 MB", "iphone"));
   EXPECT_EQ(single.impact, 210.0 / (16 * 1024));
 
-  launch(60, folder + two + "/data/launchd_bootstrap.plist", 86'400 * 5);
+  launch(60, folder + two + plist, 86'400 * 5);
   launch(61, folder + "33333333/launchd_bootstrap.plist", 60);  // unknown device
   launch(62, "/elsewhere/" + one, 60);
   launch(63, folder, 60);

@@ -6,24 +6,17 @@
 namespace tarnwick {
 namespace {
 
-TEST(WorkKind, FindsWordsInsideWords) {
-  const std::pair<const char*, const char*> cases[] = {{"make test-cov", "tests"},
-                                                       {"pip fetch latest", "tests"},
-                                                       {"npm run BUILD", "a build"},
-                                                       {"npm install && webpack", "a build"},
-                                                       {"uv sync --all", "a package install"},
-                                                       {"uv  sync", ""},
-                                                       {"", ""}};
-  for (const auto& [command, kind] : cases) EXPECT_EQ(workKind(command).value_or(""), kind) << command;
-}
-
-TEST(DbKind, TheFirstRowWins) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"postgres:17", "Postgres"}, {"bitnami/MariaDB", "MariaDB"}, {"mariadb-for-mysql", "MySQL"},
-      {"redis-mongo", "Redis"},    {"mongo:7", "MongoDB"},         {"nginx", "container"},
-      {"", "container"},
-  };
-  for (const auto& [text, kind] : cases) EXPECT_EQ(dbKind(text), kind) << text;
+TEST(Kinds, AreToldByTheFirstWordThatIsFound) {
+  std::string work;
+  for (const char* command : {"make test-cov", "pip fetch latest", "npm run BUILD", "npm install && webpack",
+                              "uv sync --all", "uv  sync", ""})
+    work += workKind(command).value_or("-") + ". ";
+  EXPECT_EQ(work, "tests. tests. a build. a build. a package install. -. -. ");
+  std::string databases;
+  for (const char* text :
+       {"postgres:17", "bitnami/MariaDB", "mariadb-for-mysql", "redis-mongo", "mongo:7", "nginx", ""})
+    databases += std::string(dbKind(text)) + " ";
+  EXPECT_EQ(databases, "Postgres MariaDB MySQL Redis MongoDB container container ");
 }
 
 TEST(ServerKind, NamesTheToolThatServes) {
@@ -48,96 +41,67 @@ std::vector<Pid> pids(const std::vector<const Proc*>& procs) {
   return all;
 }
 
+// Of each process the root of its work, who started it (nobody: gone), and the pid of `claude`.
+std::string startsOf(const Snapshot& m, const std::vector<Pid>& asked) {
+  std::string told;
+  Starters shared(m);
+  for (const Pid pid : asked) {
+    const Starter start = shared.of(m.procs.at(pid));
+    const Starter alone = starter(m.procs.at(pid), m);
+    EXPECT_EQ(std::tie(start.root, start.who, start.claude), std::tie(alone.root, alone.who, alone.claude))
+        << pid;
+    told += std::to_string(pid) + ": " + std::to_string(start.root->pid) + " " + start.who.value_or("nobody");
+    told += start.claude ? " " + std::to_string(*start.claude) + ". " : ". ";
+  }
+  return told;
+}
+
 TEST(Starter, ClimbsToWhatStartedTheWork) {
   Snapshot m = machine();
-  add(m, 2, 1, {"-zsh"});  // a login shell
-  add(m, 3, 2, {"zsh", "-c", "npm start"});
-  add(m, 4, 3, {"/usr/local/bin/node", "a.js"});
-  add(m, 5, 4, {"sh", "-c", "worker"});
-  add(m, 6, 5, {"node", "b.js"});
-  add(m, 10, 2, {"/opt/homebrew/bin/claude"});
-  add(m, 11, 10, {"zsh", "-c", "make"});
-  add(m, 12, 11, {"make"});
+  addAll(
+      m,
+      "2 1 -zsh, 3 2 zsh -c start, 4 3 /bin/node a.js, 5 4 sh -c worker, 6 5 node b.js, 31 30 tcsh, 40 1 python3");
+  addAll(m, "32 30 -zsh -c make, 33 32 make");  // a terminal's own shell, whatever it carries out
+  addAll(m, "10 2 /opt/homebrew/bin/claude, 11 10 zsh -c make, 12 11 make");
+  addAll(m,
+         "41 999 bash, 50 60 claude, 60 1 launcher");  // a parent that is gone; a name that does not matter
+  addAll(m, "1 0 -launchd");                           // in the list or not, process 1 starts nothing
   addApp(m, 30, "Terminal").ppid = 0;
-  add(m, 31, 30, {"tcsh"});
-  add(m, 40, 1, {"python3"});
-  add(m, 41, 999, {"bash"});   // its parent is gone
-  add(m, 50, 60, {"claude"});  // its own name does not matter
-  add(m, 60, 1, {"launcher"});
-  add(m, 1, 0, {"-launchd"});  // in the list or not, process 1 starts nothing
   m.procs[70] = {.pid = 70, .ppid = 71, .path = "/usr/bin/-bash"};
   m.procs[71] = {.pid = 71, .ppid = 1, .path = "/bin/claude"};  // no arguments: named by its path
-
-  // The process, the root of the work, who (empty: gone) and the pid of `claude` (0: none).
-  const std::tuple<Pid, Pid, const char*, Pid> cases[] = {
-      {4, 4, "you", 0},
-      {6, 4, "you", 0},
-      {12, 12, "Claude Code", 10},
-      {10, 10, "you", 0},
-      {31, 31, "Terminal", 0},
-      {40, 40, "", 0},
-      {41, 41, "", 0},
-      {50, 60, "", 0},
-      {2, 2, "", 0},
-      {70, 70, "Claude Code", 71},
-  };
-  Starters shared(m);
-  for (const auto& [pid, root, who, claude] : cases)
-    for (const Starter& start : {starter(m.procs.at(pid), m), shared.of(m.procs.at(pid))})
-      EXPECT_EQ(std::tuple(start.root->pid, start.who.value_or(""), start.claude.value_or(0)),
-                std::tuple(root, who, claude))
-          << pid;
+  EXPECT_EQ(
+      startsOf(m, {4, 6, 12, 10, 31, 33, 40, 41, 50, 2, 70}),
+      "4: 4 you. 6: 4 you. 12: 12 Claude Code 10. 10: 10 you. 31: 31 Terminal. 33: 33 you. 40: 40 nobody. "
+      "41: 41 nobody. 50: 60 nobody. 2: 2 nobody. 70: 70 Claude Code 71. ");
 }
 
 TEST(Starter, KnowsSessionsWhereTheyAreTold) {
   Snapshot m = machine();
-  const auto inSession = [&](Pid session, Proc& proc) -> Proc& {
-    proc.session = session;
-    return proc;
-  };
-  inSession(10, add(m, 10, 9, {"display-session"}));  // its parent is somebody else's
-  inSession(10, add(m, 11, 10, {"make"}));
-  inSession(10, add(m, 12, 11, {"cc1"}));
-  inSession(20, add(m, 20, 1, {"sway"}));
-  inSession(20, add(m, 21, 20, {"sh"}));
-  inSession(20, add(m, 22, 21, {"rsync"}));
-  inSession(30, add(m, 30, 20, {"bash"})).terminalShell = true;
-  inSession(30, add(m, 31, 30, {"npm"}));
-  inSession(32, add(m, 32, 31, {"node"}));  // left for a session of its own
-  inSession(32, add(m, 33, 32, {"esbuild"}));
-  inSession(40, add(m, 40, 1, {"postgres"}));
-  inSession(41, add(m, 41, 40, {"postgres"}));
-  inSession(50, addApp(m, 50, "Editor"));
-  inSession(51, add(m, 51, 50, {"bash", "-c", "node a.js; true"})).terminalShell = true;
-  inSession(51, add(m, 52, 51, {"node", "a.js"}));
-  inSession(53, add(m, 53, 50, {"bash"})).terminalShell = true;
-  inSession(53, add(m, 54, 53, {"bash", "-c", "make"}));
-  inSession(53, add(m, 55, 54, {"make"}));
-  inSession(60, add(m, 60, 1, {"make"}));  // leads a session and its own jobs
-  inSession(60, add(m, 61, 60, {"cc1"}));
-  const std::tuple<Pid, Pid, const char*> cases[] = {
-      {12, 11, ""}, {11, 11, ""}, {22, 22, ""},       {32, 32, "you"}, {33, 32, "you"}, {31, 31, "you"},
-      {30, 30, ""}, {41, 40, ""}, {52, 52, "Editor"}, {55, 55, "you"}, {61, 60, ""}};
-  Starters starters(m);
-  for (const auto& [pid, root, who] : cases) {
-    const Starter start = starters.of(m.procs.at(pid));
-    EXPECT_EQ(std::tuple(start.root->pid, start.who.value_or("")), std::tuple(root, who)) << pid;
+  const std::pair<Pid, const char*> sessions[] = {
+      {10, "10 9 display-session, 11 10 make, 12 11 cc1"},  // its parent is somebody else's
+      {20, "20 1 sway, 21 20 sh, 22 21 rsync"},
+      {30, "30 20 bash, 31 30 npm"},
+      {32, "32 31 node, 33 32 esbuild"},  // left for a session of its own
+      {40, "40 1 postgres"},
+      {41, "41 40 postgres"},
+      {51, "51 50 bash -c node, 52 51 node a.js"},
+      {53, "53 50 bash, 54 53 bash -c make, 55 54 make"},
+      {60, "60 1 make, 61 60 cc1"}};  // leads a session and its own jobs
+  for (const auto& [session, text] : sessions) {
+    addAll(m, text);
+    for (auto& [pid, proc] : m.procs) proc.session = proc.session == 0 ? session : proc.session;
   }
+  addApp(m, 50, "Editor").session = 50;
+  for (const Pid shell : {30, 51, 53}) m.procs[shell].terminalShell = true;
+  EXPECT_EQ(startsOf(m, {12, 11, 22, 32, 33, 31, 30, 41, 52, 55, 61}),
+            "12: 11 nobody. 11: 11 nobody. 22: 22 nobody. 32: 32 you. 33: 32 you. 31: 31 you. 30: 30 nobody. "
+            "41: 40 nobody. 52: 52 Editor. 55: 55 you. 61: 60 nobody. ");
 }
 
 TEST(Starter, EndsOnCycles) {
   Snapshot m = machine();
-  add(m, 2, 2, {"node"});  // its own parent
-  add(m, 3, 4, {"zsh"});
-  add(m, 4, 3, {"bash"});
-  add(m, 5, 6, {"make"});
-  add(m, 6, 7, {"sh"});
-  add(m, 7, 5, {"node"});
-  for (const Pid pid : {2, 3, 4, 5, 6, 7}) {
-    const Starter start = starter(m.procs.at(pid), m);
-    EXPECT_FALSE(start.who) << pid;
-    EXPECT_TRUE(m.procs.contains(start.root->pid)) << pid;
-  }
+  addAll(m, "2 2 node, 3 4 zsh, 4 3 bash, 5 6 make, 6 7 sh, 7 5 node");
+  for (const auto& [pid, proc] : m.procs) EXPECT_FALSE(starter(proc, m).who) << pid;
   EXPECT_EQ(starter(m.procs.at(5), m).root->pid, 7) << "the last one that is no shell before it comes round";
 }
 

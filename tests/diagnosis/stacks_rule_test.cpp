@@ -15,13 +15,6 @@ Proc& addServer(Snapshot& m, Pid pid, Pid ppid, std::vector<std::string> args,
   return proc;
 }
 
-std::vector<Finding> found(Snapshot& m, FakeSurroundings& around) {
-  m.index();
-  return stacks(m, {}, around);
-}
-
-Finding card(Snapshot& m, FakeSurroundings& around) { return only(found(m, around)); }
-
 // One Node server in the shop, 13 hours old, started from a terminal that is closed.
 Snapshot oneServer() {
   Snapshot m = machine();
@@ -31,7 +24,13 @@ Snapshot oneServer() {
 
 Git branch(const std::string& name) { return {"shop", name, "Round tax", "2 days ago", false, "o/shop"}; }
 
-using Stacks = RuleTest;
+struct Stacks : RuleTest {
+  std::vector<Finding> found() {
+    m.index();
+    return stacks(m, {}, around);
+  }
+  Finding card() { return only(found()); }
+};
 
 TEST_F(Stacks, WhichProcessesAreForgottenServers) {
   const auto withParent = [](std::uint16_t port) {
@@ -52,7 +51,7 @@ TEST_F(Stacks, WhichProcessesAreForgottenServers) {
   for (const auto& [why, change, count] : cases) {
     m = oneServer();
     change(m, m.procs[41]);
-    EXPECT_THAT(found(m, around), SizeIs(count)) << why;
+    EXPECT_THAT(found(), SizeIs(count)) << why;
   }
 }
 
@@ -96,7 +95,7 @@ TEST_F(Stacks, OneCardForEachProject) {
   addServer(m, 42, 1, {"Express"}, {2}).cwd = "/Users/x/api/src";
   addServer(m, 43, 1, {"Express"}, {3}).cwd = "/Users/x/api";
   m.containers = {{"c1", "api", "Up", "redis", 0}, {"c2", "zoo", "Up", "redis", 0}};
-  const std::vector<Finding> all = found(m, around);
+  const std::vector<Finding> all = found();
   ASSERT_THAT(all, SizeIs(2));
   EXPECT_EQ(all[0].id, "stack:/Users/x/api");
   EXPECT_EQ(all[0].summary, "2 Express servers, on for 13 hours.") << "a short name claims no containers";
@@ -111,29 +110,27 @@ TEST_F(Stacks, BranchesOfTheRepository) {
       " It started 13 hours ago. The app or terminal that started it is closed. It uses 10 MB in total.";
   const std::string commit = " Last commit 2 days ago: “Round tax”.";
   const std::string runs = "It runs a Node server (port 3000).";
-  const auto detail = [&] { return card(m, around).detail; };
-
   for (const char* shared : {"main", "master", "develop"}) {
     around.repositories[shop] = branch(shared);
-    EXPECT_EQ(detail(),
+    EXPECT_EQ(card().detail,
               runs + " Branch " + shared + "." + commit + gone + " Stop it if you are not using it.");
   }
   EXPECT_THAT(around.asked, Not(Contains(HasSubstr("title")))) << "nobody asks for such a branch's request";
 
   around.repositories[shop] = branch("Main");
-  EXPECT_EQ(detail(), runs + " Branch Main." + commit + gone + " Stop it if you are done with this branch.");
+  EXPECT_EQ(card().detail,
+            runs + " Branch Main." + commit + gone + " Stop it if you are done with this branch.");
   EXPECT_THAT(around.asked, Contains("title o/shop#Main"));
-  EXPECT_EQ(card(m, around).title, "shop is still running");
+  EXPECT_EQ(card().title, "shop is still running");
 
   around.titles["o/shop#fix/tax"] = "Tax";
   around.repositories[shop] = branch("fix/tax");
   around.repositories[shop].isCopy = true;
   around.repositories[shop].lastCommit = "";
-  EXPECT_EQ(detail(), runs + " Branch fix/tax. Pull request: “Tax”." + gone +
-                          " Stop it if you are done with this branch.");
-  EXPECT_EQ(card(m, around).title, "A copy of shop is still running");
-  EXPECT_THAT(*card(m, around).evidence,
-              HasSubstr("\nGit repo shop, branch fix/tax (a separate copy of the repo)."));
+  EXPECT_EQ(card().detail, runs + " Branch fix/tax. Pull request: “Tax”." + gone +
+                               " Stop it if you are done with this branch.");
+  EXPECT_EQ(card().title, "A copy of shop is still running");
+  EXPECT_THAT(*card().evidence, HasSubstr("\nGit repo shop, branch fix/tax (a separate copy of the repo)."));
 }
 
 TEST_F(Stacks, JobsInEachState) {
@@ -151,7 +148,7 @@ TEST_F(Stacks, JobsInEachState) {
   for (const auto& [state, updated, ending] : cases) {
     m = oneServer();
     around.jobs[shop] = {.job = "nightly", .jobState = state, .jobUpdated = updated};
-    const Finding finding = card(m, around);
+    const Finding finding = card();
     EXPECT_EQ(finding.title, "A test server from the Claude Code job “nightly” is still running");
     EXPECT_EQ(finding.detail, "It runs a Node server (port 3000). The job " + ending);
     EXPECT_EQ(finding.summary, std::string("From the Claude Code job “nightly”, which ") +
@@ -172,13 +169,11 @@ TEST_F(Stacks, WhatAJobWorkedOn) {
   ClaudeWork& job = around.jobs[shop] = {.title = "Own", .pr = 7, .prRepo = "o/shop", .jobDir = "/w"};
   around.repositories["/w"] = branch("fix/tax");
   const auto worked = [&] {
-    const std::string detail = card(m, around).detail;
-    const std::size_t from = detail.find("3001).") + 6;
-    return detail.substr(from, detail.find(" The job ended,") - from);
+    const std::string detail = card().detail.substr(card().detail.find("3001).") + 6);
+    return detail.substr(0, detail.find(" The job ended,"));
   };
 
-  EXPECT_EQ(card(m, around).title,
-            "2 test servers from the Claude Code job “shop-backend” are still running");
+  EXPECT_EQ(card().title, "2 test servers from the Claude Code job “shop-backend” are still running");
   EXPECT_EQ(worked(), " The job worked on the pull request “Add tax”.");
   job.pr = 8;
   EXPECT_EQ(worked(), " The job worked on “Session”.");
@@ -187,7 +182,7 @@ TEST_F(Stacks, WhatAJobWorkedOn) {
   job.title.reset();
   EXPECT_EQ(worked(), " The job worked in shop, on the branch fix/tax. Its last commit was “Round tax”.");
   EXPECT_THAT(
-      *card(m, around).evidence,
+      *card().evidence,
       HasSubstr("\nClaude Code background job “shop-backend”, state: unknown\nThe job worked in the git repo "
                 "shop, branch fix/tax. Last commit: Round tax\nStarted by: Claude Code"));
   around.repositories["/w"].lastCommit = "";

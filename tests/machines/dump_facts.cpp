@@ -1,5 +1,6 @@
 // Prints one check of the live machine for the machines' tables: a line "subject TAB fact TAB value" for each
-// fact. Subjects are pids, "app NAME", "card ID" and "system".
+// fact. Subjects are pids, "app NAME", "card ID" and "system". With "quit ID" it quits that application, with
+// "remedy ID" it carries out the first remedy of that card.
 #include <fmt/format.h>
 
 #include <cmath>
@@ -38,7 +39,8 @@ int main(int argc, char** argv) {
   tarnwick::RealOutside outside(self);
   tarnwick::Machine check(outside.parts(), tarnwick::PrTitles::never);
   const tarnwick::Snapshot snapshot = check.scan(tarnwick::Machine::checkSeconds);
-  if (argc == 3) return check.apply({tarnwick::QuitApp{argv[2]}}) ? 1 : 0;  // quit ID
+  if (argc == 3 && std::string_view(argv[1]) == "quit")
+    return check.apply({tarnwick::QuitApp{argv[2]}}) ? 1 : 0;
   tarnwick::Starters starters(snapshot);
   for (const auto& [pid, proc] : snapshot.procs) printProcess(proc, starters, snapshot.now);
   for (const auto& app : snapshot.apps) {
@@ -49,6 +51,8 @@ int main(int argc, char** argv) {
   for (const auto& card : check.findings(snapshot, {})) {
     fact("card " + card.id, "title", card.title);
     fact("card " + card.id, "detail", card.detail);
+    const bool remedy = argc == 3 && card.id == argv[2] && std::string_view(argv[1]) == "remedy";
+    if (remedy && check.apply(card.actions.at(0).fix)) return 1;
   }
   fact("system", "pressure", snapshot.pressure);
   fact("system", "cores", snapshot.cores);

@@ -54,8 +54,7 @@ TEST(Wording, SizesChangeUnitAndPrecisionAtTheirLimits) {
       {99 * gigabyte + gigabyte / 10 * 9, "99.9 GB"},
       {100 * gigabyte - 1, "100.0 GB"},
       {100 * gigabyte, "100 GB"},
-      {std::numeric_limits<std::uint64_t>::max(), "17179869184 GB"},
-  };
+      {std::numeric_limits<std::uint64_t>::max(), "17179869184 GB"}};
   for (const auto& [bytes, text] : cases) EXPECT_EQ(size(bytes), text) << bytes;
 }
 

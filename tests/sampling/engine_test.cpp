@@ -55,32 +55,32 @@ TEST(EngineReplies, EveryRecordedReplyMeansWhatItSays) {
 }
 
 TEST(EngineList, IdsAndNames) {
-  const auto one = [](const std::string& members) {
+  const std::pair<std::string, const char*> cases[] = {
+      {R"("Id":"0123456789abcdef")", "0123456789ab|0123456789ab"},
+      {R"("Id":"abc","Names":[])", "abc|abc"},
+      {R"("Id":"abc","Names":"/web")", "abc|abc"},
+      {R"("Id":"abc","Names":["/web","/other/alias"],"Status":7,"Image":null)", "abc|web"},
+      {R"("Id":"abc","Names":["//a/b//"])", "abc|a/b"},
+      {R"("Id":"abc","Names":["/"])", "abc|"},
+      {R"("Id":7)", "left out"},
+      {R"("Names":["/web"])", "left out"},
+      {"\"Id\":\"abc\",\"Names\":[\"/caf\xe9\"]", "abc|caf\xef\xbf\xbd"},
+      {R"("Id":"éééééééééééézz")", "éééééééééééé|éééééééééééé"}};
+  for (const auto& [members, expected] : cases) {
     const std::vector<Container> list = containersOf("[{" + members + "}]");
-    return list.size() == 1 ? list.front().id + "|" + list.front().name : "left out";
-  };
-  EXPECT_EQ(one(R"("Id":"0123456789abcdef")"), "0123456789ab|0123456789ab");
-  EXPECT_EQ(one(R"("Id":"abc","Names":[])"), "abc|abc");
-  EXPECT_EQ(one(R"("Id":"abc","Names":"/web")"), "abc|abc");
-  EXPECT_EQ(one(R"("Id":"abc","Names":["/web","/other/alias"])"), "abc|web");
-  EXPECT_EQ(one(R"("Id":"abc","Names":["//a/b//"])"), "abc|a/b");
-  EXPECT_EQ(one(R"("Id":"abc","Names":["/"])"), "abc|");
-  EXPECT_EQ(one(R"("Id":7)"), "left out");
-  EXPECT_EQ(one(R"("Names":["/web"])"), "left out");
-  EXPECT_EQ(one("\"Id\":\"abc\",\"Names\":[\"/caf\xe9\"]"), "abc|caf\xef\xbf\xbd");
-  EXPECT_EQ(one(R"("Id":"éééééééééééézz")"), "éééééééééééé|éééééééééééé");
+    EXPECT_EQ(list.size() == 1 ? list.front().id + "|" + list.front().name : "left out", expected) << members;
+  }
 }
 
 TEST(EngineList, WhatIsNoListOfObjectsIsEmpty) {
-  for (const std::string body :
-       {"", "null", "[1]", R"([{"Id":"a"},7])", R"([{"Id":"a"})", R"({"Id":"a"})", R"([{"Id":"\ud800"}])"})
-    EXPECT_THAT(containersOf(body), IsEmpty()) << body;
-  EXPECT_THAT(containersOf(std::string(1'000'000, '[')), IsEmpty());
-  EXPECT_THAT(names(R"([{"Names":["/no-id"]},{"Id":"b"},{"Id":"a","Status":7,"Image":null}])"),
-              ElementsAre("b", "a"));
+  for (const std::string& body :
+       Strings{"", "null", "[1]", R"([{"Id":"a"},7])", R"([{"Id":"a"})", R"({"Id":"a"})",
+               R"([{"Id":"\ud800"}])", std::string(1'000'000, '[')})
+    EXPECT_THAT(containersOf(body), IsEmpty()) << body.substr(0, 99);
+  EXPECT_THAT(names(R"([{"Names":["/no-id"]},{"Id":"b"},{"Id":"a"}])"), ElementsAre("b", "a"));
 }
 
-TEST(EngineStatistics, DroppableCacheIsTakenOff) {
+TEST(EngineStatistics, DroppableCacheIsTakenOffAndImpossibleNumbersCountAsZero) {
   const std::pair<std::string, std::uint64_t> cases[] = {
       {R"("usage":1000,"stats":{"inactive_file":999})", 1},
       {R"("usage":1000,"stats":{"inactive_file":1000})", 1000},
@@ -89,64 +89,42 @@ TEST(EngineStatistics, DroppableCacheIsTakenOff) {
       {R"("usage":1000,"stats":{"inactive_file":-5})", 1000},
       {R"("usage":1000)", 1000},
       {R"("stats":{"inactive_file":300})", 0},
-      {R"("usage":1152921504606846976)", 1'152'921'504'606'846'976},
-  };
+      {R"("usage":1152921504606846976)", 1'152'921'504'606'846'976}};
   for (const auto& [members, bytes] : cases)
     EXPECT_EQ(memoryOf(R"({"memory_stats":{)" + members + "}}"), bytes) << members;
-}
-
-TEST(EngineStatistics, ImpossibleNumbersCountAsZero) {
   for (const std::string number :
        {"1152921504606846977", "18446744073709551616", "1e400", "-1", "1.5", "\"1000\"", "null"})
     EXPECT_EQ(memoryOf(R"({"memory_stats":{"usage":)" + number + "}}"), 0U) << number;
-
-  for (const std::string body :
-       {"", "[]", "{}", R"({"memory_stats":[]})", R"({"memory_stats":{}})", "{\"memory_stats\""})
+  for (const char* body : {"", "[]", "{}", R"({"memory_stats":[]})", "{\"memory_stats\""})
     EXPECT_EQ(memoryOf(body), 0U) << body;
 }
 
 TEST(ContainerIds, OnlyPlainOnesMayStandInAPath) {
-  for (const std::string id : {"0123456789ab", "web", "A_b.c-9", "9"})
-    EXPECT_TRUE(isPlainContainerId(id)) << id;
+  for (const char* id : {"0123456789ab", "web", "A_b.c-9", "9"}) EXPECT_TRUE(isPlainContainerId(id)) << id;
   for (const std::string id :
        {"", "..", ".", "-rf", "_x", "a/b", "a b", "a?x=1", "a%2f", "a\r\nX: y", "caf\xc3\xa9", "a#"})
     EXPECT_FALSE(isPlainContainerId(id)) << id;
   EXPECT_FALSE(isPlainContainerId(std::string_view("a\0b", 3)));
 }
 
-const std::optional<std::string> absent;
-
-std::optional<std::string> body(const std::string& reply) {
-  const std::optional<std::string_view> found = successfulBody(reply);
-  return found ? std::optional<std::string>(*found) : absent;
-}
-
-TEST(HttpReply, StatusDecides) {
-  const std::vector<std::pair<std::string, std::optional<std::string>>> cases{
-      {"200 OK", "x"},      {"299 Odd", "x"},          {"304 Not Modified", "x"},
-      {"204", "x"},         {"199 Low", absent},       {"300 High", absent},
-      {"-200 OK", absent},  {" 200 OK", absent},  // two blanks in a row: the second word is empty
-      {"200.0 OK", absent}, {"4294967496 OK", absent}, {"", absent},
-  };
-  for (const auto& [status, expected] : cases)
-    EXPECT_EQ(body("HTTP/1.0 " + status + "\r\n\r\nx"), expected) << status;
-}
-
-TEST(HttpReply, BlankLineDividesOnce) {
-  EXPECT_EQ(body("HTTP/1.0 304 Not Modified\r\n\r\n"), "");
-  EXPECT_EQ(body("HTTP/1.0 200 OK\r\nA: b\r\n\r\none\r\n\r\ntwo"), "one\r\n\r\ntwo");
-  EXPECT_EQ(body("HTTP/1.0 200 OK\r\nServer: \xff\xfe caf\xe9\r\n\r\nx"), "x");
-  for (const std::string cut :
-       {"", "\r\n\r\n", "HTTP/1.0\r\n\r\nx", "HTTP/1.0 200 OK\r\nA: b\r\n\r", "HTTP/1.0 200 OK\n\nx"})
-    EXPECT_EQ(body(cut), absent) << cut;
-}
-
-TEST(HttpReply, HeadersAreBounded) {
-  const std::string start = "HTTP/1.0 200 OK\r\nX: ";
-  const std::size_t most = std::size_t{1} << 20U;
-  const std::string fits = start + std::string(most - start.size(), 'h');
-  EXPECT_EQ(body(fits + "\r\n\r\nx"), "x");
-  EXPECT_EQ(body(fits + "h\r\n\r\nx"), absent);
+TEST(HttpReply, ABodyStandsBehindTheBlankLineOfASuccess) {
+  const std::string most =
+      "HTTP/1.0 200 OK\r\nX: " + std::string((1U << 20U) - 20, 'h');  // all that headers may have
+  const std::pair<std::string, const char*> bodies[] = {
+      {"HTTP/1.0 304 Not Modified\r\n\r\n", ""},
+      {"HTTP/1.0 200 OK\r\nA: b\r\n\r\none\r\n\r\ntwo", "one\r\n\r\ntwo"},
+      {"HTTP/1.0 200 OK\r\nServer: \xff\xfe caf\xe9\r\n\r\nx", "x"},
+      {most + "\r\n\r\nx", "x"}};
+  for (const auto& [reply, body] : bodies) EXPECT_EQ(successfulBody(reply), body) << reply.substr(0, 99);
+  for (const std::string status : {"200 OK", "299 Odd", "204"})
+    EXPECT_EQ(successfulBody("HTTP/1.0 " + status + "\r\n\r\nx"), "x") << status;
+  // Two blanks in a row: the second word is empty.
+  for (const std::string status :
+       {"199 Low", "300 High", "-200 OK", " 200 OK", "200.0 OK", "4294967496 OK", ""})
+    EXPECT_EQ(successfulBody("HTTP/1.0 " + status + "\r\n\r\nx"), std::nullopt) << status;
+  for (const std::string& cut : Strings{"", "\r\n\r\n", "HTTP/1.0\r\n\r\nx", "HTTP/1.0 200 OK\r\nA: b\r\n\r",
+                                        "HTTP/1.0 200 OK\n\nx", most + "h\r\n\r\nx"})
+    EXPECT_EQ(successfulBody(cut), std::nullopt) << cut.substr(0, 99);
 }
 
 const std::string ok = "HTTP/1.0 200 OK\r\n\r\n";
@@ -171,30 +149,26 @@ void fill(FakeTransport& engine, int count) {
   engine.replies["GET /containers/json"] = ok + list + "]";
 }
 
-TEST_F(DockerTest, RequestsAreExact) {
+TEST_F(DockerTest, RequestsAreExactAndNeverEndless) {
   engine.replies["GET /containers/json"] = ok + R"([{"Id":"4711"}])";
   engine.replies["POST /containers/4711/stop"] = "HTTP/1.0 304 Not Modified\r\n\r\n";
   EXPECT_THAT(docker.dockerContainers(), SizeIs(1));
   EXPECT_TRUE(docker.stop("4711"));
+  for (const int limit : {0, -7}) EXPECT_EQ(docker.dockerAPI("GET", "/x", limit), std::nullopt);
   const std::string rest = " HTTP/1.0\r\nHost: docker\r\nContent-Length: 0\r\n\r\n";
-  const std::pair<const char*, double> expected[] = {
-      {"GET /containers/json", 3},
-      {"GET /containers/4711/stats?stream=false&one-shot=true", 3},
-      {"POST /containers/4711/stop", 15},
-  };
-  ASSERT_THAT(engine.asked(), SizeIs(3));
-  for (std::size_t i = 0; i < 3; ++i) {
+  const std::pair<std::string, double> expected[] = {{"GET /containers/json", 3},
+                                                     {statsLine("4711"), 3},
+                                                     {"POST /containers/4711/stop", 15},
+                                                     {"GET /x", 1},
+                                                     {"GET /x", 1}};
+  const auto asked = engine.asked();
+  ASSERT_THAT(asked, SizeIs(std::size(expected)));
+  for (std::size_t i = 0; i < asked.size(); ++i) {
     const auto& [line, silence] = expected[i];
-    const auto [socket, request, limits] = engine.asked()[i];
-    EXPECT_EQ(std::tie(request, limits.silence, limits.total, limits.replyBytes),
+    const ExchangeLimits& limits = asked[i].limits;
+    EXPECT_EQ(std::tie(asked[i].request, limits.silence, limits.total, limits.replyBytes),
               std::tuple(line + rest, silence, 2 * silence, 67'108'864U));
   }
-}
-
-TEST_F(DockerTest, TimeoutIsNeverEndless) {
-  EXPECT_EQ(docker.dockerAPI("GET", "/x", 0), std::nullopt);
-  EXPECT_EQ(docker.dockerAPI("GET", "/x", -7), std::nullopt);
-  for (const FakeTransport::Asked& asked : engine.asked()) EXPECT_EQ(asked.limits.silence, 1);
 }
 
 TEST_F(DockerTest, ContainersKeepTheEnginesOrderAndAreAskedAboutSideBySide) {
@@ -239,33 +213,25 @@ TEST_F(DockerTest, AnEngineThatStopsAnsweringIsAskedNoMore) {
 
 // Docker Desktop leaves its socket behind. The engine that was listed is the one that stops, even when the
 // other has come back.
-TEST_F(DockerTest, FirstPlaceThatAnswersIsAsked) {
+TEST_F(DockerTest, TheFirstPlaceThatAnswersIsAsked) {
+  engine.replies["GET /containers/json"] = ok + R"([{"Id":"c1"}])";
+  engine.replies["POST /containers/c1/stop"] = "HTTP/1.0 204 No Content\r\n\r\n";
+  const Docker four(engine, {"/none.sock", "/desktop.sock", "/rootless.sock", "/system.sock"});
+  const auto stoppedAt = [&] { return four.stop("c1") ? engine.asked().back().socket : "nowhere"; };
   engine.sockets = {"/desktop.sock", "/rootless.sock", "/system.sock"};
+  EXPECT_EQ(stoppedAt(), "/desktop.sock") << "the first with a socket";
   engine.silent = {"/desktop.sock"};
-  engine.replies["GET /containers/json"] = "HTTP/1.0 200 OK\r\n\r\n[{\"Id\":\"c1\",\"Names\":[\"/web\"]}]";
-  engine.replies["POST /containers/c1/stop"] = "HTTP/1.0 204 No Content\r\n\r\n";
-  const Docker three(engine, {"/desktop.sock", "/rootless.sock", "/system.sock"});
-  EXPECT_THAT(three.dockerContainers(), SizeIs(1));
+  EXPECT_THAT(four.dockerContainers(), SizeIs(1));
   engine.silent.clear();
-  EXPECT_TRUE(three.stop("c1"));
-  EXPECT_EQ(engine.asked().back().socket, "/rootless.sock");
-  EXPECT_THAT(three.dockerContainers(), SizeIs(1));
-  EXPECT_TRUE(three.stop("c1"));
-  EXPECT_EQ(engine.asked().back().socket, "/desktop.sock");
-}
-
-TEST_F(DockerTest, FirstPlaceWithASocketIsAsked) {
-  engine.sockets = {"/second.sock", "/third.sock"};
-  engine.replies["POST /containers/c1/stop"] = "HTTP/1.0 204 No Content\r\n\r\n";
-  const Docker three(engine, {"/first.sock", "/second.sock", "/third.sock"});
-  EXPECT_TRUE(three.present());
-  EXPECT_TRUE(three.stop("c1"));
-  EXPECT_EQ(engine.asked().back().socket, "/second.sock");
+  EXPECT_EQ(stoppedAt(), "/rootless.sock");
+  EXPECT_THAT(four.dockerContainers(), SizeIs(1));
+  EXPECT_EQ(stoppedAt(), "/desktop.sock");
+  EXPECT_TRUE(four.present());
   engine.sockets.clear();
-  EXPECT_FALSE(three.present());
-  EXPECT_FALSE(three.stop("c1"));
-  EXPECT_THAT(three.dockerContainers(), IsEmpty());
-  EXPECT_THAT(engine.asked(), SizeIs(1));
+  const std::size_t before = engine.asked().size();
+  EXPECT_FALSE(four.present() || four.stop("c1"));
+  EXPECT_THAT(four.dockerContainers(), IsEmpty());
+  EXPECT_THAT(engine.asked(), SizeIs(before));
 }
 
 }  // namespace

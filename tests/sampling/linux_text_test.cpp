@@ -1,6 +1,7 @@
 #include "sampling/decode/app_unit.h"
 #include "sampling/decode/arguments.h"
 #include "sampling/decode/disk_space.h"
+#include "sampling/decode/launch_command.h"
 #include "sampling/decode/listeners.h"
 #include "sampling/decode/memory_info.h"
 #include "sampling/decode/pressure.h"
@@ -18,7 +19,7 @@ using namespace std::string_view_literals;
 const std::string statTail =
     " S 41 5 6 34816 -1 4194304 19 0 0 0 17 4 0 0 20 0 1 0 130749 2400256 114 18446744073709551615";
 
-TEST(ProcStatTest, NameEndsAtTheLastBracket) {
+TEST(ProcTextTest, NameEndsAtTheLastBracket) {
   const std::pair<std::string, std::string> names[] = {
       {"a) b", "a) b"}, {"x) S 1 1 (y", "x) S 1 1 (y"}, {"((sd-pam))", "((sd-pam))"},
       {"", ""},         {"\xFF)", "\xEF\xBF\xBD)"},
@@ -39,42 +40,34 @@ TEST(ProcStatTest, NameEndsAtTheLastBracket) {
   EXPECT_FALSE(procStat(ended + "2 0 5 0 0").value().zombie()) << "only its first thread has ended";
 }
 
-TEST(ProcStatTest, GarbageIsAbsent) {
+TEST(ProcTextTest, GarbageIsAbsent) {
   const std::string good = "1 (a)" + statTail;
   ASSERT_TRUE(procStat(good));
-  const auto with = [&](const std::string& from, const std::string& to) {
-    std::string bad = good;
-    return bad.replace(bad.find(from), from.size(), to);
-  };
-  const std::tuple<const char*, const char*> broken[] = {{"41", "-41"},
-                                                         {"41", "99999999999"},
-                                                         {"4194304", "-1"},
-                                                         {"17", "18446744073709551616"},
-                                                         {" S ", " SS "}};
-  for (const auto& [from, to] : broken) EXPECT_FALSE(procStat(with(from, to))) << to;
-  for (const std::string& cut : {std::string(), std::string(")("), std::string("1 (a"),
-                                 std::string("1 (a) S 1"), good.substr(0, good.find(" 130749"))})
+  const std::pair<std::string, const char*> broken[] = {{"41", "-41"},
+                                                        {"41", "99999999999"},
+                                                        {"4194304", "-1"},
+                                                        {"17", "18446744073709551616"},
+                                                        {" S ", " SS "}};
+  for (const auto& [from, to] : broken)
+    EXPECT_FALSE(procStat(std::string(good).replace(good.find(from), from.size(), to))) << to;
+  for (const std::string& cut : Strings{"", ")(", "1 (a", "1 (a) S 1", good.substr(0, good.find(" 130749"))})
     EXPECT_FALSE(procStat(cut)) << cut;
 }
 
-TEST(ProcPagesTest, ResidentAndShared) {
+TEST(ProcTextTest, MemoryOfOneProcess) {
   const ProcPages pages = procPages("586 264 238 8 0 44 0\n").value();
   EXPECT_EQ(std::tuple(pages.resident, pages.shared), std::tuple(264U, 238U));
   for (const auto bad : {"", "1 2", "1 -2 3", "1 2 x", "1 18446744073709551616 3"})
     EXPECT_FALSE(procPages(bad)) << bad;
-}
-
-TEST(KilobyteFieldTest, WholeNamesAtLineStarts) {
   const auto text =
-      "Name:\tVmSwap: 7 kB\nRssAnonX:\t1 kB\nRssAnon:\t     132 kB\nVmSwap:\t0 kB\nHuge:\t"
-      "18446744073709551615 kB\nBare:\t5\nLess:\t-1 kB"sv;
+      "Name:\tVmSwap: 7 kB\nRssAnonX:\t1 kB\nRssAnon:\t     132 kB\nVmSwap:\t0 kB\nHuge:\t18446744073709551615 kB\nBare:\t5\nLess:\t-1 kB"sv;
   EXPECT_EQ(kilobyteField(text, "RssAnon"), 132U * 1024);
   EXPECT_EQ(kilobyteField(text, "VmSwap"), 0U);
   for (const auto absent : {"Rss", "Huge", "Bare", "Less", "VmRSS"})
     EXPECT_EQ(kilobyteField(text, absent), std::nullopt) << absent;
 }
 
-TEST(BootTimeTest, FoundAmongTheCounters) {
+TEST(ProcTextTest, BootTimeAndNewestPid) {
   EXPECT_EQ(bootTime("cpu  1 2 3\nintr 5 btime 9\nbtime 1700000000\nprocesses 4\n"), 1'700'000'000);
   for (const auto none :
        {"cpu 1\n", "btime soon\n", "btime 0\n", "btime 5 6\n", "btime 99999999999999999999\n"})
@@ -84,15 +77,16 @@ TEST(BootTimeTest, FoundAmongTheCounters) {
     EXPECT_EQ(newestPid(text), std::nullopt) << text;
 }
 
-TEST(ProcArgumentsTest, SplitAtZeroBytes) {
-  EXPECT_THAT(procArguments("node\0last"sv), ElementsAre("node", "last"));
-  EXPECT_THAT(procArguments("a\0\0b\0\0"sv), ElementsAre("a", "", "b", ""));
-  EXPECT_THAT(procArguments("\0"sv), ElementsAre(""));
-  EXPECT_THAT(procArguments("a\xC3(\0"sv), ElementsAre("a\xEF\xBF\xBD("));
-  EXPECT_THAT(procArguments(""), IsEmpty());
+TEST(ProcTextTest, ArgumentsAreSplitAtZeroBytes) {
+  const std::pair<std::string_view, Strings> cases[] = {{"node\0last"sv, {"node", "last"}},
+                                                        {"a\0\0b\0\0"sv, {"a", "", "b", ""}},
+                                                        {"\0"sv, {""}},
+                                                        {"a\xC3(\0"sv, {"a\xEF\xBF\xBD("}},
+                                                        {"", {}}};
+  for (const auto& [bytes, arguments] : cases) EXPECT_EQ(procArguments(bytes), arguments);
 }
 
-TEST(ProcLinkTest, PathsAndSockets) {
+TEST(ProcTextTest, LinksArePathsAndSockets) {
   EXPECT_EQ(procLinkPath("/opt/tool (deleted)"), "/opt/tool");
   EXPECT_EQ(procLinkPath("/opt/a (deleted) b"), "/opt/a (deleted) b");
   EXPECT_EQ(socketInode("socket:[4711]"), 4711U);
@@ -123,8 +117,8 @@ TEST(MachineText, TicksOfTheSumLine) {
       {"cpu  18446744073709551615 1 0 0\n", 0, 0},  // the sum overflows
       {"", 0, 0}};
   for (const auto& [stat, busy, total] : cases) {
-    EXPECT_EQ(cpuTicksFromStat(stat).busy, busy) << stat;
-    EXPECT_EQ(cpuTicksFromStat(stat).total, total) << stat;
+    const CpuTicks ticks = cpuTicksFromStat(stat);
+    EXPECT_EQ(std::tie(ticks.busy, ticks.total), std::tie(busy, total)) << stat;
   }
 }
 
@@ -132,12 +126,11 @@ TEST(MachineText, MemoryInfoInBytes) {
   const MemoryInfo memory = memoryInfo(
       "MemTotal:       16316412 kB\nMemFree: 1 kB\nMemAvailable: 5\n"
       "SwapTotal:      18014398509481983 kB\nSwapFree:       18014398509481984 kB\n");
-  EXPECT_EQ(memory.total, 16316412ULL * 1024);
-  EXPECT_EQ(memory.available, std::nullopt);
-  EXPECT_EQ(memory.swapTotal, 18446744073709550592ULL);  // the most kilobytes that fit
-  EXPECT_EQ(memory.swapFree, std::nullopt);
-  EXPECT_EQ(swapUsed({.total = {}, .available = {}, .swapTotal = 10, .swapFree = 4}), 6U);
-  EXPECT_EQ(swapUsed({.total = {}, .available = {}, .swapTotal = 4, .swapFree = 10}), 0U);
+  const std::uint64_t most = 18446744073709550592ULL;  // in kilobytes that fit
+  EXPECT_EQ(std::tie(memory.total, memory.available, memory.swapTotal, memory.swapFree),
+            std::tuple(16316412ULL * 1024, std::nullopt, most, std::nullopt));
+  EXPECT_EQ(swapUsed({{}, {}, 10, 4}), 6U);
+  EXPECT_EQ(swapUsed({{}, {}, 4, 10}), 0U);
 }
 
 TEST(MachineText, PressureFromStalls) {
@@ -157,28 +150,22 @@ TEST(MachineText, PressureFromAvailableMemory) {
   const std::tuple<Bytes, Bytes, std::optional<int>> cases[] = {
       {1000, 0, 4},    {1000, 49, 4}, {1000, 50, 2},    {1000, 99, 2},      {1000, 100, 1},
       {1000, 2000, 1}, {0, 0, {}},    {Bytes(), 5, {}}, {1000, Bytes(), {}}};
-  for (const auto& [total, available, level] : cases) {
-    const MemoryInfo memory = {.total = total, .available = available, .swapTotal = {}, .swapFree = {}};
-    EXPECT_EQ(pressureFromAvailable(memory), level) << available.value_or(0);
-  }
-}
-
-ThermalZone zone(Temperature temperature, Temperature passive, Temperature critical) {
-  return {.temperature = temperature, .passive = passive, .critical = critical};
+  for (const auto& [total, available, level] : cases)
+    EXPECT_EQ(pressureFromAvailable({total, available, {}, {}}), level) << available.value_or(0);
 }
 
 TEST(MachineText, ThermalStateOfTheZoneThatIsWorstOff) {
   const std::tuple<const char*, std::vector<ThermalZone>, ThermalState> cases[] = {
-      {"more than 5 degrees below", {zone(89'999, 95'000, 105'000)}, ThermalState::nominal},
-      {"5 degrees below", {zone(90'000, 95'000, 105'000)}, ThermalState::fair},
-      {"at passive", {zone(95'000, 95'000, 105'000)}, ThermalState::serious},
-      {"at critical", {zone(105'000, 95'000, 105'000)}, ThermalState::critical},
-      {"critical alone", {zone(104'999, {}, 105'000)}, ThermalState::nominal},
-      {"own trip points", {zone(60'000, 95'000, {}), zone(50'000, 45'000, {})}, ThermalState::serious},
-      {"order does not matter", {zone(50'000, 45'000, {}), zone(60'000, 61'000, {})}, ThermalState::serious},
-      {"equally hot", {zone(60'000, 60'000, {}), zone(60'000, 95'000, {})}, ThermalState::serious},
-      {"hotter without trip points", {zone(99'000, {}, {}), zone(60'000, 60'000, {})}, ThermalState::serious},
-      {"no temperature", {zone({}, 1, 1), zone(0, 1, 1), zone(-5000, 1, 1)}, ThermalState::nominal}};
+      {"more than 5 degrees below", {{89'999, 95'000, 105'000}}, ThermalState::nominal},
+      {"5 degrees below", {{90'000, 95'000, 105'000}}, ThermalState::fair},
+      {"at passive", {{95'000, 95'000, 105'000}}, ThermalState::serious},
+      {"at critical", {{105'000, 95'000, 105'000}}, ThermalState::critical},
+      {"critical alone", {{104'999, {}, 105'000}}, ThermalState::nominal},
+      {"own trip points", {{60'000, 95'000, {}}, {50'000, 45'000, {}}}, ThermalState::serious},
+      {"order does not matter", {{50'000, 45'000, {}}, {60'000, 61'000, {}}}, ThermalState::serious},
+      {"equally hot", {{60'000, 60'000, {}}, {60'000, 95'000, {}}}, ThermalState::serious},
+      {"hotter without trip points", {{99'000, {}, {}}, {60'000, 60'000, {}}}, ThermalState::serious},
+      {"no temperature", {{{}, 1, 1}, {0, 1, 1}, {-5000, 1, 1}}, ThermalState::nominal}};
   for (const auto& [about, zones, state] : cases) EXPECT_EQ(thermalState(zones), state) << about;
 }
 
@@ -204,43 +191,77 @@ TEST(MachineText, DiskSpaceThatDoesNotFitIsUnknown) {
 }
 
 TEST(ApplicationIDTest, FollowsTheFormOfUnitNames) {
-  const std::pair<std::string, std::optional<std::string>> cases[] = {
-      {"app-firefox.service", "firefox"},
-      {"app-org.kde.kate@3f2a.service", "org.kde.kate"},
-      {"app-gnome-org.gnome.Nautilus@1-2.service", "org.gnome.Nautilus"},
-      {"app-gnome\\x2dkeyring\\x2dssh@autostart.service", "gnome-keyring-ssh"},
-      {"app-my\\x2dlauncher-code\\x2doss-99.scope", "code-oss"},
-      {"app-caf\\xc3\\xa9-1.scope", "caf\xC3\xA9"},
-      {"app-a\\xff-1.scope", "a\xEF\xBF\xBD"},
-      {"app-4021.scope", std::nullopt},
-      {"app-a\\-1.scope", std::nullopt},
-      {"app-..\\x2fetc-1.scope", std::nullopt},
-      {"app-a-b-c-d.scope", std::nullopt},
-      {"app-firefox-4021.slice", std::nullopt},
-      {"app-a\\x2g-1.scope", std::nullopt},
-      {"app-..-1.scope", std::nullopt},
-      {"app-.service", std::nullopt},
-      {"app-a\\x00b-1.scope", std::nullopt},
-      {"", std::nullopt},
-  };
-  for (const auto& [unit, id] : cases) EXPECT_EQ(applicationID(unit), id) << unit;
+  std::istringstream cases(R"(
+      app-firefox.service                               firefox
+      app-org.kde.kate@3f2a.service                     org.kde.kate
+      app-gnome-org.gnome.Nautilus@1-2.service          org.gnome.Nautilus
+      app-gnome\x2dkeyring\x2dssh@autostart.service     gnome-keyring-ssh
+      app-my\x2dlauncher-code\x2doss-99.scope           code-oss
+      app-caf\xc3\xa9-1.scope                           café
+      app-a\xff-1.scope                                 a�)");
+  for (std::string unit, id; cases >> unit >> id;) EXPECT_EQ(applicationID(unit), id) << unit;
+  for (const char* none : {"app-4021.scope", R"(app-a\-1.scope)", R"(app-..\x2fetc-1.scope)",
+                           "app-a-b-c-d.scope", "app-firefox-4021.slice", R"(app-a\x2g-1.scope)",
+                           "app-..-1.scope", "app-.service", R"(app-a\x00b-1.scope)", ""})
+    EXPECT_EQ(applicationID(none), std::nullopt) << none;
 }
 
 TEST(AppUnitFolderTest, EndsWithTheUnitBelowTheApplicationSlice) {
   const std::string manager = "/user.slice/user-1000.slice/user@1000.service";
-  const std::pair<std::string, std::optional<std::string>> cases[] = {
-      {"0::" + manager + "/app.slice/app-firefox-1.scope\n", manager + "/app.slice/app-firefox-1.scope"},
-      {"9:name=systemd:" + manager + "/app.slice/app-firefox-1.scope\n0::/\n",
-       manager + "/app.slice/app-firefox-1.scope"},
-      {"12:cpu:/\n0::" + manager + "/app.slice/app-code.slice/app-code-7.scope/inner",
-       manager + "/app.slice/app-code.slice/app-code-7.scope"},
-      {"0::" + manager + "/app.slice/app-code.slice/vte-spawn-1.scope", std::nullopt},
-      {"0::" + manager + "/session.slice/app-shell-1.scope", std::nullopt},
-      {"0::/system.slice/app.slice/app-firefox-1.scope", std::nullopt},
-      {"5:cpu:" + manager + "/app.slice/app-firefox-1.scope", std::nullopt},
-      {"", std::nullopt},
+  const std::string firefox = manager + "/app.slice/app-firefox-1.scope";
+  const std::string code = manager + "/app.slice/app-code.slice/app-code-7.scope";
+  EXPECT_EQ(appUnitFolder("0::" + firefox + "\n"), firefox);
+  EXPECT_EQ(appUnitFolder("9:name=systemd:" + firefox + "\n0::/\n"), firefox);
+  EXPECT_EQ(appUnitFolder("12:cpu:/\n0::" + code + "/inner"), code);
+  for (const std::string& none :
+       {"0::" + manager + "/app.slice/app-code.slice/vte-spawn-1.scope",
+        "0::" + manager + "/session.slice/app-shell-1.scope", "5:cpu:" + firefox,
+        std::string("0::/system.slice/app.slice/app-firefox-1.scope"), std::string()})
+    EXPECT_EQ(appUnitFolder(none), std::nullopt) << none;
+}
+
+TEST(LaunchOf, LooksThroughLaunchers) {
+  const std::pair<std::string, Launch> cases[] = {
+      {"editor %F", {.program = "editor"}},
+      {R"("/opt/An App/run" --url %u "a \"b\"")", {.program = "/opt/An App/run"}},
+      {"env -u X LANG=C GDK_BACKEND=x11 /usr/bin/app %U", {.program = "/usr/bin/app"}},
+      {"env BAMF_HINT=/a/b.desktop /snap/bin/firefox %u", {.snap = "firefox"}},
+      {"/snap/bin/office.writer", {.snap = "office"}},
+      {"snap run --trace code", {.snap = "code"}},
+      {"/usr/bin/flatpak run --branch=stable --command=x org.demo.App @@u %u @@",
+       {.flatpak = "org.demo.App"}},
+      {"sh -c \"exec nice -n 5 'my app' %f\"", {.program = "my app"}},
+      {"/bin/sh /opt/app/run.sh", {.program = "/opt/app/run.sh"}},
+      {"cautious-launcher %f java -jar %f", {.program = "java"}},
+      {"env", {}},
+      {"", {}},
+      {"\"", {.program = ""}},
+      {"env env env env env env env env env app", {}},
   };
-  for (const auto& [text, unit] : cases) EXPECT_EQ(appUnitFolder(text), unit) << text;
+  for (const auto& [command, launch] : cases) EXPECT_EQ(launchOf(commandWords(command)), launch) << command;
+}
+
+TEST(SharedRuntime, VersionsFollow) {
+  for (const char* name : {"python3.11", "java", "electron28", "wine64", "node", "bash", "perl5.36.0"})
+    EXPECT_TRUE(isSharedRuntime(name)) << name;
+  for (const char* name : {"javac-ide", "nodepad", "pythonista", "7", "", "code"})
+    EXPECT_FALSE(isSharedRuntime(name)) << name;
+}
+
+TEST(ProgramsOfScript, FillsInWhatTheScriptSaysOfItself) {
+  const std::pair<std::string, std::vector<std::string>> cases[] = {
+      {"exec /usr/lib/a/a \"$@\"", {"/usr/lib/a/a"}},
+      {"LIB=/usr/lib/a\nexport NAME='b c'\nexec -a \"$0\" \"$LIB/${NAME}\" \"$@\"", {"/usr/lib/a/b c"}},
+      {"HERE=\"`dirname \"$(readlink -f \"$0\")\"`\"\n\"$HERE/run\" \"$@\" &", {"/opt/app/bin/run"}},
+      {"TOP=$(cd \"$(dirname \"$0\")/..\" && pwd)\nFOO=1 exec $TOP/run $@", {"/opt/app/bin/../run"}},
+      {"X=/a\nX=`uname`\nexec $X/run\nexec run \"$@\"", {"run"}},  // what it does not know it leaves out
+      {"# exec no\necho hello\nexec \"$@\"\nexec\nexec $\nexec ${A", {}},
+  };
+  for (const auto& [text, programs] : cases)
+    EXPECT_EQ(programsOfScript(text, "/opt/app/bin/start"), programs) << text;
+  for (const std::string& hostile : Strings{"$(", "`", "exec \"$(\"", "A=$(((((", "exec '", "exec \\",
+                                            "\xFF=\xFF\n", "${", "exec " + std::string(50'000, '(')})
+    EXPECT_TRUE(programsOfScript(hostile, "/x").size() < 2) << hostile.substr(0, 99);
 }
 
 }  // namespace

@@ -1,9 +1,11 @@
-// A machine whose every answer is a field. As made, it answers everything and nothing neutrally.
+// A machine whose every answer is a field. As made, it answers everything and nothing neutrally. And a
+// session whose running applications are a field.
 #pragma once
 
 #include <deque>
 
 #include "sampling/machine_source.h"
+#include "sampling/workspace.h"
 
 namespace tarnwick {
 
@@ -41,6 +43,12 @@ struct FakeMachineSource : MachineSource {
     ++importantAsked;
     return importantAnswer;
   }
+};
+
+struct FakeWorkspace : Workspace {
+  std::vector<RunningApp> apps;
+
+  std::vector<RunningApp> runningApps() override { return apps; }
 };
 
 }  // namespace tarnwick

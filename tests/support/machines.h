@@ -1,6 +1,8 @@
 // Small invented machines for tests of rules.
 #pragma once
 
+#include <iterator>
+
 #include "diagnosis/detect.h"
 #include "tests/support/fake_surroundings.h"
 #include "tests/support/testing.h"
@@ -22,6 +24,18 @@ inline Proc& add(Snapshot& snapshot, Pid pid, Pid ppid, std::vector<std::string>
   proc.started = snapshot.now - Seconds{age};
   if (!proc.args.empty()) proc.path = "/usr/bin/" + std::string(proc.name());
   return snapshot.procs[pid] = std::move(proc);
+}
+
+// Adds processes from a text, each as "PID PARENT WORD..."; commas part them.
+inline void addAll(Snapshot& snapshot, const std::string& text) {
+  std::istringstream all(text);
+  for (std::string one; std::getline(all, one, ',');) {
+    std::istringstream words(one);
+    Pid pid = 0;
+    Pid parent = 0;
+    words >> pid >> parent;
+    add(snapshot, pid, parent, {std::istream_iterator<std::string>(words), {}});
+  }
 }
 
 // Adds a process of an application.

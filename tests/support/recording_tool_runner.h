@@ -21,13 +21,10 @@ struct RecordingToolRunner : ToolRunner {
   }
 
  private:
-  class Prepared : public RunningTool {
-   public:
-    explicit Prepared(ToolResult result) : result_(std::move(result)) {}
-    ToolResult result() override { return result_; }
-
-   private:
-    ToolResult result_;
+  struct Prepared : RunningTool {
+    explicit Prepared(ToolResult result) : prepared(std::move(result)) {}
+    ToolResult result() override { return prepared; }
+    ToolResult prepared;
   };
 };
 

@@ -46,6 +46,9 @@ using testing::SizeIs;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
+using Strings = std::vector<std::string>;
+using Text = std::optional<std::string>;
+
 // A folder of its own for one test, removed with everything in it at the end.
 class TempFolder {
  public:

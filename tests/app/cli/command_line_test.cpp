@@ -1,30 +1,25 @@
 #include "app/cli/command_line.h"
 
+#include "app/cli/terminal_text.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {
 namespace {
 
 TEST(CommandLine, TheFirstModeInTheFixedOrderWins) {
-  const std::pair<std::vector<std::string>, Mode> cases[] = {
-      {{}, Mode::application},
-      {{"--print", "--bench", "--demo", "--selftest"}, Mode::selfTest},
-      {{"--demo", "--explain", "text"}, Mode::explain},
-      {{"--bench", "--demo"}, Mode::demo},
-      {{"--print", "--bench"}, Mode::bench},
-      {{"--snapshot", "x.png", "--help"}, Mode::snapshot},
-      {{"--snapshot"}, Mode::application},
-      {{"--snapshot", "x.png", "--print"}, Mode::print},
-      {{"--version", "--snapshot"}, Mode::version},
-      {{"--version", "--help"}, Mode::help},
-      {{"--PRINT"}, Mode::application},
-      {{"-h", "-V"}, Mode::help},
-      {{"-V", "--demo"}, Mode::demo},
-      {{"-V", "--scenario"}, Mode::version},
-      {{"-hV"}, Mode::application},
-  };
-  for (const auto& [words, mode] : cases)
-    EXPECT_EQ(parseCommandLine(words).mode, mode) << testing::PrintToString(words);
+  const std::pair<Mode, std::vector<Strings>> cases[] = {
+      {Mode::application, {{}, {"--snapshot"}, {"--PRINT"}, {"-hV"}}},
+      {Mode::selfTest, {{"--print", "--bench", "--demo", "--selftest"}}},
+      {Mode::explain, {{"--demo", "--explain", "text"}}},
+      {Mode::demo, {{"--bench", "--demo"}, {"-V", "--demo"}}},
+      {Mode::bench, {{"--print", "--bench"}}},
+      {Mode::print, {{"--snapshot", "x.png", "--print"}}},
+      {Mode::snapshot, {{"--snapshot", "x.png", "--help"}}},
+      {Mode::help, {{"--version", "--help"}, {"-h", "-V"}}},
+      {Mode::version, {{"--version", "--snapshot"}, {"-V", "--scenario"}}}};
+  for (const auto& [mode, lines] : cases)
+    for (const Strings& words : lines)
+      EXPECT_EQ(parseCommandLine(words).mode, mode) << testing::PrintToString(words);
 }
 
 TEST(CommandLine, ValuesAreTheVeryNextWordOfTheFirstOccurrence) {
@@ -41,8 +36,7 @@ TEST(CommandLine, ValuesAreTheVeryNextWordOfTheFirstOccurrence) {
 }
 
 TEST(CommandLine, NamesTheWordsThatAreNeitherOptionNorValue) {
-  using Words = std::vector<std::string>;
-  const std::pair<Words, Words> cases[] = {
+  const std::pair<Strings, Strings> cases[] = {
       {{"--demo", "--jsn", "foo", ""}, {"--jsn", "foo", ""}},
       {{"--print", "--Ai", "-ai", "--print=yes", "-hV", "-"}, {"--Ai", "-ai", "--print=yes", "-hV", "-"}},
       {{"--scenario", "foo", "bar"}, {"bar"}},
@@ -55,6 +49,25 @@ TEST(CommandLine, NamesTheWordsThatAreNeitherOptionNorValue) {
   };
   for (const auto& [words, unknown] : cases)
     EXPECT_EQ(parseCommandLine(words).unknown, unknown) << testing::PrintToString(words);
+}
+
+TEST(TerminalText, WhatControlsATerminalIsMadeVisible) {
+  const std::tuple<const char*, std::string, const char*> cases[] = {
+      {"plain text and line feeds stay", "a\nb “ü” 😀\n", "a\nb “ü” 😀\n"},
+      {"an escape sequence", "\x1B[2Jx", "␛[2Jx"},
+      {"tab, return, bell, backspace", "\t\r\a\b", "␉␍␇␈"},
+      {"zero and delete", std::string("\0\x7F", 2), "␀␡"},
+      {"the 8-bit control sequence introducer", "a\u009B31m", "a<U+009B>31m"},
+      {"direction marks", "\u061C\u200E\u200F", "<U+061C><U+200E><U+200F>"},
+      {"embeddings and overrides", "\u202A\u202B\u202C\u202D\u202E",
+       "<U+202A><U+202B><U+202C><U+202D><U+202E>"},
+      {"isolates", "\u2066\u2067\u2068\u2069", "<U+2066><U+2067><U+2068><U+2069>"},
+      {"line and paragraph separator", "a\u2028\u2029b", "a<U+2028><U+2029>b"},
+      {"neighbours of the ranges stay", "\u00A0\u061B\u061D\u200D\u2010\u2027\u202F\u2065\u206A ~",
+       "\u00A0\u061B\u061D\u200D\u2010\u2027\u202F\u2065\u206A ~"},
+      {"invalid bytes", "a\x9B\xFFz", "a\uFFFD\uFFFDz"},
+  };
+  for (const auto& [what, text, harmless] : cases) EXPECT_EQ(harmlessForTerminal(text), harmless) << what;
 }
 
 }  // namespace

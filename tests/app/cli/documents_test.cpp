@@ -38,15 +38,12 @@ TEST(Documents, SayEveryOptionOnceWithItsDescription) {
   for (const Option& option : options()) {
     const std::string word(option.word);
     const std::string shortForm(option.shortForm);
-    const std::string what = fullDescription(option);
-    const std::string row = word + std::string(valueName(option.value).empty() ? "" : " ") +
-                            std::string(valueName(option.value)) + " " + what;
-    EXPECT_THAT(onOneLine(helpText()), HasSubstr(row));
+    const std::string value(valueName(option.value));
+    EXPECT_THAT(onOneLine(helpText()),
+                HasSubstr(word + (value.empty() ? " " : " " + value + " ") + fullDescription(option)));
     EXPECT_THAT(onOneLine(manual), HasSubstr(" " + inManual(option) + ". ")) << word;
-    EXPECT_EQ(timesWhole(manual, "\n\\fB" + std::regex_replace(word, std::regex("-"), "\\-") + "\\fR") +
-                  timesWhole(manual, ", \\fB" + std::regex_replace(word, std::regex("-"), "\\-") + "\\fR"),
-              1)
-        << word;
+    const std::string bold = "\\fB" + std::regex_replace(word, std::regex("-"), "\\-") + "\\fR";
+    EXPECT_EQ(timesWhole(manual, "\n" + bold) + timesWhole(manual, ", " + bold), 1) << word;
     EXPECT_GE(timesWhole(bash.substr(bash.rfind("compgen")), word), 1) << word;
     EXPECT_THAT(zshCompletion(),
                 HasSubstr(shortForm.empty() ? "'" + word + "[" : "{" + shortForm + "," + word + "}"));
@@ -60,7 +57,7 @@ TEST(Documents, SayEveryOptionOnceWithItsDescription) {
   }
 }
 
-TEST(Documents, OfferTheValuesThatTheProgramTakes) {
+TEST(Documents, OfferTheValuesThatTheProgramTakesAndEscapeWhatAShellWouldRead) {
   const Self self{.home = "/home/ada"};
   for (const std::string_view name : optionOf("--scenario")->choices)
     EXPECT_TRUE(demoSnapshot(Timestamp{}, std::string(name), self)) << name;
@@ -69,6 +66,11 @@ TEST(Documents, OfferTheValuesThatTheProgramTakes) {
   EXPECT_THAT(zshCompletion(),
               HasSubstr("invented machine: memory, calm or developer]:name:(memory calm developer)'"));
   EXPECT_THAT(fishCompletion(), HasSubstr(" -l scenario -x -a 'memory calm developer' "));
+  // The one description with an apostrophe ends no quotes.
+  EXPECT_THAT(zshCompletion(),
+              HasSubstr("'--ai[with --print: add the on-device language model'\\''s guesses "));
+  EXPECT_THAT(fishCompletion(),
+              HasSubstr(" -d 'with --print: add the on-device language model\\'s guesses "));
 }
 
 TEST(Documents, KeepToTheirMargin) {
@@ -77,14 +79,6 @@ TEST(Documents, KeepToTheirMargin) {
   EXPECT_THAT(helpText(),
               HasSubstr("\n      --exercise       with the application: open and close the panel on a timed\n"
                         "                       script\n"));
-}
-
-TEST(Documents, EscapeWhatAShellWouldRead) {
-  // The one description with an apostrophe ends no quotes.
-  EXPECT_THAT(zshCompletion(),
-              HasSubstr("'--ai[with --print: add the on-device language model'\\''s guesses "));
-  EXPECT_THAT(fishCompletion(),
-              HasSubstr(" -d 'with --print: add the on-device language model\\'s guesses "));
 }
 
 }  // namespace

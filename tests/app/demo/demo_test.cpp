@@ -74,19 +74,18 @@ TEST(SelfTest, NamesBothTextsOfTheFirstDifference) {
     return firstMismatch(diagnoses, reader).value_or("no mismatch");
   };
   using Findings = std::vector<ExpectedFinding>;
-  EXPECT_EQ(
-      mismatch([](ExpectedDiagnosis& d, Findings&) { d.headline = "Fine."; }),
-      "selftest: the headline of the memory demo is “Your Mac is short on memory.” but must be “Fine.”");
-  EXPECT_EQ(
-      mismatch([](ExpectedDiagnosis&, Findings& f) { f[1].summary = "Broken."; }),
-      "selftest: a summary of the memory demo is “Dropbox, Zoom, and 5 more open when you log in.” but must be “Broken.”");
-  EXPECT_EQ(
-      mismatch([](ExpectedDiagnosis&, Findings& f) { f.back().commands = "kill -KILL 30"; }),
-      "selftest: the list of fix commands of the memory demo is “kill -TERM 30” but must be “kill -KILL 30”");
-  EXPECT_EQ(mismatch([](ExpectedDiagnosis& d, Findings&) { d.findings = d.findings.first(5); }),
-            "selftest: the id of a finding of the memory demo is “caffeinate:30” but must be “”");
-  EXPECT_EQ(mismatch([](ExpectedDiagnosis& d, Findings&) { d.scenario = "none"; }),
-            "selftest: there is no none demo");
+  const std::pair<std::function<void(ExpectedDiagnosis&, Findings&)>, const char*> cases[] = {
+      {[](auto& d, auto&) { d.headline = "Fine."; },
+       "the headline of the memory demo is “Your Mac is short on memory.” but must be “Fine.”"},
+      {[](auto&, auto& f) { f[1].summary = "Broken."; },
+       "a summary of the memory demo is “Dropbox, Zoom, and 5 more open when you log in.” but must be “Broken.”"},
+      {[](auto&, auto& f) { f.back().commands = "kill -KILL 30"; },
+       "the list of fix commands of the memory demo is “kill -TERM 30” but must be “kill -KILL 30”"},
+      {[](auto& d, auto&) { d.findings = d.findings.first(5); },
+       "the id of a finding of the memory demo is “caffeinate:30” but must be “”"},
+      {[](auto& d, auto&) { d.scenario = "none"; }, "there is no none demo"}};
+  for (const auto& [breakIt, difference] : cases)
+    EXPECT_EQ(mismatch(breakIt), std::string("selftest: ") + difference);
 }
 
 TEST(Demo, LooksLikeASampledMachine) {

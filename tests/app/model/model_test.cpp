@@ -38,7 +38,10 @@ TEST_F(ModelTest, ACheckPublishesInOrderAndTellsBeforeEachChange) {
 
   model.refresh(true);
   model.refresh(true);
-  EXPECT_THAT(executor.backgroundTasks, SizeIs(1)) << "a second check is refused";
+  for (const Action& refused : {action(OpenTab{"browser", "page"}), terminate(9)})
+    model.run(refused, card("a", 1));
+  EXPECT_THAT(executor.backgroundTasks, SizeIs(1)) << "a second check and all actions are refused";
+  EXPECT_THAT(model.termed(), IsEmpty());
   EXPECT_THAT(services.calls, ElementsAre("reset"));
   executor.runBackground();
   EXPECT_TRUE(model.busy());
@@ -66,16 +69,14 @@ TEST_F(ModelTest, ANoteDisappearsWithTheFirstCheckThatEndsAfterTwoMinutes) {
 }
 
 TEST_F(ModelTest, ARemedyWaitsChecksAndTellsWhatItAchieved) {
-  const char* still = "Done, but it is still there. Refresh in a few seconds.";
-  const char* allowed = "Allowed. The card below now shows tabs that you can close.";
   const char* closed = "Closed the duplicate tabs. To bring one back, press Cmd-Shift-T in the browser.";
   // The remedy, what is found afterwards, what the note says, and whether that is an error.
   const std::tuple<Action, std::vector<Finding>, const char*, bool> cases[] = {
       {terminate(9), {card("b", 900 * mb)}, "Done. Freed 300 MB.", false},
-      {terminate(9), {card("a", 300 * mb)}, still, false},
+      {terminate(9), {card("a", 300 * mb)}, "Done, but it is still there. Refresh in a few seconds.", false},
       {action(DockerStop{"c"}), {card("b", 0), card("a", 100 * mb)}, "Done. Freed 200 MB.", false},
       {action(All{}), {card("a", 299 * mb), card("a", 0)}, "Done. Freed 1 MB.", false},
-      {action(AskAutomation{"b"}), {}, allowed, false},
+      {action(AskAutomation{"b"}), {}, "Allowed. The card below now shows tabs that you can close.", false},
       {action(CloseDuplicateTabs{"b"}), {card("a", 300 * mb)}, closed, false},
       {terminate(9), {}, "Not done: no.", true},
       {action(AskAutomation{"b"}), {card("a", 1)}, "Not allowed.", true},
@@ -86,14 +87,14 @@ TEST_F(ModelTest, ARemedyWaitsChecksAndTellsWhatItAchieved) {
     services.error = error ? std::optional<std::string>(outcome) : std::nullopt;
     services.time = start;
     model.run(action, card("a", 300 * mb));
-    const bool asks = std::holds_alternative<AskAutomation>(action.fix.kind);
-    EXPECT_EQ(model.note(), (Note{asks ? "Answer the macOS dialog…" : "Working…", "hourglass",
-                                  NoteColor::secondary, start}));
+    const char* text =
+        std::holds_alternative<AskAutomation>(action.fix.kind) ? "Answer the macOS dialog…" : "Working…";
+    EXPECT_EQ(model.note(), (Note{text, "hourglass", NoteColor::secondary, start}));
     EXPECT_TRUE(model.busy());
     services.time = start + Seconds(500);
     executor.runAll();
-    EXPECT_EQ(model.note(), (Note{outcome, error ? warningIcon : doneIcon,
-                                  error ? NoteColor::orange : NoteColor::green, services.time}));
+    const NoteColor colour = error ? NoteColor::orange : NoteColor::green;
+    EXPECT_EQ(model.note(), (Note{outcome, error ? warningIcon : doneIcon, colour, services.time}));
     EXPECT_FALSE(model.busy());
     EXPECT_EQ(model.found(), after);
     EXPECT_THAT(services.calls,
@@ -118,16 +119,6 @@ TEST_F(ModelTest, WhatOnlyOpensIsDoneAtOnceWithoutACheck) {
   EXPECT_EQ(model.note(), (Note{*services.error, warningIcon, NoteColor::orange, start}));
   EXPECT_THAT(executor.backgroundTasks, IsEmpty());
   EXPECT_THAT(changes, SizeIs(3)) << "nothing but the note changed";
-}
-
-TEST_F(ModelTest, WhileBusyEveryActionIsRefused) {
-  model.refresh(false);
-  for (const Action& refused : {action(OpenTab{"browser", "page"}), terminate(9)})
-    model.run(refused, card("a", 1));
-  EXPECT_FALSE(model.note());
-  EXPECT_THAT(model.termed(), IsEmpty());
-  executor.runAll();
-  EXPECT_THAT(services.calls, ElementsAre("check", "free memory"));
 }
 
 TEST_F(ModelTest, ProcessesActedOnAreHandedToEveryLaterCheck) {
@@ -197,21 +188,20 @@ TEST_F(ModelTest, ObserversMayComeAndGoWhileTheyAreTold) {
 }
 
 TEST_F(ModelTest, ResultsForAModelThatIsGoneAreDropped) {
-  {
-    Model other{executor, services, services.pasteboard()};
-    other.refresh(false);
-    other.guess(card("a", 1));
-    executor.runBackground();
-  }
+  std::optional<Model> other(std::in_place, executor, services, services.pasteboard());
+  other->refresh(false);
+  other->guess(card("a", 1));
+  executor.runBackground();
+  other.reset();
   executor.runAll();
   EXPECT_THAT(services.calls, ElementsAre("check", "/bin/tarnwick explains facts about a"));
 }
 
 TEST_F(ModelTest, OffTheMainThreadEverythingIsAFault) {
   executor.background([&] { model.refresh(false); });
-  EXPECT_DEATH(executor.runBackground(), "off the main thread");
-  executor.backgroundTasks.clear();
   executor.background([&] { static_cast<void>(model.snap()); });
+  EXPECT_DEATH(executor.runBackground(), "off the main thread");
+  executor.backgroundTasks.pop_front();
   EXPECT_DEATH(executor.runBackground(), "off the main thread");
 }
 

@@ -1,6 +1,7 @@
 #include "app/model/thread_executor.h"
 
 #include <latch>
+#include <semaphore>
 
 #include "tests/support/fake_model_services.h"
 
@@ -8,31 +9,19 @@ namespace tarnwick {
 namespace {
 
 // A main loop as a toolkit has one: sleeps until somebody wakes it.
-class MainLoop {
- public:
-  void wake() {
-    const std::lock_guard lock(mutex_);
-    woken_ = true;
-    changed_.notify_one();
-  }
+struct MainLoop {
+  void wake() { wakes.release(); }
 
   // Turns the loop until the condition holds; the test's own time limit ends a wait in vain.
   template <class Condition>
   void turnUntil(ThreadExecutor& executor, Condition holds) {
     while (!holds()) {
-      {
-        std::unique_lock lock(mutex_);
-        changed_.wait(lock, [this] { return woken_; });
-        woken_ = false;
-      }
+      wakes.acquire();
       executor.drainMain();
     }
   }
 
- private:
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  bool woken_ = false;
+  std::counting_semaphore<> wakes{0};
 };
 
 TEST(ThreadExecutor, NoTaskWaitsForAnother) {

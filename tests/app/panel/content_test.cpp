@@ -17,13 +17,15 @@ Shown withFindings(int main, int leftovers) {
 }
 
 // The titles of all buttons that have one, in reading order.
-std::vector<std::string> titlesOf(const Node& node) {
-  std::vector<std::string> titles;
-  for (const Button& button : nodesOf<Button>(node)) {
-    if (!button.title.empty()) titles.push_back(button.title);
-  }
+std::string titlesOf(const Node& node) {
+  std::string titles;
+  for (const Button& button : nodesOf<Button>(node))
+    if (!button.title.empty()) titles += button.title + ". ";
   return titles;
 }
+
+// A panel with one card.
+Shown withCard() { return {.snap = sampleSnapshot(), .found = {sampleFinding("a", Bucket::now)}}; }
 
 // Symbol and text of every chip; one that warns has an exclamation mark.
 std::string chipsOf(const Snapshot& snapshot) {
@@ -42,11 +44,9 @@ TEST(PanelContent, SaysThatItChecksUntilThereIsASnapshot) {
 }
 
 TEST(PanelContent, ShowsTheVerdictWithItsCause) {
-  const Node fine = built({.snap = sampleSnapshot()});
-  EXPECT_EQ(nodesOf<Symbol>(fine)[0].name, "checkmark.circle.fill");
-  const Node node = built({.snap = sampleSnapshot(), .found = {sampleFinding("docker", Bucket::always)}});
-  EXPECT_EQ(nodesOf<Symbol>(node)[0].name, "exclamationmark.circle.fill");
-  EXPECT_EQ(textsOf(node)[1], "The biggest cause: docker.");
+  EXPECT_EQ(nodesOf<Symbol>(built({.snap = sampleSnapshot()}))[0].name, "checkmark.circle.fill");
+  EXPECT_EQ(nodesOf<Symbol>(built(withCard()))[0].name, "exclamationmark.circle.fill");
+  EXPECT_EQ(textsOf(built(withCard()))[1], "The biggest cause: a.");
 }
 
 TEST(PanelContent, ChipsWarnFromTheirLimitsOn) {
@@ -98,30 +98,20 @@ TEST(PanelContent, FoldsBeginWhereTheyHaveSomethingToHide) {
 }
 
 TEST(PanelContent, OnlyAWindowCapsItsList) {
-  const std::pair<PanelState, std::optional<double>> cases[] = {
-      {{.hasStatusItem = false, .visibleScreenHeight = 800}, std::nullopt},
-      {{.hasStatusItem = true, .visibleScreenHeight = 800}, 540},
-      {{.hasStatusItem = true, .visibleScreenHeight = 200}, 0},
-      {{.hasStatusItem = true, .visibleScreenHeight = std::nullopt}, 540}};
-  for (const auto& [state, cap] : cases) {
-    EXPECT_EQ(nodesOf<Scroll>(built(withFindings(1, 0), state)).at(0).heightCap, cap);
-  }
+  const auto cap = [](bool hasStatusItem, std::optional<double> height) {
+    const PanelState state{.hasStatusItem = hasStatusItem, .visibleScreenHeight = height};
+    return nodesOf<Scroll>(built(withFindings(1, 0), state)).at(0).heightCap;
+  };
+  EXPECT_EQ(cap(false, 800), std::nullopt);
+  EXPECT_EQ(cap(true, 800), 540);
+  EXPECT_EQ(cap(true, 200), 0);
+  EXPECT_EQ(cap(true, std::nullopt), 540);
 }
 
 TEST(PanelContent, TheCardOffersItsMainRemedy) {
   const Action one{"One", {DockerStop{"1"}}};
   const Action two{"Two", {DockerStop{"2"}}};
-  const std::tuple<std::vector<Step>, std::vector<Action>, std::vector<std::string>> cases[] = {
-      {{}, {}, {"Details"}},
-      {{}, {one, two}, {"One", "Details"}},
-      {{{"Read this.", std::nullopt}, {"Do.", two}}, {one}, {"Two", "Details"}}};
-  for (const auto& [steps, actions, buttons] : cases) {
-    Shown shown{.snap = sampleSnapshot(), .found = {sampleFinding("a", Bucket::now)}};
-    shown.found[0].steps = steps;
-    shown.found[0].actions = actions;
-    EXPECT_EQ(titlesOf(built(shown)), buttons);
-  }
-  Shown shown{.snap = sampleSnapshot(), .found = {sampleFinding("a", Bucket::now)}};
+  Shown shown = withCard();
   const Button stop = nodesOf<Button>(built(shown))[0];
   EXPECT_EQ(stop.toolTip, "kill -TERM 41");
   EXPECT_EQ(stop.action, (PanelAction{RunRemedy{shown.found[0].actions[0], shown.found[0]}}));
@@ -129,10 +119,17 @@ TEST(PanelContent, TheCardOffersItsMainRemedy) {
   shown.busy = true;
   EXPECT_FALSE(nodesOf<Button>(built(shown))[0].enabled);
   EXPECT_TRUE(nodesOf<Button>(built(shown))[1].enabled) << "details open at any time";
+  shown.found[0].actions = {one, two};
+  EXPECT_EQ(titlesOf(built(shown)), "One. Details. ");
+  shown.found[0].steps = {{"Read this.", std::nullopt}, {"Do.", two}};
+  EXPECT_EQ(titlesOf(built(shown)), "Two. Details. ");
+  shown.found[0].steps.clear();
+  shown.found[0].actions.clear();
+  EXPECT_EQ(titlesOf(built(shown)), "Details. ");
 }
 
 TEST(PanelContent, DetailsOfferEveryOtherRemedyOnce) {
-  Shown shown{.snap = sampleSnapshot(), .found = {sampleFinding("a", Bucket::now)}};
+  Shown shown = withCard();
   Finding& finding = shown.found[0];
   finding.steps = {{"First.", Action{"Quit", {QuitApp{"x"}}}},
                    {"Second.", Action{"Another word for quit", {QuitApp{"x"}}}},
@@ -145,17 +142,18 @@ TEST(PanelContent, DetailsOfferEveryOtherRemedyOnce) {
 
   shown.openCard = "a";
   const Node node = built(shown);
-  EXPECT_THAT(titlesOf(node), ElementsAre("Quit", "Less", "Stop c1", "Stop c2", "Stop c1"));
+  EXPECT_EQ(titlesOf(node), "Quit. Less. Stop c1. Stop c2. Stop c1. ");
   EXPECT_EQ(nodesOf<Button>(node)[1].action, PanelAction{CloseDetails{}});
   const std::vector<std::string> texts = textsOf(node);
   EXPECT_THAT(std::vector(texts.begin() + 7, texts.end() - 1),
               ElementsAre("Detail of a.", "1.", "First.", "2.", "Second.", "3.", "Third.", "4.", "Fourth."));
   shown.openCard = "b";
-  EXPECT_THAT(titlesOf(built(shown)), ElementsAre("Quit", "Details"));
+  EXPECT_EQ(titlesOf(built(shown)), "Quit. Details. ");
 }
 
 TEST(PanelContent, AGuessStandsBeforeTheDetailOfItsEvidence) {
-  Shown shown{.snap = sampleSnapshot(), .found = {sampleFinding("a", Bucket::now)}, .openCard = "a"};
+  Shown shown = withCard();
+  shown.openCard = "a";
   shown.found[0].evidence = "node server.mjs";
   shown.guesses = {{"node server.mjs --other", "Something else."}};
   EXPECT_THAT(textsOf(built(shown)), Not(Contains("Something else.")));
@@ -169,15 +167,13 @@ TEST(PanelContent, AGuessStandsBeforeTheDetailOfItsEvidence) {
 }
 
 TEST(PanelContent, TheFooterTellsTheAgeOfTheCheck) {
-  const std::tuple<double, bool, const char*> cases[] = {{-3, false, "Updated just now"},
-                                                         {9.9, false, "Updated just now"},
-                                                         {10, false, "Updated 10 seconds ago"},
-                                                         {7200, false, "Updated 2 hours ago"},
-                                                         {7200, true, "Checking…"}};
-  for (const auto& [age, busy, text] : cases) {
-    const Node node = built({.snap = sampleSnapshot(), .busy = busy}, {}, age);
-    EXPECT_EQ(textsOf(node).back(), text) << age;
-  }
+  const auto footer = [](double age, bool busy = false) {
+    return textsOf(built({.snap = sampleSnapshot(), .busy = busy}, {}, age)).back();
+  };
+  for (const double now : {-3.0, 9.9}) EXPECT_EQ(footer(now), "Updated just now") << now;
+  EXPECT_EQ(footer(10), "Updated 10 seconds ago");
+  EXPECT_EQ(footer(7200), "Updated 2 hours ago");
+  EXPECT_EQ(footer(7200, true), "Checking…");
 }
 
 TEST(PanelContent, EveryControlHasANameAndAnIdOfItsOwn) {

@@ -34,6 +34,10 @@ struct PanelControllerTest : testing::Test {
     window.shown.clear();
     window.moved.clear();
   }
+  void perform(const PanelAction& action) {
+    controller.perform(action);
+    executor.runAll();
+  }
 
   HandExecutor executor;
   FakeServices services{executor};
@@ -108,17 +112,12 @@ TEST_F(PanelControllerTest, FoldsAndDetailsMoveTheEdgeOnce) {
 TEST_F(PanelControllerTest, ControlsReachTheModel) {
   openWithFindings();
   const Finding disk = model.found()[3];
-  controller.perform(RunRemedy{disk.actions[0], disk});
-  executor.runAll();
-  EXPECT_THAT(services.calls, ElementsAre("apply: kill -TERM 41", "reset", "check", "free memory"));
+  perform(RunRemedy{disk.actions[0], disk});
   EXPECT_THAT(textsOf(window.shown.back()),
               Contains("Done, but it is still there. Refresh in a few seconds."));
-
-  services.calls.clear();
-  controller.perform(CheckAgain{});
-  executor.runAll();
-  EXPECT_THAT(services.calls, ElementsAre("reset", "check", "free memory"));
-
+  perform(CheckAgain{});
+  EXPECT_THAT(services.calls, ElementsAre("apply: kill -TERM 41", "reset", "check", "free memory", "reset",
+                                          "check", "free memory"));
   controller.perform(CopyReport{});
   EXPECT_THAT(services.copied, StartsWith("16.0 GB memory"));
   controller.perform(Quit{});
@@ -129,9 +128,8 @@ TEST_F(PanelControllerTest, TheMenuFlipsWhatOutlivesTheRun) {
   openWithFindings();
   controller.perform(ToggleLoginItem{});
   EXPECT_TRUE(settings.login);
-  controller.perform(TogglePrTitles{});
+  perform(TogglePrTitles{});
   EXPECT_TRUE(settings.titles);
-  executor.runAll();
   EXPECT_THAT(services.calls, ElementsAre("reset", "check", "free memory"))
       << "the titles are looked up at once";
   controller.perform(OpenMenu{});
@@ -141,8 +139,7 @@ TEST_F(PanelControllerTest, TheMenuFlipsWhatOutlivesTheRun) {
   controller.perform(TogglePrTitles{});
   EXPECT_FALSE(settings.titles);
   settings.writable = false;
-  controller.perform(TogglePrTitles{});
-  executor.runAll();
+  perform(TogglePrTitles{});
   EXPECT_THAT(services.calls, IsEmpty()) << "nothing became true";
 }
 
@@ -153,17 +150,13 @@ TEST_F(PanelControllerTest, OpensTheFirstCardThatHasEvidence) {
   controller.openFirstCard();
   EXPECT_EQ(model.openCard(), "pid:15");
   services.next.found = {sampleFinding("a", Bucket::now), sampleFinding("b", Bucket::now)};
-  controller.perform(CheckAgain{});
-  executor.runAll();
+  perform(CheckAgain{});
   controller.openFirstCard();
   EXPECT_EQ(model.openCard(), "a");
 }
 
 TEST_F(PanelControllerTest, ADrawingThatWaitsIsDroppedWithItsPanel) {
-  {
-    PanelController second{model, executor, window, settings, [this] { return services.time; }};
-    second.toggle();
-  }
+  PanelController(model, executor, window, settings, [this] { return services.time; }).toggle();
   window.shown.clear();
   while (!executor.mainTasks.empty()) executor.runMain();
   EXPECT_THAT(window.shown, SizeIs(1)) << "only the panel that lives draws";

@@ -29,8 +29,9 @@ struct Shown {
 // A healthy machine.
 inline Snapshot sampleSnapshot() {
   const std::int64_t free = 140 * gib;
+  const std::int64_t total = 256 * gib;
   return {.diskFree = free,
-          .diskTotal = 256 * gib,
+          .diskTotal = total,
           .ram = 16384 * mib,
           .cpuBusy = 0.12,
           .cores = 10,
@@ -85,19 +86,15 @@ template <class T>
 std::vector<T> nodesOf(const Node& node) {
   std::vector<T> all;
   if (const T* own = std::get_if<T>(&node.view)) all.push_back(*own);
-  std::visit(
-      [&](const auto& view) {
-        const auto addFrom = [&](const std::vector<Node>& children) {
-          for (const Node& child : children) {
-            const std::vector<T> below = nodesOf<T>(child);
-            all.insert(all.end(), below.begin(), below.end());
-          }
-        };
-        if constexpr (requires { view.children; }) addFrom(view.children);
-        if constexpr (requires { view.child; }) addFrom(view.child);
-        if constexpr (requires { view.row; }) addFrom(view.row);
-      },
-      node.view);
+  const auto addFrom = [&](const std::vector<Node>& children) {
+    for (const Node& child : children) std::ranges::copy(nodesOf<T>(child), std::back_inserter(all));
+  };
+  const auto addBelow = [&](const auto& view) {
+    if constexpr (requires { view.children; }) addFrom(view.children);
+    if constexpr (requires { view.child; }) addFrom(view.child);
+    if constexpr (requires { view.row; }) addFrom(view.row);
+  };
+  std::visit(addBelow, node.view);
   return all;
 }
 

@@ -9,7 +9,7 @@ namespace {
 // Runs a shell line in which $T is the program; standard error goes where the line sends it.
 ToolResult shell(const std::string& line) {
   PosixToolRunner runner;
-  const auto tool = runner.start("/bin/sh", {"-c", "T='" TARNWICK_PROGRAM "'; " + line});
+  const auto tool = runner.start("/bin/sh", {"-c", "export T=\"$0\"; " + line, TARNWICK_PROGRAM});
   return tool == nullptr ? ToolResult{"the shell did not start", -1} : tool->result();
 }
 
@@ -18,45 +18,45 @@ const std::string calmReport = textOfFile(TARNWICK_SOURCE_DIR "/tests/app/fixtur
 TEST(Program, ModesPrintAndEndAsTheyShould) {
   const std::string unknown = "Unknown scenario “Calm”. Use memory, calm, or developer.\n";
   const std::tuple<const char*, int, std::string> cases[] = {
-      {"$T --demo --scenario calm 2>&1", 0, calmReport},
-      {"$T --print --scenario calm 2>&1", 0, calmReport},
-      {"cd $(mktemp -d) && rmdir $PWD && $T --scenario calm --demo 2>&1", 0, calmReport},
-      {"$T --demo --scenario Calm 2>/dev/null", 1, unknown},
-      {"$T --print --scenario Calm 2>/dev/null", 1, unknown},
-      {"$T --demo --selftest 2>&1", 0, "selftest ok\n"},
-      {"TARNWICK_NO_TOOLS= HOME=/nonexistent $T --selftest 2>&1", 0, "selftest ok\n"},
-      {"$T --version --dark 2>&1 | cut -d' ' -f1", 0, "tarnwick\n"},
-      {"$T -h | head -1", 0, "Tarnwick tells why this machine is slow right now.\n"},
-      {"[ \"$($T -V)\" = \"$($T --version)\" ] && $T -V 2>&1 | grep -Ec '^tarnwick [0-9]+[.][0-9.]+$'", 0,
-       "1\n"},
-      {"$T --version --jsn 2>&1 >/dev/null", 0, "tarnwick: “--jsn” is no option. See tarnwick --help.\n"},
-      {"$T foo --selftest '' 2>&1", 0,
+      {R"("$T" --demo --scenario calm 2>&1)", 0, calmReport},
+      {R"("$T" --print --scenario calm 2>&1)", 0, calmReport},
+      {R"-(cd "$(mktemp -d)" && rmdir "$PWD" && "$T" --scenario calm --demo 2>&1)-", 0, calmReport},
+      {R"("$T" --demo --scenario Calm 2>/dev/null)", 1, unknown},
+      {R"("$T" --print --scenario Calm 2>/dev/null)", 1, unknown},
+      {R"("$T" --demo --selftest 2>&1)", 0, "selftest ok\n"},
+      {R"(TARNWICK_NO_TOOLS= HOME=/nonexistent "$T" --selftest 2>&1)", 0, "selftest ok\n"},
+      {R"("$T" --version --dark 2>&1 | cut -d' ' -f1)", 0, "tarnwick\n"},
+      {R"("$T" -h | head -1)", 0, "Tarnwick tells why this machine is slow right now.\n"},
+      {R"-([ "$("$T" -V)" = "$("$T" --version)" ] && "$T" -V 2>&1 | grep -Ec '^tarnwick [0-9]+[.][0-9.]+$')-",
+       0, "1\n"},
+      {R"("$T" --version --jsn 2>&1 >/dev/null)", 0,
+       "tarnwick: “--jsn” is no option. See tarnwick --help.\n"},
+      {R"("$T" foo --selftest '' 2>&1)", 0,
        "tarnwick: “foo” and “” are no options. See tarnwick --help.\nselftest ok\n"},
-      {"$T --selftest \"$(printf '\\033[31m\\nx\\377')\" 2>&1 >/dev/null", 0,
+      {R"-("$T" --selftest "$(printf '\033[31m\nx\377')" 2>&1 >/dev/null)-", 0,
        "tarnwick: “␛[31m x\uFFFD” is no option. See tarnwick --help.\n"},
-      {"$T --demo 2>&1 >/dev/full", 1, "tarnwick: the text could not be written: No space left on device.\n"},
-      {"{ { $T --demo; echo status $? >&2; } | true; } 2>&1", 0, "status 0\n"},
-      {"for i in 1 2 3; do $T --demo | cksum; done | sort -u | wc -l | tr -d ' '", 0, "1\n"},
-  };
+      {R"("$T" --demo 2>&1 >/dev/full)", 1,
+       "tarnwick: the text could not be written: No space left on device.\n"},
+      {R"({ { "$T" --demo; echo status $? >&2; } | true; } 2>&1)", 0, "status 0\n"},
+      {R"(for i in 1 2 3; do "$T" --demo | cksum; done | sort -u | wc -l | tr -d ' ')", 0, "1\n"}};
   for (const auto& [line, status, output] : cases) {
     const ToolResult result = shell(line);
-    EXPECT_EQ(result.exitStatus, status) << line;
-    EXPECT_EQ(result.output, output) << line;
+    EXPECT_EQ(std::tie(result.exitStatus, result.output), std::tie(status, output)) << line;
   }
 }
 
 TEST(Program, OnATerminalControlCharactersAreVisible) {
-  const std::string line =
-      "script -qec \"$T --demo --scenario $(printf '\\033[31mred')\" /dev/null </dev/null";
-  EXPECT_EQ(shell(line).output, "Unknown scenario “␛[31mred”. Use memory, calm, or developer.\r\n");
-  EXPECT_EQ(shell("$T --demo --scenario $(printf '\\033[31mred')").output,
-            "Unknown scenario “\x1B[31mred”. Use memory, calm, or developer.\n")
+  const std::string red = R"-("$T" --demo --scenario "$(printf "\033[31mred")")-";
+  const std::string unknown = "[31mred”. Use memory, calm, or developer.";
+  EXPECT_EQ(shell(red).output, "Unknown scenario “\x1B" + unknown + "\n")
       << "a pipe gets the bytes as they are";
+  EXPECT_EQ(shell("script -qec '" + red + "' /dev/null </dev/null").output,
+            "Unknown scenario “␛" + unknown + "\r\n");
 }
 
 TEST(Program, ALiveCheckReportsEvenOnAPoorMachine) {
   for (const char* line :
-       {"$T --print 2>&1", "env -i HOME=/nonexistent TARNWICK_NO_TOOLS= $T --print 2>&1"}) {
+       {R"("$T" --print 2>&1)", R"(env -i HOME=/nonexistent TARNWICK_NO_TOOLS= "$T" --print 2>&1)"}) {
     const ToolResult result = shell(line);
     EXPECT_EQ(result.exitStatus, 0);
     const std::string header = result.output.substr(0, result.output.find('\n'));

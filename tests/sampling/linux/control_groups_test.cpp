@@ -11,27 +11,18 @@ namespace {
 const std::string id = "0123456789ab" + std::string(52, 'c');
 
 TEST(ContainerOfGroup, NamesHoldAWholeId) {
-  const std::tuple<std::string, bool, bool> cases[] = {{"docker-" + id + ".scope", false, true},
-                                                       {"libpod-" + id + ".scope", false, true},
-                                                       {"libpod-" + id, false, true},
-                                                       {id, true, true},
-                                                       {id, false, false},
-                                                       {"libpod-conmon-" + id + ".scope", false, false},
-                                                       {"docker-" + id.substr(1), false, false},
-                                                       {"docker-" + id + "0", false, false},
-                                                       {"docker.service", false, false},
-                                                       {"docker-" + std::string(64, 'G'), false, false},
-                                                       {"buildkit", true, false},
-                                                       {"", true, false}};
-  for (const auto& [name, bare, isOne] : cases) {
-    EXPECT_EQ(containerOfGroup(name, bare), isOne ? std::optional(id) : std::nullopt) << name;
-  }
+  for (const std::string& name : {"docker-" + id + ".scope", "libpod-" + id + ".scope", "libpod-" + id})
+    EXPECT_EQ(containerOfGroup(name, false), id) << name;
+  EXPECT_EQ(containerOfGroup(id, true), id);
+  for (const std::string& name :
+       {id, "libpod-conmon-" + id + ".scope", "docker-" + id.substr(1), "docker-" + id + "0",
+        std::string("docker.service"), "docker-" + std::string(64, 'G')})
+    EXPECT_EQ(containerOfGroup(name, false), std::nullopt) << name;
+  for (const char* name : {"buildkit", ""}) EXPECT_EQ(containerOfGroup(name, true), std::nullopt) << name;
 }
 
-struct Tree {
-  void write(const std::string& name, const std::string& text) const { folder.write(name, text); }
-  std::vector<ContainerGroup> read() const { return ControlGroups(folder.path(), 1000).containers(); }
-  TempFolder folder;
+struct Tree : TempFolder {
+  std::vector<ContainerGroup> read() const { return ControlGroups(path(), 1000).containers(); }
 };
 
 TEST(ControlGroups, AreFoundWhereverAnEngineLaysThem) {

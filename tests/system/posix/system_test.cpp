@@ -14,10 +14,9 @@ namespace tarnwick {
 namespace {
 
 TEST(SystemClock, SignalsDoNotShortenASleep) {
-  struct sigaction ignore = {};
-  struct sigaction before = {};
-  ignore.sa_handler = [](int) {};  // a handler without SA_RESTART makes a sleeping call return early
-  ASSERT_EQ(sigaction(SIGUSR1, &ignore, &before), 0);
+  struct sigaction heard = {};
+  heard.sa_handler = [](int) {};  // a handler without SA_RESTART makes a sleeping call return early
+  ASSERT_EQ(sigaction(SIGUSR1, &heard, nullptr), 0);
   SystemClock clock;
   std::atomic<bool> done = false;
   const pthread_t sleeper = pthread_self();
@@ -32,7 +31,6 @@ TEST(SystemClock, SignalsDoNotShortenASleep) {
   EXPECT_GE(clock.uptime() - start, 0.25);
   done = true;
   disturber.join();
-  sigaction(SIGUSR1, &before, nullptr);
 }
 
 TEST(SystemClock, NothingToSleepReturns) {
@@ -88,24 +86,22 @@ class Variable {
   std::optional<std::string> before_;
 };
 
-using Value = std::optional<std::string>;
-
 TEST(Environment, FoldersFollowItOnlyToAbsolutePlaces) {
-  for (const Value& unset : {Value(), Value(""), Value("relative")}) {
-    const Variable config("XDG_CONFIG_HOME", unset);
-    const Variable runtime("XDG_RUNTIME_DIR", unset);
-    EXPECT_EQ(configFolder("/h"), "/h/.config");
-    EXPECT_EQ(runtimeFolder(1000), "/run/user/1000");
+  const std::tuple<Text, const char*, const char*> cases[] = {{{}, "/h/.config", "/run/user/1000"},
+                                                              {"", "/h/.config", "/run/user/1000"},
+                                                              {"relative", "/h/.config", "/run/user/1000"},
+                                                              {"/c", "/c", "/c"}};
+  for (const auto& [value, config, runtime] : cases) {
+    const Variable configHome("XDG_CONFIG_HOME", value);
+    const Variable runtimeHome("XDG_RUNTIME_DIR", value);
+    EXPECT_EQ(configFolder("/h"), config);
+    EXPECT_EQ(runtimeFolder(1000), runtime);
   }
-  const Variable config("XDG_CONFIG_HOME", "/c");
-  const Variable runtime("XDG_RUNTIME_DIR", "/r");
-  EXPECT_EQ(configFolder("/h"), "/c");
-  EXPECT_EQ(runtimeFolder(1000), "/r");
 }
 
 TEST(Environment, DataFoldersFollowTheBaseDirectoryRules) {
   const std::vector<std::string> usual = {"/h/.local/share", "/usr/local/share", "/usr/share"};
-  const std::tuple<Value, Value, std::vector<std::string>> cases[] = {
+  const std::tuple<Text, Text, Strings> cases[] = {
       {{}, {}, usual},
       {"relative", "", usual},
       {"/data/", "/x:relative::/y//", {"/data", "/x", "/y"}},
@@ -118,14 +114,13 @@ TEST(Environment, DataFoldersFollowTheBaseDirectoryRules) {
 }
 
 TEST(Environment, TheStrongestLocaleThatIsSetCounts) {
-  const Variable all("LC_ALL", "");
   const Variable messages("LC_MESSAGES", "de_AT");
   const Variable dates("LC_TIME", {});
   const Variable language("LANG", "fr_FR");
-  EXPECT_EQ(messageLocale(), "de_AT");
-  EXPECT_EQ(dateLocale(), "fr_FR");
-  const Variable stronger("LC_ALL", "C");
-  EXPECT_EQ(messageLocale() + dateLocale(), "CC");
+  for (const auto& [all, locales] : {std::pair{"", "de_AT fr_FR"}, {"C", "C C"}}) {
+    const Variable strongest("LC_ALL", all);
+    EXPECT_EQ(messageLocale() + " " + dateLocale(), locales);
+  }
 }
 
 }  // namespace

@@ -13,7 +13,7 @@ constexpr double brief = 0.05;     // seconds: a limit that is meant to pass
 constexpr double endless = 3'000;  // seconds: a limit that must not be what ends the call
 constexpr std::size_t muchRoom = 1'000'000;
 const std::string question = "GET / HTTP/1.0\r\n\r\n";
-const std::optional<std::string> absent;
+const Text absent;
 
 struct UnixSocket : testing::Test {
   std::string path() const { return folder_.path() + "/s"; }
@@ -39,18 +39,16 @@ TEST_F(UnixSocket, ReadsToTheEnd) {
   EXPECT_EQ(heard, question);
 }
 
-TEST_F(UnixSocket, SilentEngineEndsWithTheSilence) {
-  const FakeEngine engine(path(), [](int connection, const std::string&) { waitForClose(connection); });
-  EXPECT_EQ(ask(brief, endless), absent);
-  EXPECT_EQ(engine.connections(), 1);
-}
-
-TEST_F(UnixSocket, WhatCameBeforeTheSilenceCounts) {
-  const FakeEngine engine(path(), [](int connection, const std::string&) {
-    sendAll(connection, "HTTP/1.0 204 No Content\r\n\r\n");
+TEST_F(UnixSocket, SilenceEndsTheCallAndWhatCameBeforeItCounts) {
+  std::string said;
+  const FakeEngine engine(path(), [&](int connection, const std::string&) {
+    sendAll(connection, said);
     waitForClose(connection);
   });
-  EXPECT_EQ(ask(2, endless), "HTTP/1.0 204 No Content\r\n\r\n");
+  EXPECT_EQ(ask(brief, endless), absent);
+  EXPECT_EQ(engine.connections(), 1);
+  said = "HTTP/1.0 204 No Content\r\n\r\n";
+  EXPECT_EQ(ask(2, endless), said);
 }
 
 TEST_F(UnixSocket, DrippingEngineEndsWithTheTotal) {
@@ -90,17 +88,14 @@ TEST_F(UnixSocket, PathThatDoesNotFitConnectsNowhere) {
   const FakeEngine engine(longest, [](int connection, const std::string&) { sendAll(connection, "hello"); });
   const ExchangeLimits limits{endless, endless, muchRoom};
   EXPECT_EQ(transport_.exchange(longest, question, limits), "hello");
-  EXPECT_EQ(transport_.exchange(longest + "p", question, limits), absent);
-  EXPECT_EQ(transport_.exchange(longest.substr(0, 40) + '\0', question, limits), absent);
-  EXPECT_EQ(transport_.exchange("", question, limits), absent);
+  for (const std::string& none : {longest + "p", longest.substr(0, 40) + '\0', std::string()})
+    EXPECT_EQ(transport_.exchange(none, question, limits), absent) << none;
   EXPECT_EQ(engine.connections(), 1);
 }
 
 TEST_F(UnixSocket, OnlySocketsAreReachable) {
-  EXPECT_FALSE(transport_.reachable(path()));
-  std::ofstream(folder_.path() + "/file") << "text";
-  EXPECT_FALSE(transport_.reachable(folder_.path() + "/file"));
-  EXPECT_FALSE(transport_.reachable(folder_.path()));
+  for (const std::string& none : {path(), folder_.write("file", "text"), folder_.path()})
+    EXPECT_FALSE(transport_.reachable(none)) << none;
   const FakeEngine engine(path(), [](int, const std::string&) {});
   EXPECT_TRUE(transport_.reachable(path()));
   EXPECT_EQ(engine.connections(), 0);

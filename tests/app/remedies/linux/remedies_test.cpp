@@ -18,6 +18,8 @@ using Road = LinuxSignals::Road;
 constexpr unsigned nobody = 65'534;
 
 struct LinuxSignalsTest : testing::TestWithParam<Road> {
+  Kind send(const Signal& signal) { return signals_.send(signal).kind; }
+
   FoundProcesses found_;
   LinuxSignals signals_{::getuid(), found_.clock(), GetParam()};
 };
@@ -31,17 +33,17 @@ INSTANTIATE_TEST_SUITE_P(BothRoads, LinuxSignalsTest,
 TEST_P(LinuxSignalsTest, ReachesTheProcessThatWasFound) {
   for (const int number : {SIGTERM, SIGKILL}) {
     ChildProcess child;
-    EXPECT_EQ(signals_.send(found_.signalTo(child.pid(), number)).kind, Kind::sent);
+    EXPECT_EQ(send(found_.signalTo(child.pid(), number)), Kind::sent);
     EXPECT_EQ(child.endedBy(), number);
   }
 }
 
-TEST_P(LinuxSignalsTest, RefusesAnotherStartTime) {
+TEST_P(LinuxSignalsTest, RefusesAnotherStartTimeAndPidsThatMeanNoSingleProcess) {
   ChildProcess child;
   const Signal right = found_.signalTo(child.pid());
   for (const double by : {-1.0, 1.0, -0.001})
-    EXPECT_EQ(signals_.send({right.pid, right.number, right.started + Seconds{by}}).kind, Kind::refused)
-        << by;
+    EXPECT_EQ(send({right.pid, right.number, right.started + Seconds{by}}), Kind::refused) << by;
+  for (const Pid pid : {1, 0, -1, -::getpgrp()}) EXPECT_EQ(send({pid, 0, {}}), Kind::refused) << pid;
   EXPECT_EQ(signals_.started(child.pid()), right.started);
   EXPECT_EQ(child.killed(), SIGKILL);
 }
@@ -51,9 +53,9 @@ TEST_P(LinuxSignalsTest, RefusesWhatHasEnded) {
   const Signal right = found_.signalTo(child.pid());
   ::kill(child.pid(), SIGKILL);
   child.waitUntilZombie();
-  EXPECT_EQ(signals_.send(right).kind, Kind::refused) << "ended, but not reaped";
+  EXPECT_EQ(send(right), Kind::refused) << "ended, but not reaped";
   EXPECT_EQ(child.endedBy(), SIGKILL);
-  EXPECT_EQ(signals_.send(right).kind, Kind::refused) << "gone";
+  EXPECT_EQ(send(right), Kind::refused) << "gone";
   EXPECT_EQ(signals_.started(right.pid), std::nullopt);
 }
 
@@ -62,13 +64,8 @@ TEST_P(LinuxSignalsTest, RefusesAnotherUsersProcess) {
   ChildProcess child([] {
     if (::setuid(nobody) != 0) ::_exit(1);
   });
-  EXPECT_EQ(signals_.send(FoundProcesses(nobody).signalTo(child.pid())).kind, Kind::refused);
+  EXPECT_EQ(send(FoundProcesses(nobody).signalTo(child.pid())), Kind::refused);
   EXPECT_EQ(child.killed(), SIGKILL);
-}
-
-TEST_P(LinuxSignalsTest, RefusesPidsThatMeanNoSingleProcess) {
-  for (const Pid pid : {1, 0, -1, -::getpgrp()})
-    EXPECT_EQ(signals_.send({pid, 0, {}}).kind, Kind::refused) << pid;
 }
 
 TEST_P(LinuxSignalsTest, TellsInTheSystemsWordsWhySendingFailed) {
@@ -78,7 +75,7 @@ TEST_P(LinuxSignalsTest, TellsInTheSystemsWordsWhySendingFailed) {
   EXPECT_EQ(child.killed(), SIGKILL);
 }
 
-const std::optional<std::string> done;
+const Text done;
 
 // A session whose applications the test names; `onAsked` runs before each answer.
 struct NamedApps final : Workspace {
@@ -110,9 +107,7 @@ struct LinuxTargetsTest : testing::Test {
   RunningApp app(const ChildProcess& child, const std::string& id) {
     return {child.pid(), id, id, "/" + id, false};
   }
-  std::optional<std::string> carryOut(const Fix& fix) {
-    return apply(fix, {system_, docker_, browsers_, tools_, places_});
-  }
+  Text carryOut(const Fix& fix) { return apply(fix, {system_, docker_, browsers_, tools_, places_}); }
 
   FakeTransport engine_;
   Docker docker_{engine_, {"/engine.sock"}};
@@ -124,28 +119,20 @@ struct LinuxTargetsTest : testing::Test {
   LinuxTargets system_{session_, LinuxSignals(::getuid(), found_.clock())};
 };
 
-TEST_F(LinuxTargetsTest, QuitAsksEveryUnitOfThatApplication) {
+TEST_F(LinuxTargetsTest, QuitAsksEveryUnitOfThatApplicationUnlessItIsNoLongerThere) {
   ChildProcess first;
   ChildProcess second;
   ChildProcess other;
   session_.apps = {app(first, "org.example.Mail"), app(other, "org.example.Mailer"),
                    app(second, "org.example.Mail")};
-  EXPECT_EQ(carryOut({QuitApp{"org.example.Mail"}}), done);
+  for (const char* id : {"org.example.Mail", "org.example.Gone"}) EXPECT_EQ(carryOut({QuitApp{id}}), done);
   EXPECT_EQ(std::pair(first.endedBy(), second.endedBy()), std::pair(SIGTERM, SIGTERM));
-  EXPECT_EQ(carryOut({QuitApp{"org.example.Gone"}}), done);
-  EXPECT_EQ(other.killed(), SIGKILL);
-}
-
-TEST_F(LinuxTargetsTest, QuitSparesAProcessThatIsNoLongerTheApplications) {
-  ChildProcess child;
   int asked = 0;
-  session_.apps = {app(child, "a")};
   session_.onAsked = [&] {
     if (++asked == 2) session_.apps.clear();
   };
-  EXPECT_EQ(carryOut({QuitApp{"a"}}), done);
-  EXPECT_EQ(asked, 2);
-  EXPECT_EQ(child.killed(), SIGKILL);
+  EXPECT_EQ(carryOut({QuitApp{"org.example.Mailer"}}), done);
+  EXPECT_EQ(std::pair(asked, other.killed()), std::pair(2, SIGKILL));
 }
 
 TEST_F(LinuxTargetsTest, WhatLinuxLacksIsRefused) {

@@ -43,11 +43,6 @@ bool pidsCanBeChosen() {
   return chosen == free;
 }
 
-int stormRounds() {
-  const char* wanted = std::getenv("TARNWICK_STORM_ROUNDS");
-  return wanted == nullptr ? 1'000 : std::max(std::atoi(wanted), 1);
-}
-
 struct RemedyStorm : testing::Test {
   struct Round {
     std::unique_ptr<ChildProcess> child;
@@ -92,7 +87,8 @@ TEST_F(RemedyStorm, NoOtherProcessIsEverSignalled) {
   enum Timing : std::size_t { before, together, whenever, timings };
   int refused = 0;
   int successors = 0;
-  for (int left = stormRounds(); left > 0; left -= batchSize) {
+  const char* rounds = std::getenv("TARNWICK_STORM_ROUNDS");
+  for (int left = rounds == nullptr ? 1'000 : std::atoi(rounds); left > 0; left -= batchSize) {
     std::vector<Round> batch = startBatch(std::min(left, batchSize));
     ASSERT_TRUE(secondHasPassed(batch.back().finding.started));
     for (std::size_t i = 0; i < batch.size(); ++i) {

@@ -12,20 +12,19 @@ namespace fs = std::filesystem;
 
 TEST(UserSettings, DefaultsReadOneNameAmongOthers) {
   const TempFolder folder;
-  const std::pair<std::string, bool> cases[] = {{"", false},
-                                                {"prTitles = true\n", true},
-                                                {"  prTitles\t=  true \r\n", true},
-                                                {"prTitles = truely\n", false},
-                                                {"prTitlesX = true\nXprTitles = true\nprTitles\n", false},
-                                                {"prTitles = false\nprTitles = true\n", true},
-                                                {"prTitles = true\nprTitles = false\n", false},
-                                                {"prTitles = true\nprTitles =\nprTitles = \t\r\n", true},
-                                                {"prTitles =\n", false},
-                                                {std::string(70'000, '\n') + "prTitles = true\n", false}};
-  for (const auto& [text, value] : cases) {
+  const auto isTrue = [&](const std::string& text) {
     folder.write("tarnwick/defaults", text);
-    EXPECT_EQ(UserDefaults(folder.path()).isTrue("prTitles"), value) << text.substr(0, 40);
-  }
+    return UserDefaults(folder.path()).isTrue("prTitles");
+  };
+  for (const char* on :
+       {"prTitles = true\n", "  prTitles\t=  true \r\n", "prTitles = false\nprTitles = true\n",
+        "prTitles = true\nprTitles =\nprTitles = \t\r\n"})
+    EXPECT_TRUE(isTrue(on)) << on;
+  for (const std::string& off :
+       Strings{"", "prTitles = truely\n", "prTitlesX = true\nXprTitles = true\nprTitles\n",
+               "prTitles = true\nprTitles = false\n", "prTitles =\n",
+               std::string(70'000, '\n') + "prTitles = true\n"})
+    EXPECT_FALSE(isTrue(off)) << off.substr(0, 40);
 }
 
 TEST(UserSettings, DefaultsKeepWhatTheyDoNotKnow) {
@@ -40,23 +39,18 @@ TEST(UserSettings, DefaultsKeepWhatTheyDoNotKnow) {
       << "a line without a value is somebody's own";
 }
 
-TEST(UserSettings, AFileThatCannotBeReadOrWrittenChangesNothing) {
-  const TempFolder folder;
-  fs::create_directories(folder.at("tarnwick"));
-  ASSERT_EQ(mkfifo(folder.at("tarnwick/defaults").c_str(), 0600), 0);
-  EXPECT_FALSE(UserDefaults(folder.path()).isTrue("prTitles")) << "and does not wait for a writer";
-  const std::string file = folder.write("file", "");
-  EXPECT_FALSE(UserDefaults(file).set("prTitles", true) || LoginItem(file, "/bin/x").setEnabled(true));
-}
-
-TEST(UserSettings, ALinkedFileStaysALink) {
+TEST(UserSettings, ALinkedFileStaysALinkAndAPipeIsNotRead) {
   const TempFolder folder;
   folder.write("elsewhere/defaults", "prTitles = true\n");
-  fs::create_directories(folder.at("tarnwick"));
+  const std::string file = folder.write("tarnwick/file", "");
   fs::create_symlink(folder.at("elsewhere/defaults"), folder.at("tarnwick/defaults"));
   EXPECT_TRUE(UserDefaults(folder.path()).set("prTitles", false));
   EXPECT_TRUE(fs::is_symlink(folder.at("tarnwick/defaults")));
   EXPECT_EQ(readConfigFile(folder.at("elsewhere/defaults")), "prTitles = false\n");
+  fs::remove(folder.at("tarnwick/defaults"));
+  ASSERT_EQ(mkfifo(folder.at("tarnwick/defaults").c_str(), 0600), 0);
+  EXPECT_FALSE(UserDefaults(folder.path()).isTrue("prTitles")) << "and does not wait for a writer";
+  EXPECT_FALSE(UserDefaults(file).set("prTitles", true) || LoginItem(file, "/bin/x").setEnabled(true));
 }
 
 TEST(UserSettings, TheLoginItemComesAndGoes) {
@@ -78,22 +72,7 @@ TEST(UserSettings, TheLoginItemComesAndGoes) {
   }
 }
 
-// What the value of an entry's Exec key is to whoever starts it: read as a text, then as a command line.
-std::string programOf(const std::string& exec) {
-  std::string text;
-  for (std::size_t i = 0; i < exec.size(); ++i) {
-    if (exec[i] == '\\') ++i;
-    text += exec.at(i);
-  }
-  EXPECT_TRUE(text.size() > 1 && text.front() == '"' && text.back() == '"') << text;
-  std::string program;
-  for (std::size_t i = 1; i + 1 < text.size(); ++i) {
-    if (text[i] == '\\' || text[i] == '%') ++i;
-    program += text.at(i);
-  }
-  return program;
-}
-
+// The path is escaped twice: as a word of a command line, and as a text of the entry.
 TEST(UserSettings, TheLoginItemStartsThisVeryProgram) {
   const TempFolder folder;
   const std::pair<const char*, const char*> cases[] = {
@@ -109,7 +88,6 @@ TEST(UserSettings, TheLoginItemStartsThisVeryProgram) {
     ASSERT_TRUE(LoginItem(folder.path(), path).setEnabled(true));
     EXPECT_THAT(readConfigFile(folder.at("autostart/tarnwick.desktop")),
                 HasSubstr(std::string("\nExec=") + exec + "\n"));
-    EXPECT_EQ(programOf(exec), path);
   }
 }
 
