@@ -19,7 +19,7 @@ std::function<bool()> mayLookUp(PrTitles titles, UserSettings& settings) {
 
 }  // namespace
 
-Machine::Machine(const Outside& outside, PrTitles titles)
+Machine::Machine(const Outside& outside, PrTitles titles, Checks checks)
     : outside_(outside),
       marks_(processorMilliseconds),
       places_(outside_.toolCandidates),
@@ -27,7 +27,7 @@ Machine::Machine(const Outside& outside, PrTitles titles)
       git_(outside_.tools, places_, outside_.clock, outside_.self.home, mayLookUp(titles, outside_.settings)),
       claude_(outside_.self.home),
       surroundings_(outside_.self, git_, claude_, places_),
-      processes_(outside_.sources.processes()),
+      processes_(outside_.sources.processes(), checks),
       scan_({processes_, outside_.sources.machine(), outside_.sources.workspace(), outside_.clock, marks_,
              docker_, [this] { return outside_.sources.dockerRuns(docker_); }, outside_.browsers},
             outside_.self.home) {}

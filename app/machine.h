@@ -37,7 +37,7 @@ class Machine final : public ModelServices {
   static constexpr double checkSeconds = 1.0;
 
   // What `outside` names must outlive the machine.
-  Machine(const Outside& outside, PrTitles titles);
+  Machine(const Outside& outside, PrTitles titles, Checks checks = Checks::many);
 
   Check check(const std::set<Pid>& termed) override;
   void resetCaches() override;

@@ -58,7 +58,7 @@ PrTitles titlesOf(const CommandLine& words) {
 
 Check liveCheck(const ProgramRun& run) {
   const WaitingLine waiting("Checking your Mac…");
-  return Machine(run.outside(), titlesOf(run.words)).check({});
+  return Machine(run.outside(), titlesOf(run.words), Checks::one).check({});
 }
 
 std::optional<Check> demoCheck(const ProgramRun& run) {

@@ -159,7 +159,7 @@ std::vector<Finding> lowDisk(const Snapshot& snapshot) {
 std::vector<Finding> busyServices(const Snapshot& snapshot, const Self& self) {
   std::map<const SystemService*, double> coresUsed;
   for (const auto& [pid, proc] : snapshot.procs) {
-    if (proc.uid != self.uid) continue;
+    if (proc.cpu == 0 || proc.uid != self.uid) continue;  // most do nothing, and names are dear to compare
     if (const SystemService* service = serviceOf(proc.name())) coresUsed[service] += proc.cpu;
   }
   std::vector<Finding> found;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -48,7 +49,7 @@ class PidMap {
   Value& operator[](Pid pid) {
     const auto place = entries_.empty() || entries_.back().first < pid ? entries_.cend() : placeOf(pid);
     if (place != entries_.cend() && place->first == pid) return find(pid)->second;
-    return entries_.emplace(place, pid, Value())->second;
+    return entries_.emplace(place, std::piecewise_construct, std::tuple(pid), std::tuple())->second;
   }
 
   void erase(Pid pid) {

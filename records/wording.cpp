@@ -23,6 +23,17 @@ std::int64_t truncated(double value) {
   return static_cast<std::int64_t>(value);
 }
 
+// As std::round does it, halves away from zero, but without the library of mathematics, which the program
+// would load for this alone.
+double rounded(double value) {
+  constexpr double allWhole = 4'503'599'627'370'496.0;  // 2^52: from there on every number is whole
+  if (!(value > -allWhole && value < allWhole)) return value;
+  const auto whole = static_cast<double>(static_cast<std::int64_t>(value));
+  const double rest = value - whole;  // exactly
+  if (rest > -0.5 && rest < 0.5) return whole;
+  return rest < 0 ? whole - 1 : whole + 1;
+}
+
 }  // namespace
 
 std::string size(std::uint64_t bytes) {
@@ -57,7 +68,7 @@ std::string pct(double cpu, const Snapshot& snapshot) {
 }
 
 std::string wholePercent(double share) {
-  const double percent = std::round(share * 100);
+  const double percent = rounded(share * 100);
   if (!std::isfinite(percent)) fault("a percentage is not finite");
   return formatted("{:.0f}", percent + 0.0);  // + 0.0 turns a negative zero into zero
 }

@@ -70,6 +70,9 @@ class ProcessSource {
  public:
   virtual ~ProcessSource() = default;
 
+  // Only one check will be made: what a later one would gain by need not be kept.
+  virtual void keepNothing() {}
+
   // Called once before the questions of a pass; what is cached for one pass is dropped here.
   virtual void beginPass() = 0;
 

@@ -1,6 +1,7 @@
 #include "sampling/process_table.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <map>
 #include <memory>
@@ -30,6 +31,10 @@ struct Family {
 
 }  // namespace
 
+ProcessTable::ProcessTable(ProcessSource& source, Checks checks) : source_(source), checks_(checks) {
+  if (checks_ == Checks::one) source_.keepNothing();
+}
+
 void ProcessTable::firstPass() {
   source_.beginPass();
   firstLooks_.clear();
@@ -49,7 +54,7 @@ PidMap<Proc> ProcessTable::secondPass(Timestamp now) {
   notMine_.clear();
   const std::vector<Pid> pids = inOrder(source_.candidates());
   procs.reserve(pids.size());
-  fresh.reserve(pids.size());
+  if (checks_ == Checks::many) fresh.reserve(pids.size());
   for (const Pid pid : pids) {
     if (procs.size() == ProcessSource::mostProcesses) break;
     const std::unique_ptr<Process> process = source_.process(pid);
@@ -58,24 +63,31 @@ PidMap<Proc> ProcessTable::secondPass(Timestamp now) {
       continue;
     }
     const ProcessFacts& facts = process->facts();
-    const Known& entry = knowledge(pid, *process, fresh);
-    Proc proc;
+    Proc& proc = procs[pid];
     proc.pid = pid;
     proc.ppid = facts.ppid;
     proc.uid = facts.uid;
     proc.session = facts.session;
-    proc.path = entry.path;
-    proc.args = entry.args;
     proc.started = timestamp(static_cast<double>(facts.started));
-    proc.app = entry.app;
+    identify(pid, *process, fresh, proc);
     proc.terminalShell = facts.session == pid && facts.hasTerminal && isInteractiveShell(proc.name());
     measure(*process, proc);
     if (!proc.app) readSurroundings(*process, proc, now);
-    procs[pid] = std::move(proc);
   }
   countSharedOnce(procs, fresh, now);
   known = std::move(fresh);
   return procs;
+}
+
+void ProcessTable::identify(Pid pid, Process& process, KnownByPid& fresh, Proc& proc) {
+  if (checks_ == Checks::one) {
+    ask(process, proc);
+    return;
+  }
+  const Known& entry = knowledge(pid, process, fresh);
+  proc.path = entry.path;
+  proc.args = entry.args;
+  proc.app = entry.app;
 }
 
 const ProcessTable::Known& ProcessTable::knowledge(Pid pid, Process& process, KnownByPid& fresh) {
@@ -83,12 +95,17 @@ const ProcessTable::Known& ProcessTable::knowledge(Pid pid, Process& process, Kn
   if (const auto old = known.find(pid); old != known.end() && old->second.start == start) {
     return fresh[pid] = std::move(old->second);
   }
-  Known entry;
+  Known& entry = fresh[pid];
   entry.start = start;
-  entry.path = process.path();
-  entry.app = process.app(entry.path);
-  if (!entry.app) entry.args = process.args();
-  return fresh[pid] = std::move(entry);
+  ask(process, entry);
+  return entry;
+}
+
+template <typename Record>
+void ProcessTable::ask(Process& process, Record& record) {
+  record.path = process.path();
+  record.app = process.app(record.path);
+  if (!record.app) record.args = process.args();
 }
 
 void ProcessTable::measure(Process& process, Proc& proc) {
@@ -101,12 +118,19 @@ void ProcessTable::measure(Process& process, Proc& proc) {
 
 // To be asked right after the processor time was.
 double ProcessTable::coresSince(Pid pid, std::uint64_t processorTime) {
-  const auto found = firstLooks_.find(pid);
-  if (found == firstLooks_.end()) return 0;
-  const Look& first = found->second;
+  const Look* first = firstLook(pid);
+  if (first == nullptr) return 0;
   const std::uint64_t wall = source_.wallTime();
-  if (wall <= first.wall || processorTime < first.processorTime) return 0;
-  return static_cast<double>(processorTime - first.processorTime) / static_cast<double>(wall - first.wall);
+  if (wall <= first->wall || processorTime < first->processorTime) return 0;
+  return static_cast<double>(processorTime - first->processorTime) / static_cast<double>(wall - first->wall);
+}
+
+// Processes are asked about in the order in which they were looked at, so it is nearly always the next one.
+const ProcessTable::Look* ProcessTable::firstLook(Pid pid) {
+  const auto looks = firstLooks_.begin();
+  if (nextLook_ >= std::ssize(firstLooks_) || looks[nextLook_].first != pid)
+    nextLook_ = firstLooks_.find(pid) - looks;
+  return nextLook_ == std::ssize(firstLooks_) ? nullptr : &looks[nextLook_++].second;
 }
 
 std::vector<OtherProc> ProcessTable::others() {
@@ -136,7 +160,11 @@ void ProcessTable::countSharedOnce(PidMap<Proc>& procs, KnownByPid& fresh, Times
   }
   for (const auto& [key, family] : families) {
     if (family.members.size() < 2 || family.bytes < (family.serves ? bigServerSum : bigSum)) continue;
-    for (Proc* proc : family.members) proc->footprint = withoutOthersShares(*proc, fresh[proc->pid], now);
+    for (Proc* proc : family.members) {
+      Known unkept;
+      Known& entry = checks_ == Checks::one ? unkept : fresh[proc->pid];
+      proc->footprint = withoutOthersShares(*proc, entry, now);
+    }
   }
 }
 

@@ -3,6 +3,7 @@
 // Nothing here fails: what the source cannot tell is the neutral value stated at the field of `Proc`.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -12,6 +13,9 @@
 #include "sampling/process_source.h"
 
 namespace tarnwick {
+
+// How many checks a table is made for. For one alone nothing is remembered, which is a part of its cost.
+enum class Checks { many, one };
 
 class ProcessTable {
  public:
@@ -30,7 +34,7 @@ class ProcessTable {
   static constexpr double shareSeconds = 60;
 
   // `source` must outlive the table.
-  explicit ProcessTable(ProcessSource& source) : source_(source) {}
+  explicit ProcessTable(ProcessSource& source, Checks checks = Checks::many);
 
   // Starts the intervals over which processor use is measured.
   void firstPass();
@@ -60,6 +64,11 @@ class ProcessTable {
   };
   using KnownByPid = PidMap<Known>;
 
+  // Asks for what stays true, into a `Known` or a `Proc`.
+  template <typename Record>
+  static void ask(Process& process, Record& record);
+  // Fills it in.
+  void identify(Pid pid, Process& process, KnownByPid& fresh, Proc& proc);
   // The entry of `pid` in `fresh`, valid until the next call: taken over from `known` when the start is the
   // same, else asked for.
   const Known& knowledge(Pid pid, Process& process, KnownByPid& fresh);
@@ -77,10 +86,14 @@ class ProcessTable {
     std::uint64_t processorTime = 0;
   };
 
+  const Look* firstLook(Pid pid);  // null when there was none
+
   ProcessSource& source_;
+  const Checks checks_;
   PidMap<Look> firstLooks_;
-  std::vector<Pid> notMine_;  // who was asked about in the second pass and was no process of the user's
-  KnownByPid known;           // exactly the processes of the last second pass
+  std::ptrdiff_t nextLook_ = 0;  // the one behind the last that was asked for
+  std::vector<Pid> notMine_;     // who was asked about in the second pass and was no process of the user's
+  KnownByPid known;              // exactly the processes of the last second pass
 };
 
 }  // namespace tarnwick

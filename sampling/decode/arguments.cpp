@@ -14,6 +14,11 @@ constexpr std::size_t countBytes = sizeof(std::int32_t);
 // A block that fills the buffer to its last byte was probably longer.
 bool mayHaveBeenCut(std::size_t blockBytes, std::size_t bufferBytes) { return blockBytes == bufferBytes; }
 
+// The search finds a byte many at a time, which pays for the second one.
+std::size_t endOfArgument(std::string_view bytes, std::size_t begin) {
+  return std::min(bytes.find('\0', begin), bytes.size());
+}
+
 }  // namespace
 
 std::vector<std::string> argumentsInBlock(std::string_view block) {
@@ -26,7 +31,7 @@ std::vector<std::string> argumentsInBlock(std::string_view block) {
   std::vector<std::string> arguments;
   // The count is not believed beyond this: memory grows with the bytes that are there.
   for (; count > 0 && at < block.size(); --count) {
-    const std::size_t end = std::min(block.find('\0', at), block.size());
+    const std::size_t end = endOfArgument(block, at);
     arguments.push_back(repairUtf8(block.substr(at, end - at)));
     at = end + 1;
   }
@@ -34,31 +39,38 @@ std::vector<std::string> argumentsInBlock(std::string_view block) {
 }
 
 std::vector<std::string> procArguments(std::string_view bytes) {
+  std::size_t count = 0;
+  for (std::size_t at = 0; at < bytes.size(); ++count) at = endOfArgument(bytes, at) + 1;
   std::vector<std::string> arguments;
-  arguments.reserve(static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\0')) + 1);
-  while (!bytes.empty()) {
-    const std::string_view argument = bytes.substr(0, bytes.find('\0'));
-    arguments.push_back(repairUtf8(argument));
-    bytes.remove_prefix(std::min(argument.size() + 1, bytes.size()));
+  arguments.reserve(count);
+  for (std::size_t at = 0; at < bytes.size();) {
+    const std::size_t end = endOfArgument(bytes, at);
+    arguments.push_back(repairUtf8(bytes.substr(at, end - at)));
+    at = end + 1;
   }
   return arguments;
 }
 
 void ArgumentBuffer::beginPass() {
-  if (buffer_.size() != firstBytes) buffer_ = std::vector<char>(firstBytes);
+  if (size_ != firstBytes) resize(firstBytes);
+}
+
+void ArgumentBuffer::resize(std::size_t bytes) {
+  buffer_ = std::make_unique_for_overwrite<char[]>(bytes);
+  size_ = bytes;
 }
 
 std::optional<std::string_view> ArgumentBuffer::read(const Query& query) {
   const auto bytes = bytesFrom(query);
-  if (!bytes || !mayHaveBeenCut(bytes->size(), buffer_.size()) || buffer_.size() >= mostBytes) return bytes;
-  buffer_ = std::vector<char>(mostBytes);
+  if (!bytes || !mayHaveBeenCut(bytes->size(), size_) || size_ >= mostBytes) return bytes;
+  resize(mostBytes);
   return bytesFrom(query);
 }
 
 std::optional<std::string_view> ArgumentBuffer::bytesFrom(const Query& query) {
-  const auto filled = query(buffer_);
+  const auto filled = query({buffer_.get(), size_});
   if (!filled) return std::nullopt;
-  return std::string_view(buffer_.data(), std::min(*filled, buffer_.size()));
+  return std::string_view(buffer_.get(), std::min(*filled, size_));
 }
 
 }  // namespace tarnwick

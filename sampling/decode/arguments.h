@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -41,7 +42,11 @@ class ArgumentBuffer {
  private:
   std::optional<std::string_view> bytesFrom(const Query& query);
 
-  std::vector<char> buffer_ = std::vector<char>(firstBytes);
+  void resize(std::size_t bytes);
+
+  // Not filled with zeros first: most command lines reach its first page only.
+  std::size_t size_ = firstBytes;
+  std::unique_ptr<char[]> buffer_ = std::make_unique_for_overwrite<char[]>(firstBytes);
 };
 
 }  // namespace tarnwick

@@ -13,6 +13,19 @@ constexpr std::string_view entryBlanks = " \t\r";
 // Takes the next line off `text`, without blanks at its ends.
 std::string_view takeTrimmedLine(std::string_view& text) { return trimmed(takeLine(text), entryBlanks); }
 
+// The next line that may say something here, trimmed; empty when none is left. Three quarters of an entry are
+// translations of what it is for, and a look at a line's first letter is enough to pass them.
+std::string_view takeTellingLine(std::string_view& text) {
+  constexpr std::string_view firstLetters = "[ITENH";
+  while (!text.empty()) {
+    std::string_view line = takeLine(text);
+    while (!line.empty() && entryBlanks.find(line.front()) != std::string_view::npos) line.remove_prefix(1);
+    if (!line.empty() && firstLetters.find(line.front()) != std::string_view::npos)
+      return trimmed(line, entryBlanks);
+  }
+  return {};
+}
+
 // Moves to the first line of the group; false when there is none.
 bool enterGroup(std::string_view& text) {
   while (!text.empty()) {
@@ -92,10 +105,10 @@ std::optional<DesktopEntryText> desktopEntryText(std::string_view text,
   bool application = false;
   bool hidden = false;
   while (!text.empty()) {
-    const std::string_view line = takeTrimmedLine(text);
+    const std::string_view line = takeTellingLine(text);
     if (line.starts_with('[')) break;  // actions and other groups have names of their own
     const auto equals = line.find('=');
-    if (line.starts_with('#') || equals == std::string_view::npos) continue;
+    if (equals == std::string_view::npos) continue;
     const std::string_view key = trimmed(line.substr(0, equals), entryBlanks);
     const std::string_view value = trimmed(line.substr(equals + 1), entryBlanks);
     if (key == "Icon" && icon.empty()) icon = value;

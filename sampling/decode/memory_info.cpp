@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "records/text.h"
+#include "sampling/decode/number_words.h"
 
 namespace tarnwick {
 namespace {
@@ -40,9 +41,10 @@ std::uint64_t swapUsed(const MemoryInfo& memory) {
 }
 
 std::optional<ProcPages> procPages(std::string_view bytes) {
-  takeWord(bytes);
-  const auto resident = wholeNumber<std::uint64_t>(takeWord(bytes));
-  const auto shared = wholeNumber<std::uint64_t>(takeWord(bytes));
+  NumberWords words(bytes);
+  words.skip(1);
+  const auto resident = words.next<std::uint64_t>();
+  const auto shared = words.next<std::uint64_t>();
   if (!resident || !shared) return std::nullopt;
   return ProcPages{*resident, *shared};
 }

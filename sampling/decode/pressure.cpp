@@ -1,14 +1,13 @@
 #include "sampling/decode/pressure.h"
 
-#include <cmath>
-
 #include "records/text.h"
 
 namespace tarnwick {
 namespace {
 
 // A share as the kernel writes it, such as "12.50"; absent for anything else. By hand, because not every C++
-// library reads numbers with a fraction without asking the locale.
+// library reads numbers with a fraction without asking the locale; nor is a library of
+// mathematics loaded for it.
 std::optional<double> decimalShare(std::string_view text) {
   const std::size_t point = text.find('.');
   const auto whole = wholeNumber<std::uint32_t>(text.substr(0, point));
@@ -16,7 +15,9 @@ std::optional<double> decimalShare(std::string_view text) {
   const std::string_view decimals = text.substr(point + 1);
   const auto fraction = wholeNumber<std::uint32_t>(decimals);
   if (!fraction) return std::nullopt;
-  return *whole + *fraction / std::pow(10.0, static_cast<double>(decimals.size()));
+  double scale = 1;
+  for (std::size_t digit = 0; digit < decimals.size(); ++digit) scale *= 10;
+  return *whole + *fraction / scale;
 }
 
 // The percentage after "avg10=" in the line of that kind.

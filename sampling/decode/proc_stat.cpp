@@ -1,10 +1,10 @@
 #include "sampling/decode/proc_stat.h"
 
 #include <algorithm>
-#include <array>
 
 #include "records/text.h"
 #include "records/utf8.h"
+#include "sampling/decode/number_words.h"
 
 namespace tarnwick {
 
@@ -15,22 +15,26 @@ std::optional<ProcStat> procStat(std::string_view bytes) {
   auto close = bytes.find(')', std::min(open, bytes.size()));
   if (close == std::string_view::npos) return std::nullopt;
   for (auto next = close; next != std::string_view::npos; next = bytes.find(')', next + 1)) close = next;
-  std::string_view rest = bytes.substr(close + 1);
-  std::array<std::string_view, 20> words;  // from the state, the third field, to the start, the 22nd
-  for (auto& word : words) word = takeWord(rest);
-  const auto ppid = wholeNumber<Pid>(words[1]);
-  const auto session = wholeNumber<Pid>(words[3]);
-  const auto terminal = wholeNumber<std::int32_t>(words[4]);
-  const auto flags = wholeNumber<std::uint32_t>(words[6]);
-  const auto user = wholeNumber<std::uint64_t>(words[11]);
-  const auto system = wholeNumber<std::uint64_t>(words[12]);
-  const auto start = wholeNumber<std::uint64_t>(words[19]);
-  if (words[0].size() != 1 || !ppid || *ppid < 0 || !session || !terminal || !flags || !user || !system ||
-      !start) {
+  NumberWords words(bytes.substr(close + 1));  // from the state, the third field, to the start, the 22nd
+  const auto state = words.letter();
+  const auto ppid = words.next<Pid>();
+  words.skip(1);
+  const auto session = words.next<Pid>();
+  const auto terminal = words.next<std::int32_t>();
+  words.skip(1);
+  const auto flags = words.next<std::uint32_t>();
+  words.skip(4);
+  const auto user = words.next<std::uint64_t>();
+  const auto system = words.next<std::uint64_t>();
+  words.skip(4);
+  const auto threads = words.next<std::int64_t>();
+  words.skip(1);
+  const auto start = words.next<std::uint64_t>();
+  if (!state || !ppid || *ppid < 0 || !session || !terminal || !flags || !user || !system || !start) {
     return std::nullopt;
   }
   return ProcStat{repairUtf8(bytes.substr(open + 1, close - open - 1)),
-                  words[0].front(),
+                  *state,
                   *ppid,
                   *session,
                   *terminal,
@@ -38,7 +42,7 @@ std::optional<ProcStat> procStat(std::string_view bytes) {
                   *user,
                   *system,
                   *start,
-                  wholeNumber<std::int64_t>(words[17]).value_or(1)};
+                  threads.value_or(1)};
 }
 
 std::uint64_t residentPages(std::string_view bytes) {

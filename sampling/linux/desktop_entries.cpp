@@ -77,6 +77,8 @@ std::optional<DesktopEntry> DesktopEntries::find(const std::string& id) {
 
 const std::vector<DesktopEntry>& DesktopEntries::all() {
   if (all_) return *all_;
+  // Most sessions name folders that nobody has made; each entry would be looked for in them again.
+  std::erase_if(folders_, [](const std::string& folder) { return !isDirectory(folder); });
   std::set<std::string> ids;
   for (const std::string& folder : folders_) collectIds(folder, "", 0, ids);
   all_.emplace();

@@ -10,8 +10,6 @@
 #include "sampling/decode/disk_space.h"
 #include "sampling/decode/memory_info.h"
 #include "sampling/decode/pressure.h"
-#include "sampling/decode/processor_times.h"
-#include "sampling/decode/start_times.h"
 #include "sampling/decode/thermal_zone.h"
 #include "sampling/linux/control_groups.h"
 #include "system/small_file.h"
@@ -19,8 +17,7 @@
 namespace tarnwick {
 namespace {
 
-constexpr std::size_t procTextLimit = 4'194'304;  // bytes; /proc/stat has a column per interrupt
-constexpr std::size_t sysTextLimit = 4096;        // bytes; the kernel gives at most one page
+constexpr std::size_t sysTextLimit = 4096;  // bytes; the kernel gives at most one page
 constexpr int mostTripPoints = 64;
 
 std::optional<std::int64_t> numberIn(const std::string& file) {
@@ -53,11 +50,11 @@ std::optional<DiskSpace> writableSpace(const std::string& folder) {
 
 LinuxMachineSource::LinuxMachineSource(Options options) : options_(std::move(options)) {}
 
-std::string LinuxMachineSource::procText(const char* name) const {
-  return readSmallFile(options_.procRoot + name, procTextLimit).value_or(std::string());
+MachineFiles& LinuxMachineSource::files() {
+  return options_.files == nullptr ? own_.emplace(options_.procRoot).files : *options_.files;
 }
 
-CpuTicks LinuxMachineSource::cpuTicks() { return cpuTicksFromStat(procText("/stat")); }
+CpuTicks LinuxMachineSource::cpuTicks() { return files().cpuTicks(); }
 
 ThermalState LinuxMachineSource::thermal() {
   std::vector<ThermalZone> zones;
@@ -69,8 +66,9 @@ ThermalState LinuxMachineSource::thermal() {
 }
 
 MemoryState LinuxMachineSource::memory() {
-  const MemoryInfo info = memoryInfo(procText("/meminfo"));
-  const auto stalls = pressureFromStalls(procText("/pressure/memory"));
+  const MemoryInfo info = files().memory().value_or(MemoryInfo{});
+  const auto stalls = pressureFromStalls(
+      readSmallFile(options_.procRoot + "/pressure/memory", sysTextLimit).value_or(std::string()));
   return {.ram = info.total.value_or(0),
           .swapUsed = swapUsed(info),
           .pressure = stalls ? stalls : pressureFromAvailable(info)};
@@ -82,7 +80,7 @@ int LinuxMachineSource::cores() {
   return count > 0 ? count : static_cast<int>(std::max(::sysconf(_SC_NPROCESSORS_ONLN), 0L));
 }
 
-std::optional<std::int64_t> LinuxMachineSource::bootTime() { return tarnwick::bootTime(procText("/stat")); }
+std::optional<std::int64_t> LinuxMachineSource::bootTime() { return files().bootTime(); }
 
 DiskSpace LinuxMachineSource::disk() {
   const auto system = writableSpace(options_.systemVolume);

@@ -3,9 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "sampling/linux/machine_files.h"
+#include "sampling/linux/proc_reader.h"
 #include "sampling/machine_source.h"
 
 namespace tarnwick {
@@ -19,6 +22,8 @@ class LinuxMachineSource : public MachineSource {
     std::string cgroupRoot = "/sys/fs/cgroup";
     std::uint32_t uid = 0;   // whose own containers are looked for beside the system's
     std::string home = "/";  // the other volume that can fill up is the one that holds this folder
+    // What the process source reads in the same check too; outlives the source. Null: read anew each time.
+    MachineFiles* files = nullptr;
   };
 
   explicit LinuxMachineSource(Options options);
@@ -29,7 +34,7 @@ class LinuxMachineSource : public MachineSource {
   MemoryState memory() override;
   int cores() override;
 
-  // Read each time: the kernel computes it from the time of day, and that may have been set since.
+  // Start times are reckoned with the same one.
   std::optional<std::int64_t> bootTime() override;
 
   // Of the system's volume and the home folder's, the one with less free. A volume that cannot be written is
@@ -42,9 +47,15 @@ class LinuxMachineSource : public MachineSource {
   std::vector<ContainerGroup> containerGroups() override;
 
  private:
-  std::string procText(const char* name) const;  // a file below the root; empty when unreadable
+  struct OwnFiles {
+    explicit OwnFiles(const std::string& procRoot) : reader(procRoot) {}
+    ProcReader reader;
+    MachineFiles files{reader};
+  };
+  MachineFiles& files();
 
   Options options_;
+  std::optional<OwnFiles> own_;
 };
 
 }  // namespace tarnwick

@@ -37,11 +37,6 @@ std::int64_t bootTimeFromClocks() {
   return now > up ? static_cast<std::int64_t>(now - up) : 0;
 }
 
-std::int64_t bootTimeOf(const ProcReader& reader) {
-  const auto recorded = bootTime(reader.machineFile("stat"));
-  return recorded && *recorded >= 0 ? *recorded : bootTimeFromClocks();
-}
-
 // Of a process that is known to be the user's: "systemd --user" is the only such child of the first process.
 bool looksLikeUserManager(const ProcStat& stat) { return stat.name == "systemd" && stat.ppid == 1; }
 
@@ -55,8 +50,10 @@ std::optional<ProcStat> statOf(const ProcessFiles& files, std::span<char> buffer
 // Answers about one process with what its source has at hand for all of them.
 class LinuxProcessSource::OneProcess final : public Process {
  public:
-  OneProcess(LinuxProcessSource& source, ProcessFiles files, Look seen, const ProcessFacts& facts)
-      : source_(source), files_(std::move(files)), seen_(std::move(seen)), facts_(facts) {}
+  OneProcess(LinuxProcessSource& source, ProcessFiles files) : source_(source), files_(std::move(files)) {}
+
+  // To be asked before all others; false when the process is gone.
+  bool isThere() { return source_.look(files_, seen_) && !seen_.stat.zombie() && findFacts(); }
 
   const ProcessFacts& facts() const override { return facts_; }
   std::string path() override { return target("exe"); }
@@ -69,6 +66,7 @@ class LinuxProcessSource::OneProcess final : public Process {
   }
 
  private:
+  bool findFacts();
   // Kernel threads have no memory, executable, arguments or folder.
   bool hasProgram() const { return !seen_.stat.kernelThread(); }
   std::string target(const char* link) {
@@ -80,6 +78,21 @@ class LinuxProcessSource::OneProcess final : public Process {
   Look seen_;
   ProcessFacts facts_;
 };
+
+bool LinuxProcessSource::OneProcess::findFacts() {
+  const ProcStat& stat = seen_.stat;
+  const Pid pid = files_.pid();
+  source_.families_[pid] = familyOf(stat);
+  const std::optional<std::int64_t> started = startSeconds(stat.startTicks, source_.clockOfPass());
+  if (!started) return false;
+  if (source_.options_.applications != nullptr) source_.options_.applications->stillThere(pid, stat);
+  facts_ = {.ppid = source_.wasAdopted(stat, pid) ? 1 : stat.ppid,
+            .uid = source_.options_.uid,
+            .started = *started,
+            .session = stat.session,
+            .hasTerminal = stat.terminal != 0};
+  return true;
+}
 
 std::optional<std::string> LinuxProcessSource::OneProcess::app(const std::string& path) {
   Applications* applications = source_.options_.applications;
@@ -113,12 +126,14 @@ LinuxProcessSource::LinuxProcessSource(LinuxProcessOptions options)
     : options_(std::move(options)),
       live_(options_.procRoot == liveRoot),
       reader_(options_.procRoot),
-      memory_(reader_),
+      machine_(reader_),
+      memory_(machine_),
       ports_(reader_, live_),
       stats_(reader_, live_),
-      clock_{bootTimeOf(reader_), clockTicksPerSecond()} {}
+      clock_{bootTimeFromClocks(), clockTicksPerSecond()} {}
 
 void LinuxProcessSource::beginPass() {
+  machine_.beginPass();
   memory_.beginPass();
   ports_.beginPass();
   stats_.beginPass();
@@ -175,47 +190,37 @@ std::optional<StrangerFacts> LinuxProcessSource::stranger(Pid pid) {
 std::unique_ptr<Process> LinuxProcessSource::process(Pid pid) {
   auto files = reader_.open(pid);
   if (!files || files->uid() != options_.uid) return nullptr;
-  auto seen = look(*files);
-  if (!seen || seen->stat.zombie()) return nullptr;
-  families_[pid] = familyOf(seen->stat);
-  const std::optional<std::int64_t> started = startSeconds(seen->stat.startTicks, clockOfPass());
-  if (!started) return nullptr;
-  if (options_.applications != nullptr) options_.applications->stillThere(pid, seen->stat);
-  const Pid parent = wasAdopted(seen->stat, pid) ? 1 : seen->stat.ppid;
-  const ProcessFacts facts{.ppid = parent,
-                           .uid = options_.uid,
-                           .started = *started,
-                           .session = seen->stat.session,
-                           .hasTerminal = seen->stat.terminal != 0};
-  return std::make_unique<OneProcess>(*this, std::move(*files), std::move(*seen), facts);
+  auto process = std::make_unique<OneProcess>(*this, std::move(*files));
+  if (!process->isThere()) return nullptr;
+  return process;
 }
 
 const ProcClock& LinuxProcessSource::clockOfPass() {
-  if (std::exchange(clockIsOld_, false)) clock_.bootTime = bootTimeOf(reader_);
+  if (std::exchange(clockIsOld_, false)) clock_.bootTime = machine_.bootTime().value_or(bootTimeFromClocks());
   return clock_;
 }
 
-std::optional<LinuxProcessSource::Look> LinuxProcessSource::look(const ProcessFiles& files) {
-  if (const ProcStat* kept = stats_.find(files.pid(), files.inode())) return stillTrue(files, *kept);
-  auto stat = statOf(files, textBuffer_);
-  if (!stat) return std::nullopt;
-  stats_.keep(files.pid(), files.inode(), *stat);
-  return Look{.stat = std::move(*stat)};
+bool LinuxProcessSource::look(const ProcessFiles& files, Look& seen) {
+  if (const ProcStat* kept = stats_.find(files.pid(), files.inode())) return stillTrue(files, *kept, seen);
+  if (!readStat(files, seen.stat)) return false;
+  stats_.keep(files.pid(), files.inode(), seen.stat);
+  return true;
+}
+
+bool LinuxProcessSource::readStat(const ProcessFiles& files, ProcStat& stat) {
+  auto read = statOf(files, textBuffer_);
+  if (read) stat = std::move(*read);
+  return read.has_value();
 }
 
 // The usage is asked for here already, because it also tells that the process has not ended since: then it
 // has no clock, or, as long as its parent has not asked about it, no memory.
-std::optional<LinuxProcessSource::Look> LinuxProcessSource::stillTrue(const ProcessFiles& files,
-                                                                      const ProcStat& kept) {
-  Look seen{.stat = kept, .time = nanoseconds(processorClock(files.pid()))};
-  if (!seen.time) return std::nullopt;
-  if (kept.kernelThread()) return seen;
+bool LinuxProcessSource::stillTrue(const ProcessFiles& files, const ProcStat& kept, Look& seen) {
+  seen = {.stat = kept, .time = nanoseconds(processorClock(files.pid()))};
+  if (!seen.time) return false;
+  if (kept.kernelThread()) return true;
   seen.memory = memory_.of(files);
-  if (seen.memory && seen.memory->resident > 0) return seen;
-  auto stat = statOf(files, textBuffer_);
-  if (!stat) return std::nullopt;
-  seen.stat = std::move(*stat);
-  return seen;
+  return (seen.memory && seen.memory->resident > 0) || readStat(files, seen.stat);
 }
 
 std::optional<std::uint64_t> LinuxProcessSource::timeFromTicks(const ProcStat& stat) const {

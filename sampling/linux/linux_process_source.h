@@ -17,6 +17,7 @@
 #include "sampling/decode/start_times.h"
 #include "sampling/linux/applications.h"
 #include "sampling/linux/listening_ports.h"
+#include "sampling/linux/machine_files.h"
 #include "sampling/linux/proc_reader.h"
 #include "sampling/linux/process_memory.h"
 #include "sampling/linux/stat_cache.h"
@@ -34,6 +35,7 @@ class LinuxProcessSource : public ProcessSource {
  public:
   explicit LinuxProcessSource(LinuxProcessOptions options);
 
+  void keepNothing() override { stats_.close(); }
   void beginPass() override;
   std::vector<Pid> myPids() override;
   std::vector<Pid> candidates() override;
@@ -51,6 +53,9 @@ class LinuxProcessSource : public ProcessSource {
   // What start times are reckoned with, by remedies too, so that both mean the same process. Read anew in
   // each pass that meets processes; not to be asked during one.
   const ProcClock& clock() const { return clock_; }
+
+  // What this source reads about the machine, for others who need it in the same pass.
+  MachineFiles& machineFiles() { return machine_; }
 
  private:
   class OneProcess;
@@ -70,9 +75,11 @@ class LinuxProcessSource : public ProcessSource {
     bool userManager = false;
   };
 
-  std::optional<Look> look(const ProcessFiles& files);
+  // Each false when the process is gone.
+  bool look(const ProcessFiles& files, Look& seen);
+  bool readStat(const ProcessFiles& files, ProcStat& stat);
   // What earlier checks read, asked whether the process still lives.
-  std::optional<Look> stillTrue(const ProcessFiles& files, const ProcStat& kept);
+  bool stillTrue(const ProcessFiles& files, const ProcStat& kept, Look& seen);
   const ProcClock& clockOfPass();
   std::optional<std::uint64_t> timeFromTicks(const ProcStat& stat) const;
   // Did its parent only adopt it? The user's service manager does so, and so does whoever has a child of a
@@ -85,6 +92,7 @@ class LinuxProcessSource : public ProcessSource {
   LinuxProcessOptions options_;
   bool live_;
   ProcReader reader_;
+  MachineFiles machine_;
   ProcessMemory memory_;
   ListeningPorts ports_;
   StatCache stats_;

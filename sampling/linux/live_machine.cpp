@@ -13,8 +13,8 @@ class LinuxMachine : public LiveMachine {
   explicit LinuxMachine(const Self& self)
       : entries_(applicationFolders(self.home)),
         applications_(entries_, {.uid = self.uid, .home = self.home}),
-        machine_({.uid = self.uid, .home = self.home}),
-        processes_({.uid = self.uid, .applications = &applications_}) {}
+        processes_({.uid = self.uid, .applications = &applications_}),
+        machine_({.uid = self.uid, .home = self.home, .files = &processes_.machineFiles()}) {}
 
   ProcessSource& processes() override { return processes_; }
   MachineSource& machine() override { return machine_; }
@@ -26,8 +26,8 @@ class LinuxMachine : public LiveMachine {
  private:
   DesktopEntries entries_;
   Applications applications_;
-  LinuxMachineSource machine_;
   LinuxProcessSource processes_;
+  LinuxMachineSource machine_;
 };
 
 }  // namespace

@@ -87,15 +87,14 @@ std::vector<std::string> ProcessFiles::descriptors() const {
   return targets;
 }
 
-ProcReader::ProcReader(const std::string& root) : root_(folderAt(AT_FDCWD, root.c_str())) {}
-
-int ProcReader::at() const { return root_ ? ::dirfd(root_.get()) : -1; }
+ProcReader::ProcReader(const std::string& root)
+    : root_(::open(root.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)) {}
 
 std::vector<Pid> ProcReader::pids() const {
-  if (!root_) return {};
+  const OpenFolder folder = folderAt(at(), ".");
+  if (!folder) return {};
   std::vector<Pid> all;
-  ::rewinddir(root_.get());
-  while (const dirent* entry = ::readdir(root_.get())) {
+  while (const dirent* entry = ::readdir(folder.get())) {
     if (const auto pid = pidOfName(entry->d_name)) all.push_back(*pid);
   }
   if (!std::is_sorted(all.begin(), all.end())) std::sort(all.begin(), all.end());

@@ -85,8 +85,8 @@ class ProcReader {
   static constexpr std::size_t longestFile = std::size_t{16} << 20U;
 
  private:
-  int at() const;
-  OpenFolder root_;
+  int at() const { return root_.number(); }
+  Descriptor root_;
 };
 
 }  // namespace tarnwick

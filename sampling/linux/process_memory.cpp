@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <limits>
 #include <string>
 
@@ -43,11 +42,10 @@ std::optional<std::uint64_t> footprintOfShares(std::string_view rollup) {
   return sum(resident, kilobyteField(rollup, "SwapPss"));
 }
 
-ProcessMemory::ProcessMemory(const ProcReader& reader) : reader_(reader), pageSize_(pageSizeOfSystem()) {}
+ProcessMemory::ProcessMemory(MachineFiles& machine) : files_(machine), pageSize_(pageSizeOfSystem()) {}
 
 std::optional<MemoryUse> ProcessMemory::of(const ProcessFiles& process) {
-  std::array<char, 256> buffer{};
-  const auto text = process.read("statm", buffer);
+  const auto text = process.read("statm", buffer_);
   const auto pages = text ? procPages(*text) : std::nullopt;
   if (!pages || pages->resident > mostBytes / pageSize_) return std::nullopt;
   // The two counters are not read at one instant, so the second may pass the first.
@@ -63,10 +61,9 @@ std::optional<MemoryUse> ProcessMemory::of(const ProcessFiles& process) {
 
 const ProcessMemory::Machine& ProcessMemory::machine() {
   if (!machine_) {
-    const std::string text = reader_.machineFile("meminfo");
-    const MemoryInfo info = memoryInfo(text);
-    machine_ = Machine{.swaps = info.swapTotal != info.swapFree || text.empty(),
-                       .sharesMemory = info.shared.value_or(1) > 0};
+    const auto& info = files_.memory();
+    machine_ = Machine{.swaps = !info || info->swapTotal != info->swapFree,
+                       .sharesMemory = !info || info->shared.value_or(1) > 0};
   }
   return *machine_;
 }

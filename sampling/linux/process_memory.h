@@ -2,11 +2,13 @@
 // dear "status" only where its answer can differ. Used by one thread at a time.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string_view>
 
 #include "records/basics.h"
+#include "sampling/linux/machine_files.h"
 #include "sampling/linux/proc_reader.h"
 
 namespace tarnwick {
@@ -26,8 +28,8 @@ class ProcessMemory {
   // pages, which are mostly files; below this many bytes it is left out of the footprint.
   static constexpr std::uint64_t sharedMemoryMatters = std::uint64_t{4} << 20U;
 
-  // `reader` must outlive the object.
-  explicit ProcessMemory(const ProcReader& reader);
+  // `machine` must outlive the object and is told of each pass by its owner.
+  explicit ProcessMemory(MachineFiles& machine);
 
   // Forgets whether the machine swaps and holds shared memory.
   void beginPass() { machine_.reset(); }
@@ -50,9 +52,10 @@ class ProcessMemory {
 
   static constexpr std::uint64_t mostPages = ~std::uint64_t{0};
 
-  const ProcReader& reader_;
+  MachineFiles& files_;
   std::uint64_t pageSize_;
   std::optional<Machine> machine_;  // absent until asked for in a pass
+  std::array<char, 256> buffer_{};  // of the file that is being read
 };
 
 }  // namespace tarnwick

@@ -10,6 +10,7 @@ void StatCache::beginPass() {
 }
 
 const ProcStat* StatCache::find(Pid pid, std::uint64_t inode) {
+  if (known_.empty()) return nullptr;
   const auto known = known_.find(pid);
   if (known == known_.end()) return nullptr;
   Entry entry = std::exchange(known->second, {});

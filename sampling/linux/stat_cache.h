@@ -26,6 +26,9 @@ class StatCache {
   // the next call.
   const ProcStat* find(Pid pid, std::uint64_t inode);
 
+  // Nothing is kept from now on.
+  void close() { usable_ = false; }
+
   // Keeps what was just read.
   void keep(Pid pid, std::uint64_t inode, const ProcStat& stat);
 
@@ -40,7 +43,7 @@ class StatCache {
   std::optional<std::uint64_t> inodeOf(Pid pid);
 
   const ProcReader& reader_;
-  const bool usable_;
+  bool usable_;
   PidMap<Entry> known_;                                // of the last pass; inode 0 once taken over
   PidMap<Entry> fresh_;                                // of this pass
   PidMap<std::optional<std::uint64_t>> othersInodes_;  // of this pass, who is not in `fresh_`

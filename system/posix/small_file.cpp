@@ -5,9 +5,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <span>
 #include <string_view>
 
@@ -49,13 +49,14 @@ class RegularFile {
   // Reads on to the end, but not more than `limit` bytes; absent when the system refuses.
   std::optional<std::string> read(std::size_t limit) {
     std::string text;
-    std::array<char, 16384> block{};
+    constexpr std::size_t blockBytes = 16'384;
+    const auto block = std::make_unique_for_overwrite<char[]>(blockBytes);  // most files fill a part of it
     while (text.size() < limit) {
-      const auto room = std::span(block).first(std::min(block.size(), limit - text.size()));
+      const auto room = std::span(block.get(), std::min(blockBytes, limit - text.size()));
       const ssize_t got = descriptor_.read(room);
       if (got < 0) return std::nullopt;
       if (got == 0) break;
-      text.append(block.data(), static_cast<std::size_t>(got));
+      text.append(block.get(), static_cast<std::size_t>(got));
     }
     return text;
   }

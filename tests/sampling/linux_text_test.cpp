@@ -4,6 +4,7 @@
 #include "sampling/decode/launch_command.h"
 #include "sampling/decode/listeners.h"
 #include "sampling/decode/memory_info.h"
+#include "sampling/decode/number_words.h"
 #include "sampling/decode/pressure.h"
 #include "sampling/decode/proc_stat.h"
 #include "sampling/decode/processor_times.h"
@@ -52,6 +53,42 @@ TEST(ProcTextTest, GarbageIsAbsent) {
     EXPECT_FALSE(procStat(std::string(good).replace(good.find(from), from.size(), to))) << to;
   for (const std::string& cut : Strings{"", ")(", "1 (a", "1 (a) S 1", good.substr(0, good.find(" 130749"))})
     EXPECT_FALSE(procStat(cut)) << cut;
+}
+
+TEST(NumberWordsTest, TakesWhatFitsAndPassesEveryWord) {
+  using Small = std::optional<std::int32_t>;
+  using Large = std::optional<std::uint64_t>;
+  constexpr auto none = std::nullopt;
+  const std::tuple<const char*, Small, Large> words[] = {
+      {"0", 0, 0U},
+      {"-1", -1, none},
+      {"42", 42, 42U},
+      {"2147483647", 2'147'483'647, 2'147'483'647U},
+      {"2147483648", none, 2'147'483'648U},
+      {"-2147483648", -2'147'483'647 - 1, none},
+      {"-2147483649", none, none},
+      {"999999999999999999", none, 999'999'999'999'999'999U},
+      {"9999999999999999999", none, 9'999'999'999'999'999'999U},
+      {"18446744073709551615", none, 18'446'744'073'709'551'615U},
+      {"18446744073709551616", none, none},
+      {"00000000000000000000000042", 42, 42U},
+      {"+1", none, none},
+      {"-", none, none},
+      {"--1", none, none},
+      {"4x", none, none},
+      {"x4", none, none},
+  };
+  for (const auto& [word, asSmall, asLarge] : words) {
+    const std::string line = std::string(" \t").append(word) + "\n 7";
+    NumberWords small(line);
+    NumberWords large(line);
+    EXPECT_EQ(small.next<std::int32_t>(), asSmall) << word;
+    EXPECT_EQ(small.next<std::int32_t>(), 7) << "behind " << word;
+    EXPECT_EQ(large.next<std::uint64_t>(), asLarge) << word;
+    EXPECT_EQ(large.next<std::uint64_t>(), 7U) << "behind " << word;
+    EXPECT_EQ(large.next<std::uint64_t>(), none) << "the line has ended";
+    EXPECT_EQ(NumberWords(word).next<std::int32_t>(), asSmall) << word << " ends the text";
+  }
 }
 
 TEST(ProcTextTest, MemoryOfOneProcess) {

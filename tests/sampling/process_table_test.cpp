@@ -149,6 +149,27 @@ TEST_F(ProcessTableTest, SharedMemoryIsCountedOnceWhereTheSumIsBig) {
   }
 }
 
+TEST_F(ProcessTableTest, ForOneCheckNothingIsKeptAndTheSameIsSaid) {
+  for (const Pid pid : {7, 8}) {
+    source.processes[pid] = server();
+    source.processes[pid].usage->footprint = std::uint64_t{300} << 20U;
+    source.processes[pid].share = 500;
+  }
+  source.processes[9] = server();
+  source.processes[9].app = "Notes";
+  ProcessTable once(source, Checks::one);
+  for (int check = 0; check < 2; ++check) {
+    source.asked.clear();
+    const auto procs = once.secondPass(timestamp(started + 60));
+    const Proc& proc = procs.at(8);
+    EXPECT_EQ(std::tie(proc.path, proc.app, proc.footprint), std::tuple("/usr/bin/node", std::nullopt, 500U));
+    EXPECT_THAT(proc.args, ElementsAre("node", "server.js"));
+    EXPECT_EQ(procs.at(9).app, "Notes");
+    EXPECT_THAT(procs.at(9).args, IsEmpty());
+    EXPECT_EQ(std::ranges::count(source.asked, "args 8"), 1);
+  }
+}
+
 TEST_F(ProcessTableTest, AShareIsAskedAgainAfterAMinuteOrWhenTheProcessChanged) {
   constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20U;
   for (const Pid pid : {7, 8}) {

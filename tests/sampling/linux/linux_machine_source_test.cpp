@@ -35,6 +35,35 @@ TEST(LinuxMachineSource, ReadsALaidOutMachine) {
   EXPECT_EQ(source.bootTime(), 1700000001) << "the time of day was set";
 }
 
+TEST(MachineFiles, EachIsReadOnceInAPass) {
+  const TempFolder folder;
+  const auto write = [&](int boot, int total) {
+    folder.write("proc/stat", "cpu  1 0 0 1\nbtime " + std::to_string(boot) + "\n");
+    folder.write("proc/meminfo", "MemTotal: " + std::to_string(total) + " kB\n");
+  };
+  write(100, 1);
+  const ProcReader reader(folder.at("proc"));
+  MachineFiles files(reader);
+  const auto seen = [&] { return std::pair(files.bootTime(), files.memory().value_or(MemoryInfo{}).total); };
+  using Seen = std::pair<std::optional<std::int64_t>, std::optional<std::uint64_t>>;
+  EXPECT_EQ(files.cpuTicks().total, 2U);
+  write(200, 2);
+  files.beginPass();
+  EXPECT_EQ(seen(), Seen(100, 2'048)) << "the boot time came with the counters";
+  write(300, 3);
+  EXPECT_EQ(seen(), Seen(100, 2'048)) << "the same pass";
+  files.beginPass();
+  EXPECT_EQ(seen(), Seen(300, 3'072)) << "the next one, without counters";
+  write(400, 4);
+  files.cpuTicks();
+  EXPECT_EQ(files.bootTime(), 300) << "still that pass";
+  files.beginPass();
+  std::filesystem::remove_all(folder.at("proc"));
+  EXPECT_EQ(seen(), Seen(400, std::nullopt));
+  files.beginPass();
+  EXPECT_EQ(files.bootTime(), std::nullopt);
+}
+
 TEST(LinuxMachineSource, TheDiskThatFillsUpFirstCountsAndAnImageNever) {
   if (::geteuid() != 0) GTEST_SKIP() << "mounting takes root";
   const TempFolder folder;
