@@ -10,7 +10,7 @@ TEST(Kinds, AreToldByTheFirstWordThatIsFound) {
   std::string work;
   for (const char* command : {"make test-cov", "pip fetch latest", "npm run BUILD", "npm install && webpack",
                               "uv sync --all", "uv  sync", ""})
-    work += workKind(command).value_or("-") + ". ";
+    work.append(workKind(command).value_or("-")).append(". ");
   EXPECT_EQ(work, "tests. tests. a build. a build. a package install. -. -. ");
   std::string databases;
   for (const char* text :

@@ -10,8 +10,8 @@ namespace tarnwick {
 namespace {
 
 const std::filesystem::path sourceRoot = TARNWICK_SOURCE_DIR;
-const std::vector<std::string> sourceFolders{"records", "system", "diagnosis", "sampling",
-                                             "context", "app",    "bench",     "tests"};
+const std::vector<std::string> sourceFolders{"records", "system", "diagnosis", "sampling", "context",
+                                             "app",     "bench",  "fuzz",      "tests"};
 
 // Every file of the tree with one of those endings, relative to the root.
 std::vector<std::string> filesEndingIn(const std::vector<std::string>& endings) {
@@ -45,6 +45,7 @@ const std::vector<Room>& rooms() {
       {"app/cli/", {"app/cli/", "records/"}},
       {"app/", {"app/", "system/", "records/", "diagnosis/", "sampling/", "context/"}},
       {"bench/", {""}},
+      {"fuzz/", {""}},
       {"tests/", {""}},
   };
   return all;
@@ -87,7 +88,8 @@ std::vector<std::string> forbiddenIncludes(std::string_view path, std::string_vi
       text, R"re(^[ \t]*#[ \t]*(?:include|import)[ \t]*(["<])([^">]*)[">])re", [&](const std::cmatch& match) {
         const std::string header = match[2];
         const bool own = match[1] == "\"";
-        const bool free = isSystemFolder(path) || path.starts_with("tests/") || path.starts_with("bench/");
+        const bool free = isSystemFolder(path) || path.starts_with("tests/") || path.starts_with("bench/") ||
+                          path.starts_with("fuzz/");
         const auto begins = [&](std::string_view prefix) { return header.starts_with(prefix); };
         const bool allowed = own ? std::ranges::any_of(room->mayInclude, begins) : free || isPortable(header);
         if (!allowed) forbidden.push_back(std::string(path) + " may not include " + header);

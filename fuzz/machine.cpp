@@ -9,8 +9,8 @@
 #include "diagnosis/findings.h"
 #include "diagnosis/report.h"
 #include "diagnosis/verdict.h"
+#include "fuzz/targets.h"
 #include "records/utf8.h"
-#include "tests/fuzz/targets.h"
 
 namespace tarnwick {
 namespace {

@@ -1,4 +1,4 @@
-#include "tests/fuzz/targets.h"
+#include "fuzz/targets.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "tests/fuzz/targets.h"
+#include "fuzz/targets.h"
 
 namespace {
 
