@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "diagnosis/detect.h"
+#include "records/one_line.h"
 
 namespace tarnwick {
 namespace {
@@ -41,6 +42,18 @@ bool comesFirst(const Finding& a, const Finding& b) {
   return a.id < b.id;
 }
 
+// Names in the texts come from anywhere; with a line end in one of them it could say a line of the report.
+void fold(Finding& finding) {
+  for (std::string* text : {&finding.title, &finding.detail, &finding.subject, &finding.summary})
+    *text = oneLine(*text);
+  if (finding.metric) finding.metric = oneLine(*finding.metric);
+  for (Step& step : finding.steps) {
+    step.text = oneLine(step.text);
+    if (step.action) step.action->label = oneLine(step.action->label);
+  }
+  for (Action& action : finding.actions) action.label = oneLine(action.label);
+}
+
 }  // namespace
 
 std::vector<Finding> findings(const Snapshot& snapshot, const std::set<Pid>& termed,
@@ -51,6 +64,7 @@ std::vector<Finding> findings(const Snapshot& snapshot, const std::set<Pid>& ter
     benchMarks.mark(rule.name);
     std::move(found.begin(), found.end(), std::back_inserter(all));
   }
+  std::for_each(all.begin(), all.end(), fold);
   std::stable_sort(all.begin(), all.end(), comesFirst);
   return all;
 }

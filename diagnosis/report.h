@@ -1,5 +1,6 @@
 // The plain-text report: what the command line prints and "Copy report" copies. Pure functions; the
-// text is UTF-8 with single line feeds and keeps foreign text as it is, control characters included.
+// text is UTF-8 with single line feeds, given findings without line ends in their texts, and keeps foreign
+// text as it is, other control characters included.
 #pragma once
 
 #include <map>

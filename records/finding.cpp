@@ -3,6 +3,7 @@
 #include <fmt/ranges.h>
 
 #include "records/formatted.h"
+#include "records/one_line.h"
 
 namespace tarnwick {
 namespace {
@@ -46,28 +47,29 @@ std::string_view label(Bucket bucket) {
 bool All::operator==(const All& other) const { return fixes == other.fixes; }
 
 std::string Fix::command() const {
-  return std::visit(Overloaded{
-                        [](const Signal& f) {
-                          return formatted("kill -{} {}", f.number == killNumber ? "KILL" : "TERM", f.pid);
-                        },
-                        [](const QuitApp& f) { return "Cmd-Q " + f.bundleID; },
-                        [](const DockerStop& f) { return "docker stop " + f.container; },
-                        [](const SimShutdown& f) { return "simctl shutdown " + f.udid; },
-                        [](const OpenSettings& f) { return "open x-apple.systempreferences:" + f.pane; },
-                        [](const AskAutomation& f) {
-                          return "ask macOS to let Tarnwick read the tab addresses of " + f.bundleID;
-                        },
-                        [](const CloseDuplicateTabs& f) {
-                          return "close the duplicate tabs in " + f.bundleID + ", keep the first copy";
-                        },
-                        [](const OpenTab& f) { return "open " + f.address + " in " + f.bundleID; },
-                        [](const All& f) {
-                          std::vector<std::string> commands;
-                          for (const Fix& fix : f.fixes) commands.push_back(fix.command());
-                          return formatted("{}", fmt::join(commands, "; "));
-                        },
-                    },
-                    kind);
+  return oneLine(
+      std::visit(Overloaded{
+                     [](const Signal& f) {
+                       return formatted("kill -{} {}", f.number == killNumber ? "KILL" : "TERM", f.pid);
+                     },
+                     [](const QuitApp& f) { return "Cmd-Q " + f.bundleID; },
+                     [](const DockerStop& f) { return "docker stop " + f.container; },
+                     [](const SimShutdown& f) { return "simctl shutdown " + f.udid; },
+                     [](const OpenSettings& f) { return "open x-apple.systempreferences:" + f.pane; },
+                     [](const AskAutomation& f) {
+                       return "ask macOS to let Tarnwick read the tab addresses of " + f.bundleID;
+                     },
+                     [](const CloseDuplicateTabs& f) {
+                       return "close the duplicate tabs in " + f.bundleID + ", keep the first copy";
+                     },
+                     [](const OpenTab& f) { return "open " + f.address + " in " + f.bundleID; },
+                     [](const All& f) {
+                       std::vector<std::string> commands;
+                       for (const Fix& fix : f.fixes) commands.push_back(fix.command());
+                       return formatted("{}", fmt::join(commands, "; "));
+                     },
+                 },
+                 kind));
 }
 
 std::vector<Pid> Fix::pids() const {

@@ -1,5 +1,6 @@
 // What a rule found (one card, one block of the report) and the remedies it offers. Plain values,
-// compared by value.
+// compared by value. Shown texts may hold control characters; those of a list made by findings() hold no
+// line ends.
 #pragma once
 
 #include <array>
@@ -89,7 +90,7 @@ struct Fix {
                OpenTab, All>
       kind;
 
-  // The text shown under the button; also the identity of the action that carries this fix.
+  // The text shown under the button, one line; also the identity of the action that carries this fix.
   std::string command() const;
 
   // The processes that this fix signals, in order, duplicates kept.

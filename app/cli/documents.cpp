@@ -73,8 +73,9 @@ constexpr std::string_view manualOpening =
     "tray.\n"
     "It needs the panel, which may be a package of its own.\n"
     ".PP\n"
-    "Control characters in names and command lines are shown as signs on a terminal\n"
-    "and passed on unchanged into a pipe.\n"
+    "A line end inside a name becomes a blank.\n"
+    "Other control characters in names and command lines are shown as signs on a\n"
+    "terminal and passed on unchanged into a pipe.\n"
     ".SH OPTIONS\n"
     "Words are matched whole, and a value is the word right after its option.\n"
     "Of several words that start something, one decides, in this order:\n";

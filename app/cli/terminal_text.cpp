@@ -16,37 +16,43 @@ constexpr std::uint32_t deletePicture = 0x2421;
 
 bool isC1Control(std::uint32_t c) { return c >= 0x80 && c <= 0x9F; }
 
-// Marks, embeddings, overrides and isolates that change the direction of what follows.
-bool reordersText(std::uint32_t c) {
-  return c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x202A && c <= 0x202E) ||
-         (c >= 0x2066 && c <= 0x2069);
-}
+enum class DirectionMarks { shown, kept };
+
+bool isDirectionMark(std::uint32_t c) { return c == 0x061C || c == 0x200E || c == 0x200F; }
+
+// Embeddings, overrides and isolates that change the direction of what follows.
+bool reordersText(std::uint32_t c) { return (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069); }
 
 // Line and paragraph separators, which some terminals take for line breaks.
 bool breaksLine(std::uint32_t c) { return c == 0x2028 || c == 0x2029; }
 
-}  // namespace
-
-std::string harmlessForTerminal(std::string_view bytes) {
+std::string harmless(std::string_view bytes, DirectionMarks marks) {
   const std::string text = repairUtf8(bytes);
-  std::string harmless;
-  harmless.reserve(text.size());
-  const auto out = std::back_inserter(harmless);
+  std::string result;
+  result.reserve(text.size());
+  const auto out = std::back_inserter(result);
   for (auto at = text.begin(); at != text.end();) {
     const std::uint32_t c = utf8::unchecked::next(at);
     if (c == '\n') {
-      harmless += '\n';
+      result += '\n';
     } else if (c < 0x20) {
       utf8::append(c + escapeToPicture, out);
     } else if (c == 0x7F) {
       utf8::append(deletePicture, out);
-    } else if (isC1Control(c) || reordersText(c) || breaksLine(c)) {
-      appendFormatted(harmless, "<U+{:04X}>", c);
+    } else if (isC1Control(c) || reordersText(c) || breaksLine(c) ||
+               (isDirectionMark(c) && marks == DirectionMarks::shown)) {
+      appendFormatted(result, "<U+{:04X}>", c);
     } else {
       utf8::append(c, out);
     }
   }
-  return harmless;
+  return result;
 }
+
+}  // namespace
+
+std::string harmlessForTerminal(std::string_view bytes) { return harmless(bytes, DirectionMarks::shown); }
+
+std::string harmlessForClipboard(std::string_view bytes) { return harmless(bytes, DirectionMarks::kept); }
 
 }  // namespace tarnwick

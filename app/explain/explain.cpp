@@ -5,6 +5,7 @@
 #include <array>
 #include <iterator>
 
+#include "records/one_line.h"
 #include "records/text.h"
 #include "records/utf8.h"
 
@@ -56,7 +57,7 @@ std::string explainPrompt(std::string_view evidence) {
 
 std::string sentence(const Guess& guess) {
   return std::string("It ") + (guess.sure ? "" : "probably ") +
-         withSmallFirst(trimmed(repairUtf8(guess.does), " .")) + ".";
+         withSmallFirst(trimmed(oneLine(repairUtf8(guess.does)), " .")) + ".";
 }
 
 std::optional<std::string> explain(std::string_view evidence, LanguageModel* model) {

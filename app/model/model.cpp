@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/cli/terminal_text.h"
 #include "records/checked.h"
 #include "records/wording.h"
 
@@ -158,7 +159,7 @@ void Model::remedy(const Fix& fix, const Finding& finding) {
 void Model::copyReport() {
   requireMainThread();
   if (!snap_) return;
-  copyText_(text(*snap_, found_, guesses_));
+  copyText_(harmlessForClipboard(text(*snap_, found_, guesses_)));
   publish(note_, Note{"Copied the report. Paste it into a message to share it.", doneIcon, NoteColor::green,
                       services_.now()});
 }

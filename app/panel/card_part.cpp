@@ -1,3 +1,4 @@
+#include "app/cli/terminal_text.h"
 #include "app/panel/parts.h"
 
 namespace tarnwick::panel {
@@ -43,8 +44,12 @@ Node remedyButton(const Action& action, const Finding& finding, bool enabled) {
                  .action = RunRemedy{action, finding}}};
 }
 
+// What is marked and copied may be pasted into a terminal.
 Node copyable(const std::string& text) {
-  return {Label{.text = text, .font = FontRole::callout, .colour = ColourRole::secondary, .selectable = true},
+  return {Label{.text = harmlessForClipboard(text),
+                .font = FontRole::callout,
+                .colour = ColourRole::secondary,
+                .selectable = true},
           true};
 }
 

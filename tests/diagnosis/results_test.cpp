@@ -42,6 +42,40 @@ TEST(Findings, MarkElevenRulesInTableOrderOnlyWhenArmed) {
   EXPECT_FALSE(marks.take()) << "taking disarms";
 }
 
+// Report and verdict of a machine all of whose names hold `end`: a folder, an application, a container,
+// branch, commit, session, job.
+std::string saidWith(const std::string& end) {
+  const std::string shop = "/Users/x/shop";
+  const std::string jobs = "/Users/x/jobs" + end + "x";
+  FakeSurroundings around;
+  around.repositories[shop] = {"re" + end + "po", "bra" + end + "nch", "sub" + end + "ject", "1 hour ago"};
+  around.sessions[30].title = "ti" + end + "tle";
+  around.jobs[jobs].job = "jo" + end + "b";
+  Snapshot m = machine();
+  add(m, 30, 1, {"claude"});
+  for (const auto& [pid, folder] : {std::pair{41, shop}, {42, jobs}, {43, "/Users/x/di" + end + "r"}}) {
+    Proc& server = add(m, pid, 30, {"node"}, 50'000);
+    server.cwd = folder;
+    server.ports = {3000};
+    server.footprint = static_cast<std::uint64_t>(pid) * megabyte;
+  }
+  addApp(m, 50, "Fig" + end + "ma").cpu = 5;
+  m.containers = {{"c1", "d" + end + "b", "Up", "postgres", gigabyte}};
+  m.containerLoad = {.count = 1, .bytes = 3 * gigabyte};
+  m.index();
+  BenchMarks marks([] { return 0.0; });
+  const std::vector<Finding> found = findings(m, {}, around, marks);
+  return text(m, found, {}) + verdict(m, found).cause.value_or("no cause");
+}
+
+TEST(Findings, NoNameSaysALineOfItsOwn) {
+  const std::string plain = saidWith(" ");
+  for (const char* name : {"di r", "re po", "bra nch", "sub ject", "ti tle", "jo b", "Fig ma", "d b"})
+    EXPECT_THAT(plain, HasSubstr(name));
+  for (const char* end : {"\n", "\v", "\f", "\r", "\r\n", "\u0085", "\u2028", "\u2029"})
+    EXPECT_EQ(saidWith(end), plain);
+}
+
 constexpr std::int64_t gibibyte = 1LL << 30;
 
 Finding finding(std::string subject, Bucket bucket, std::uint64_t bytes, double impact) {

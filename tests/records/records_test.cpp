@@ -1,6 +1,7 @@
 #include "records/app_name.h"
 #include "records/browsers.h"
 #include "records/finding.h"
+#include "records/one_line.h"
 #include "records/snapshot.h"
 #include "records/utf8.h"
 #include "records/wording.h"
@@ -27,6 +28,19 @@ TEST(Utf8, CharactersAreCodePoints) {
   EXPECT_EQ(characterCount("aë€😀"), 4U);
   for (const auto& [count, first] : {std::pair{0U, ""}, {3U, "aë€"}, {4U, "aë€😀"}})
     EXPECT_EQ(firstCharacters("aë€😀", count), first);
+}
+
+TEST(OneLine, RunsOfLineEndsBecomeOneBlankAndTheRestStays) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"", ""},
+      {"a “b” \t\x1B\u200E\u00A0\u0084\u0086\u2027\u202A é😀",
+       "a “b” \t\x1B\u200E\u00A0\u0084\u0086\u2027\u202A é😀"},
+      {"a\nb\vc\fd\re", "a b c d e"},
+      {"a\u0085b\u2028c\u2029d", "a b c d"},
+      {"\r\na\n\u2028\n\nb \n", " a b  "},
+  };
+  for (const auto& [text, line] : cases) EXPECT_EQ(oneLine(text), line);
+  EXPECT_EQ(Fix{QuitApp{"a\nkill -KILL 1"}}.command(), "Cmd-Q a kill -KILL 1");
 }
 
 TEST(AppName, IsTheOutermostBundleBelowAnApplicationFolder) {

@@ -68,6 +68,7 @@ TEST(TerminalText, WhatControlsATerminalIsMadeVisible) {
       {"invalid bytes", "a\x9B\xFFz", "a\uFFFD\uFFFDz"},
   };
   for (const auto& [what, text, harmless] : cases) EXPECT_EQ(harmlessForTerminal(text), harmless) << what;
+  EXPECT_EQ(harmlessForClipboard("\x1B\r\n\u2067\u200E\u061C"), "␛␍\n<U+2067>\u200E\u061C");
 }
 
 }  // namespace

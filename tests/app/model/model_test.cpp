@@ -170,6 +170,11 @@ TEST_F(ModelTest, TheReportIsCopiedAsShown) {
   model.copyReport();
   EXPECT_EQ(services.copied, text(*model.snap(), model.found(), model.guesses()));
   EXPECT_EQ(model.note()->text, "Copied the report. Paste it into a message to share it.");
+  services.next.found.front().title = "\r\x1B[2J\u009B\u202E\u2066\u200EWhatever";
+  model.refresh(false);
+  executor.runAll();
+  model.copyReport();
+  EXPECT_THAT(services.copied, HasSubstr("  ␍␛[2J<U+009B><U+202E><U+2066>\u200EWhatever\n"));
 }
 
 TEST_F(ModelTest, ObserversMayComeAndGoWhileTheyAreTold) {

@@ -147,6 +147,8 @@ TEST(PanelContent, DetailsOfferEveryOtherRemedyOnce) {
   const std::vector<std::string> texts = textsOf(node);
   EXPECT_THAT(std::vector(texts.begin() + 7, texts.end() - 1),
               ElementsAre("Detail of a.", "1.", "First.", "2.", "Second.", "3.", "Third.", "4.", "Fourth."));
+  finding.detail = "\x1B[2J\u202Ex";
+  EXPECT_THAT(textsOf(built(shown)), Contains("␛[2J<U+202E>x")) << "it can be copied";
   shown.openCard = "b";
   EXPECT_EQ(titlesOf(built(shown)), "Quit. Details. ");
 }
