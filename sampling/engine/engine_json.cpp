@@ -15,7 +15,8 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr std::size_t idCharacters = 12;
+constexpr std::size_t idCharacters = 12;  // of the id's 12 to 64
+constexpr std::size_t longestId = 64;
 constexpr std::uint64_t mostBytes = std::uint64_t{1} << 60U;
 
 // Repaired before it is parsed: one bad byte in one name would cost the whole list otherwise.
@@ -39,11 +40,17 @@ const Json* firstName(const Json& object) {
   return found == names->end() ? nullptr : &*found;
 }
 
+// What an engine names its containers by. Anything else would stand in requests, remedies and the report.
+bool isEngineId(std::string_view id) {
+  return id.size() >= idCharacters && id.size() <= longestId &&
+         id.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
+}
+
 std::optional<Container> containerOf(const Json& object) {
-  const Json* id = jsonMember(&object, "Id");
-  if (id == nullptr || !id->is_string()) return std::nullopt;
+  const std::string id = textOr(jsonMember(&object, "Id"), "");
+  if (!isEngineId(id)) return std::nullopt;
   Container container;
-  container.id = firstCharacters(id->get_ref<const std::string&>(), idCharacters);
+  container.id = id.substr(0, idCharacters);
   container.name = std::string(trimmed(textOr(firstName(object), container.id), "/"));
   container.status = textOr(jsonMember(&object, "Status"), "");
   container.image = textOr(jsonMember(&object, "Image"), "");

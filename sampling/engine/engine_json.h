@@ -10,8 +10,9 @@
 
 namespace tarnwick {
 
-// The containers of "/containers/json" in the engine's order, `mem` still 0. Entries without a text "Id"
-// are left out. Empty for bad JSON and for anything but a list of objects.
+// The containers of "/containers/json" in the engine's order, `mem` still 0. Entries whose "Id" is
+// not one (12 to 64 hexadecimal digits) are left out. Empty for bad JSON and for anything but a list of
+// objects.
 std::vector<Container> containersOf(std::string_view body);
 
 // The bytes a container really holds, of ".../stats": its usage without the page cache that can be dropped.

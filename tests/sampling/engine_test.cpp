@@ -57,15 +57,20 @@ TEST(EngineReplies, EveryRecordedReplyMeansWhatItSays) {
 TEST(EngineList, IdsAndNames) {
   const std::pair<std::string, const char*> cases[] = {
       {R"("Id":"0123456789abcdef")", "0123456789ab|0123456789ab"},
-      {R"("Id":"abc","Names":[])", "abc|abc"},
-      {R"("Id":"abc","Names":"/web")", "abc|abc"},
-      {R"("Id":"abc","Names":["/web","/other/alias"],"Status":7,"Image":null)", "abc|web"},
-      {R"("Id":"abc","Names":["//a/b//"])", "abc|a/b"},
-      {R"("Id":"abc","Names":["/"])", "abc|"},
+      {R"("Id":"abcdef012345","Names":[])", "abcdef012345|abcdef012345"},
+      {R"("Id":"abcdef012345","Names":"/web")", "abcdef012345|abcdef012345"},
+      {R"("Id":"abcdef012345","Names":["/web","/other/alias"],"Status":7,"Image":null)", "abcdef012345|web"},
+      {R"("Id":"abcdef012345","Names":["//a/b//"])", "abcdef012345|a/b"},
+      {R"("Id":"abcdef012345","Names":["/"])", "abcdef012345|"},
+      {"\"Id\":\"ABCDEF012345\",\"Names\":[\"/caf\xe9\"]", "ABCDEF012345|caf\xef\xbf\xbd"},
+      {"\"Id\":\"" + std::string(64, 'f') + "\"", "ffffffffffff|ffffffffffff"},
+      {"\"Id\":\"" + std::string(65, 'f') + "\"", "left out"},
+      {R"("Id":"abcdef01234")", "left out"},
+      {R"("Id":"abcdef012345\n")", "left out"},
+      {R"("Id":"abcdef01234; reboot")", "left out"},
+      {R"("Id":"éééééééééééézz")", "left out"},
       {R"("Id":7)", "left out"},
-      {R"("Names":["/web"])", "left out"},
-      {"\"Id\":\"abc\",\"Names\":[\"/caf\xe9\"]", "abc|caf\xef\xbf\xbd"},
-      {R"("Id":"éééééééééééézz")", "éééééééééééé|éééééééééééé"}};
+      {R"("Names":["/web"])", "left out"}};
   for (const auto& [members, expected] : cases) {
     const std::vector<Container> list = containersOf("[{" + members + "}]");
     EXPECT_EQ(list.size() == 1 ? list.front().id + "|" + list.front().name : "left out", expected) << members;
@@ -74,10 +79,11 @@ TEST(EngineList, IdsAndNames) {
 
 TEST(EngineList, WhatIsNoListOfObjectsIsEmpty) {
   for (const std::string& body :
-       Strings{"", "null", "[1]", R"([{"Id":"a"},7])", R"([{"Id":"a"})", R"({"Id":"a"})",
-               R"([{"Id":"\ud800"}])", std::string(1'000'000, '[')})
+       Strings{"", "null", "[1]", R"([{"Id":"abcdef012345"},7])", R"([{"Id":"abcdef012345"})",
+               R"({"Id":"abcdef012345"})", R"([{"Id":"\ud800"}])", std::string(1'000'000, '[')})
     EXPECT_THAT(containersOf(body), IsEmpty()) << body.substr(0, 99);
-  EXPECT_THAT(names(R"([{"Names":["/no-id"]},{"Id":"b"},{"Id":"a"}])"), ElementsAre("b", "a"));
+  EXPECT_THAT(names(R"([{"Names":["/no-id"]},{"Id":"bbbbbbbbbbbb"},{"Id":"aaaaaaaaaaaa"}])"),
+              ElementsAre("bbbbbbbbbbbb", "aaaaaaaaaaaa"));
 }
 
 TEST(EngineStatistics, DroppableCacheIsTakenOffAndImpossibleNumbersCountAsZero) {
@@ -138,11 +144,17 @@ struct DockerTest : testing::Test {
   const Docker docker{engine, {"/engine.sock"}};
 };
 
-// An engine with containers c1 to cN; each uses 1,000 bytes per number.
+// "c00000000001" for 1.
+std::string idOf(std::size_t number) {
+  const std::string digits = std::to_string(number);
+  return "c" + std::string(11 - digits.size(), '0') + digits;
+}
+
+// An engine with containers 1 to N; each uses 1,000 bytes per number.
 void fill(FakeTransport& engine, int count) {
   std::string list;
   for (int i = 1; i <= count; ++i) {
-    const std::string id = "c" + std::to_string(i);
+    const std::string id = idOf(static_cast<std::size_t>(i));
     list += (i == 1 ? "[" : ",") + (R"({"Id":")" + id + R"("})");
     engine.replies[statsLine(id)] = ok + R"({"memory_stats":{"usage":)" + std::to_string(i * 1000) + "}}";
   }
@@ -150,15 +162,15 @@ void fill(FakeTransport& engine, int count) {
 }
 
 TEST_F(DockerTest, RequestsAreExactAndNeverEndless) {
-  engine.replies["GET /containers/json"] = ok + R"([{"Id":"4711"}])";
-  engine.replies["POST /containers/4711/stop"] = "HTTP/1.0 304 Not Modified\r\n\r\n";
+  engine.replies["GET /containers/json"] = ok + R"([{"Id":"471147114711"}])";
+  engine.replies["POST /containers/471147114711/stop"] = "HTTP/1.0 304 Not Modified\r\n\r\n";
   EXPECT_THAT(docker.dockerContainers(), SizeIs(1));
-  EXPECT_TRUE(docker.stop("4711"));
+  EXPECT_TRUE(docker.stop("471147114711"));
   for (const int limit : {0, -7}) EXPECT_EQ(docker.dockerAPI("GET", "/x", limit), std::nullopt);
   const std::string rest = " HTTP/1.0\r\nHost: docker\r\nContent-Length: 0\r\n\r\n";
   const std::pair<std::string, double> expected[] = {{"GET /containers/json", 3},
-                                                     {statsLine("4711"), 3},
-                                                     {"POST /containers/4711/stop", 15},
+                                                     {statsLine("471147114711"), 3},
+                                                     {"POST /containers/471147114711/stop", 15},
                                                      {"GET /x", 1},
                                                      {"GET /x", 1}};
   const auto asked = engine.asked();
@@ -177,15 +189,14 @@ TEST_F(DockerTest, ContainersKeepTheEnginesOrderAndAreAskedAboutSideBySide) {
   const std::vector<Container> containers = docker.dockerContainers();
   ASSERT_THAT(containers, SizeIs(40));
   for (std::size_t i = 0; i < containers.size(); ++i)
-    EXPECT_EQ(std::tie(containers[i].id, containers[i].mem),
-              std::tuple("c" + std::to_string(i + 1), (i + 1) * 1000));
+    EXPECT_EQ(std::tie(containers[i].id, containers[i].mem), std::tuple(idOf(i + 1), (i + 1) * 1000));
   EXPECT_THAT(engine.asked(), SizeIs(41));
   EXPECT_THAT(engine.mostAtOnce(), AllOf(testing::Ge(5U), testing::Le(8U)));
 }
 TEST_F(DockerTest, OddIdsNeverReachARequest) {
   engine.replies["GET /containers/json"] =
       ok + R"([{"Id":"../../x"},{"Id":""},{"Id":"a b"},{"Id":"a\r\nX: y"}])";
-  EXPECT_THAT(docker.dockerContainers(), SizeIs(4));
+  EXPECT_THAT(docker.dockerContainers(), IsEmpty());
   for (const std::string id : {"../../x", "", "a b", "a\r\nX: y", "x/kill?"})
     EXPECT_FALSE(docker.stop(id)) << id;
   EXPECT_EQ(docker.dockerAPI("GET", "/a b", 3), std::nullopt);
@@ -196,8 +207,8 @@ TEST_F(DockerTest, OddIdsNeverReachARequest) {
 
 TEST_F(DockerTest, FailedStatisticsCostOnlyTheirFigure) {
   fill(engine, 3);
-  engine.replies[statsLine("c1")] = "HTTP/1.0 404 Not Found\r\n\r\n{\"memory_stats\":{\"usage\":5}}";
-  engine.replies.erase(statsLine("c3"));
+  engine.replies[statsLine(idOf(1))] = "HTTP/1.0 404 Not Found\r\n\r\n{\"memory_stats\":{\"usage\":5}}";
+  engine.replies.erase(statsLine(idOf(3)));
   const auto mem = [](std::uint64_t bytes) { return testing::Field(&Container::mem, bytes); };
   EXPECT_THAT(docker.dockerContainers(), ElementsAre(mem(0), mem(2000), mem(0)));
 }
@@ -214,7 +225,7 @@ TEST_F(DockerTest, AnEngineThatStopsAnsweringIsAskedNoMore) {
 // Docker Desktop leaves its socket behind. The engine that was listed is the one that stops, even when the
 // other has come back.
 TEST_F(DockerTest, TheFirstPlaceThatAnswersIsAsked) {
-  engine.replies["GET /containers/json"] = ok + R"([{"Id":"c1"}])";
+  engine.replies["GET /containers/json"] = ok + R"([{"Id":"c00000000001"}])";
   engine.replies["POST /containers/c1/stop"] = "HTTP/1.0 204 No Content\r\n\r\n";
   const Docker four(engine, {"/none.sock", "/desktop.sock", "/rootless.sock", "/system.sock"});
   const auto stoppedAt = [&] { return four.stop("c1") ? engine.asked().back().socket : "nowhere"; };

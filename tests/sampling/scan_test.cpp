@@ -24,7 +24,8 @@ struct Machine {
                              .firstTime = 300,
                              .ports = {80}};
     workspace.apps = {{9, "Mail", "org.mail", "/mail", false}, {8, "Bar", "org.bar", "/bar", true}};
-    engine.replies["GET /containers/json"] = "HTTP/1.0 200 OK\r\n\r\n[{\"Id\":\"c1\",\"Names\":[\"/db\"]}]";
+    engine.replies["GET /containers/json"] =
+        "HTTP/1.0 200 OK\r\n\r\n[{\"Id\":\"c00000000001\",\"Names\":[\"/db\"]}]";
     browsers.permissions = {{safari, Access::allowed}, {chrome, Access::denied}, {firefox, Access::allowed}};
     browsers.tabs[safari] = {.duplicates = 3};
   }
