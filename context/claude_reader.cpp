@@ -5,7 +5,9 @@
 #include <nlohmann/json.hpp>
 #include <string_view>
 
+#include "context/longest_name.h"
 #include "records/text.h"
+#include "records/utf8.h"
 #include "sampling/decode/iso_time.h"
 #include "sampling/decode/json_members.h"
 #include "system/small_file.h"
@@ -17,6 +19,12 @@ constexpr std::size_t jsonFileBytes = 1U << 20U;
 
 // Transcripts grow without bound, and the newest facts are at the end.
 constexpr std::size_t transcriptTailBytes = 1U << 20U;
+
+std::optional<std::string> nameMember(const nlohmann::json& object, const char* key) {
+  auto name = textMember(&object, key);
+  if (name) name = firstCharacters(*name, longestName);
+  return name;
+}
 
 }  // namespace
 
@@ -64,8 +72,8 @@ std::optional<ClaudeWork> ClaudeReader::claudeJob(const std::string& dir) {
 
   const auto sessionId = textMember(&*state, "sessionId");
   ClaudeWork work = sessionId ? transcript(*sessionId) : ClaudeWork{};
-  work.job = textMember(&*state, "name");
-  work.jobState = textMember(&*state, "state");
+  work.job = nameMember(*state, "name");
+  work.jobState = nameMember(*state, "state");
   work.jobDir = textMember(&*state, "cwd");
   if (const auto updatedAt = textMember(&*state, "updatedAt")) work.jobUpdated = isoTime(*updatedAt);
   return work;
@@ -91,7 +99,7 @@ ClaudeWork ClaudeReader::transcript(const std::string& sessionId) {
   const std::string path = transcriptPath(sessionId);
   if (path.empty()) return work;
   const std::string tail = readFileTail(path, transcriptTailBytes).value_or("");
-  if (const auto line = newest(tail, "ai-title", "aiTitle")) work.title = textMember(&*line, "aiTitle");
+  if (const auto line = newest(tail, "ai-title", "aiTitle")) work.title = nameMember(*line, "aiTitle");
   if (const auto line = newest(tail, "pr-link", "prNumber")) {
     work.pr = numberMember(&*line, "prNumber");
     work.prRepo = textMember(&*line, "prRepository");

@@ -1,4 +1,5 @@
-// What a Claude Code process works on, from the files that it keeps in the user's home. They are only read.
+// What a Claude Code process works on, from the files that it keeps in the user's home. They are only read,
+// and longer names and titles cut.
 // Missing files, bad JSON and missing keys give absent records or fields. Used from the thread that runs the
 // rules, one run at a time.
 #pragma once

@@ -23,12 +23,22 @@ std::optional<std::string> originUrl(std::string_view config);
 
 // The repository as a remote address names it.
 struct RemoteParts {
-  std::string repo;                 // without ".git"; empty when the address names none
-  std::optional<std::string> slug;  // "owner/name"; only on the code-hosting service that gh serves
+  std::string repo;  // without ".git"; empty when the address names none
+  std::optional<std::string>
+      slug;  // "owner/name"; only on the code host that gh serves, and only if it can be
 };
 
 // Both the web form and the host:path form are read.
 RemoteParts remoteParts(std::string_view url);
+
+// Can the code host have a repository "owner/name" of that name?
+bool isSlug(std::string_view text);
+
+// A number without sign or leading zero.
+bool isPullRequestNumber(std::string_view text);
+
+// Can git have a branch of that name? Such a name is no address and no option.
+bool isBranchName(std::string_view text);
 
 // The name of a folder; slashes at its end do not count.
 std::string folderName(const std::string& dir);

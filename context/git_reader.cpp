@@ -3,9 +3,12 @@
 #include <cstddef>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "context/git_files.h"
+#include "context/longest_name.h"
 #include "records/text.h"
+#include "records/utf8.h"
 #include "system/small_file.h"
 
 namespace tarnwick {
@@ -15,33 +18,55 @@ namespace {
 constexpr std::size_t lineFileBytes = 64U << 10U;
 constexpr std::size_t configBytes = 1U << 20U;
 
-// How git is run in a folder that merely is some process's working directory. Its configuration belongs to
-// whoever made the folder, and must start nothing there.
-ToolOptions harmlessGit() {
+// An age and a subject, or a title, need less; a tool that prints more is ended and has said nothing.
+constexpr std::size_t answerBytes = 64U << 10U;
+
+// What git is asked in a folder that merely is some process's working directory. Its configuration belongs
+// to whoever made the folder, and must start nothing there.
+std::vector<std::string> lastCommitWords(const std::string& dir, const std::string& gitDirectory) {
+  return {
+      "-C",
+      dir,
+      // Named, so that git does not search on in the folders above when this is no repository after all, nor
+      // goes where the configuration says that the files are.
+      "--git-dir=" + gitDirectory,
+      "--work-tree=" + dir,
+      // Values given here are stronger than the repository's, with every git.
+      // Checking a signature runs gpg.program, and would mix its words into the output.
+      "-c",
+      "log.showSignature=false",
+      // The name map is a file of the work tree that git reads without need, even when it is a pipe.
+      "-c",
+      "log.mailmap=false",
+      // Otherwise a repository that keeps its subjects in another encoding gets them printed in it.
+      "-c",
+      "i18n.logOutputEncoding=UTF-8",
+      // Printing one subject takes neither the index nor a hook. Should that change, they stay off.
+      "-c",
+      "core.fsmonitor=",
+      "-c",
+      "core.hooksPath=/dev/null",
+      "log",
+      "-1",
+      "--format=%cr%n%s",
+  };
+}
+
+ToolOptions harmlessGit(const std::string& dir) {
   ToolOptions options;
   // GIT_DIR, GIT_CONFIG_PARAMETERS, GIT_TRACE and their like in our own environment would answer about
-  // another repository, or write files.
-  options.droppedVariables = {"GIT_"};
+  // another repository, or write files; the others would translate the commit's age.
+  options.droppedVariables = {"GIT_", "LC_", "LANG"};
   options.addedVariables = {
+      {"LC_ALL", "C.UTF-8"},
+      // Nothing above the folder counts, even if git came to search.
+      {"GIT_CEILING_DIRECTORIES", dir.substr(0, dir.rfind('/', dir.find_last_not_of('/')))},
       // A commit that is missing in a partial clone would be fetched, and a fetch runs what the remote's
       // entry names: an upload-pack command, a transport helper, a program for ssh. The first variable says
       // so to git 2.39.4 and newer. The second holds with every git: no transport is allowed at all.
       // (protocol.allow=never would not do: the repository's own protocol.file.allow is stronger.)
       {"GIT_NO_LAZY_FETCH", "1"},
       {"GIT_ALLOW_PROTOCOL", ""},
-      // Values given here are stronger than the repository's. They need git 2.31.
-      {"GIT_CONFIG_COUNT", "4"},
-      // Checking a signature runs gpg.program, and would mix its words into the output.
-      {"GIT_CONFIG_KEY_0", "log.showSignature"},
-      {"GIT_CONFIG_VALUE_0", "false"},
-      // The name map is a file of the work tree that git reads without need, even when it is a pipe.
-      {"GIT_CONFIG_KEY_1", "log.mailmap"},
-      {"GIT_CONFIG_VALUE_1", "false"},
-      // Printing one subject takes neither the index nor a hook. Should that change, they stay off.
-      {"GIT_CONFIG_KEY_2", "core.fsmonitor"},
-      {"GIT_CONFIG_VALUE_2", "false"},
-      {"GIT_CONFIG_KEY_3", "core.hooksPath"},
-      {"GIT_CONFIG_VALUE_3", "/dev/null"},
       // A pager runs only before a terminal, a prompt and the index's lock are not reached by this command:
       // kept off all the same. Differences are not computed (diff.external, textconv), and aliases cannot
       // stand in for git's own commands.
@@ -49,6 +74,19 @@ ToolOptions harmlessGit() {
       {"GIT_TERMINAL_PROMPT", "0"},
       {"GIT_OPTIONAL_LOCKS", "0"},
   };
+  // A configuration may include /dev/stdin, and what the user types or pipes is not for git.
+  options.emptyInput = true;
+  options.outputBytes = answerBytes;
+  return options;
+}
+
+// gh asks the one host whose names were checked: a host or token of another one in our own environment would
+// send the question, and the token, elsewhere.
+ToolOptions codeHostOnly() {
+  ToolOptions options;
+  options.droppedVariables = {"GH_HOST", "GH_REPO", "GH_ENTERPRISE_TOKEN", "GITHUB_ENTERPRISE_TOKEN"};
+  options.emptyInput = true;
+  options.outputBytes = answerBytes;
   return options;
 }
 
@@ -93,37 +131,39 @@ std::optional<Git> GitReader::readGit(const std::string& dir) {
       readSmallFile(*gitDirectory + "/commondir", lineFileBytes).value_or(""), *gitDirectory);
   const auto url = originUrl(readSmallFile(common + "/config", configBytes).value_or(""));
   RemoteParts remote = remoteParts(url.value_or(""));
-  git.repo = remote.repo.empty() ? folderName(dir) : std::move(remote.repo);
+  git.repo = firstCharacters(remote.repo.empty() ? folderName(dir) : remote.repo, longestName);
   git.slug = std::move(remote.slug);
-  readLastCommit(dir, git);
+  readLastCommit(dir, *gitDirectory, git);
   return git;
 }
 
-void GitReader::readLastCommit(const std::string& dir, Git& git) {
+void GitReader::readLastCommit(const std::string& dir, const std::string& gitDirectory, Git& git) {
   const std::optional<std::string>& gitBin = places_.gitBin();
-  if (!gitBin) return;
+  // Git itself, told the directory, does not ask whose it is.
+  if (!gitBin || !isOwn(dir) || !isOwn(gitDirectory)) return;
   const std::string output =
-      ToolRunner::finish(runner_.start(*gitBin, {"-C", dir, "log", "-1", "--format=%cr%n%s"}, harmlessGit()));
+      ToolRunner::finish(runner_.start(*gitBin, lastCommitWords(dir, gitDirectory), harmlessGit(dir)));
   const std::string_view lines = trimmed(output);
   const std::size_t end = lines.find('\n');
   git.lastCommitAgo = std::string(lines.substr(0, end));
   if (end == std::string_view::npos) return;
   const std::string_view rest = lines.substr(end + 1);
-  git.lastCommit = std::string(rest.substr(0, rest.find('\n')));
+  git.lastCommit = firstCharacters(rest.substr(0, rest.find('\n')), longestName);
 }
 
 std::optional<std::string> GitReader::prTitle(const std::optional<std::string>& repo,
                                               const std::optional<std::string>& pr) {
   if (!repo || !pr || !prTitlesWanted_() || !places_.ghBin()) return std::nullopt;
-  // `pr` may be a branch's name, which a file in somebody's folder says: gh must not take it for an option.
-  if (pr->starts_with('-') || repo->starts_with('-')) return std::nullopt;
+  // Files in somebody's folder say both: gh must not take one for an option, an address or another host.
+  if (!isSlug(*repo) || !(isPullRequestNumber(*pr) || isBranchName(*pr))) return std::nullopt;
   const std::string key = *repo + "#" + *pr;
   const auto known = prCache.find(key);
   if (known != prCache.end()) return known->second;
   const std::string output = ToolRunner::finish(runner_.start(
-      *places_.ghBin(), {"pr", "view", *pr, "--repo", *repo, "--json", "title", "--jq", ".title"}));
+      *places_.ghBin(), {"pr", "view", "--repo", *repo, "--json", "title", "--jq", ".title", "--", *pr},
+      codeHostOnly()));
   std::optional<std::string> title;
-  if (!trimmed(output).empty()) title = std::string(trimmed(output));
+  if (!trimmed(output).empty()) title = firstCharacters(trimmed(output), longestName);
   prCache[key] = title;
   return title;
 }

@@ -38,7 +38,8 @@ class GitReader {
   // The same, read now.
   std::optional<Git> readGit(const std::string& dir);
 
-  // The title of pull request `pr` of `repo` ("owner/name"); asked for once per run.
+  // The title of pull request `pr`, a number or a branch, of `repo` ("owner/name"); asked for once per run.
+  // Absent when one of them cannot be what it should be.
   std::optional<std::string> prTitle(const std::optional<std::string>& repo,
                                      const std::optional<std::string>& pr);
 
@@ -50,7 +51,7 @@ class GitReader {
 
   void remember(const std::string& dir, const std::optional<Git>& answer);
   bool isFresh(const Answer& answer, Timestamp now) const;
-  void readLastCommit(const std::string& dir, Git& git);
+  void readLastCommit(const std::string& dir, const std::string& gitDirectory, Git& git);
 
   ToolRunner& runner_;
   ToolPlaces& places_;

@@ -25,6 +25,9 @@ bool pathExists(const std::string& path);
 bool isDirectory(const std::string& path);
 bool isRegularFile(const std::string& path);
 
+// Does it belong to the user who runs this program? Permissions do not count.
+bool isOwn(const std::string& path);
+
 // A regular file that this user may execute.
 bool isExecutableFile(const std::string& path);
 

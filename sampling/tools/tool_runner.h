@@ -26,6 +26,7 @@ struct ToolOptions {
   std::vector<std::pair<std::string, std::string>> addedVariables;
   double seconds = toolSeconds;
   std::size_t outputBytes = toolOutputBytes;
+  bool emptyInput = false;  // standard input is empty instead of ours
 };
 
 struct ToolResult {
@@ -46,8 +47,8 @@ class ToolRunner {
  public:
   virtual ~ToolRunner() = default;
 
-  // Launches the program at `path` without waiting: standard input inherited, standard output captured,
-  // standard error discarded. Null when it cannot be launched.
+  // Launches the program at `path` without waiting: standard input inherited unless the options say
+  // otherwise, standard output captured, standard error discarded. Null when it cannot be launched.
   virtual std::unique_ptr<RunningTool> start(const std::string& path, const std::vector<std::string>& args,
                                              const ToolOptions& options) = 0;
   std::unique_ptr<RunningTool> start(const std::string& path, const std::vector<std::string>& args) {

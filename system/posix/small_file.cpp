@@ -16,12 +16,18 @@
 namespace tarnwick {
 namespace {
 
-// The kind of what stands at the path; 0 when there is nothing. A path with a NUL inside would reach the
+// What the system says about the path; absent when there is nothing. A path with a NUL inside would reach the
 // system cut short and name another file.
-mode_t kindOf(const std::string& path) {
+std::optional<struct stat> factsOf(const std::string& path) {
   struct stat facts {};
-  if (path.find('\0') != std::string::npos || ::stat(path.c_str(), &facts) != 0) return 0;
-  return facts.st_mode & static_cast<mode_t>(S_IFMT);
+  if (path.find('\0') != std::string::npos || ::stat(path.c_str(), &facts) != 0) return std::nullopt;
+  return facts;
+}
+
+// The kind of what stands at the path; 0 when there is nothing.
+mode_t kindOf(const std::string& path) {
+  const auto facts = factsOf(path);
+  return facts ? facts->st_mode & static_cast<mode_t>(S_IFMT) : 0;
 }
 
 // A regular file that is open for reading.
@@ -97,6 +103,11 @@ bool pathExists(const std::string& path) { return kindOf(path) != 0; }
 bool isDirectory(const std::string& path) { return S_ISDIR(kindOf(path)); }
 
 bool isRegularFile(const std::string& path) { return S_ISREG(kindOf(path)); }
+
+bool isOwn(const std::string& path) {
+  const auto facts = factsOf(path);
+  return facts && facts->st_uid == ::geteuid();
+}
 
 bool isExecutableFile(const std::string& path) {
   return isRegularFile(path) && ::access(path.c_str(), X_OK) == 0;

@@ -134,7 +134,7 @@ Act on(const std::function<void(Machine&)>& use) {
 }
 
 TEST(Wiring, EveryPartIsAskedByWhomAndWhenItShould) {
-  const char* title = "~/gh pr view cart --repo ada/shop ";
+  const char* title = "~/gh pr view --repo ada/shop ";
   const char* engine = "engine: GET /containers/json\n";
   const std::tuple<const char*, Act, std::string, int> cases[] = {
       {"no consent, no network", mode({"--print"}), title, 0},
@@ -148,7 +148,7 @@ TEST(Wiring, EveryPartIsAskedByWhomAndWhenItShould) {
       {"a report rests a second", mode({"--print"}), "rested 1.000000\n", 1},
       {"so does the panel's check", on([](Machine& m) { m.check({}); }), "rested 1.000000\n", 1},
       {"a measurement rests half of one", mode({"--bench"}), "rested 0.500000\n", 5},
-      {"git tells about a project", mode({"--print"}), "~/git -C ~/shop log ", 1},
+      {"git tells about a project", mode({"--print"}), "~/git -C ~/shop --git-dir=~/shop/.git ", 1},
       {"but not inside the home's Library", mode({"--print"}), "~/git -C ~/Library", 0},
       {"a busy command is reported", mode({"--print"}), "“make all”", 1},
       {"the program itself is not", mode({"--print"}), "itself", 0},

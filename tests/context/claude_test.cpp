@@ -118,6 +118,16 @@ TEST_F(ClaudeReaderTest, OnlyTheLastMebibyteOfATranscriptIsRead) {
   EXPECT_EQ(reader_.transcript("cut").title, std::nullopt);
 }
 
+TEST_F(ClaudeReaderTest, LongNamesAreCut) {
+  const std::string text(200'000, 'n');
+  const std::string longest(4'096, 'n');
+  transcriptFile("p", "abc", R"({"type":"ai-title","aiTitle":")" + text + "\"}\n");
+  job("j", R"({"sessionId":"abc","name":")" + text + R"(","state":")" + text + "\"}");
+  const auto work = reader_.claudeJob(home_.at(".claude/jobs/j"));
+  ASSERT_TRUE(work);
+  EXPECT_EQ(std::tie(work->title, work->job, work->jobState), std::tuple(longest, longest, longest));
+}
+
 TEST_F(ClaudeReaderTest, ASessionIdIsAFileNameAndNothingElse) {
   for (const char* name : {"secret", "projects/p/..", "projects/p/", "projects/p/abc"})
     home_.write(".claude/" + std::string(name) + ".jsonl", titleLine);

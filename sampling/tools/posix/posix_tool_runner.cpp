@@ -191,7 +191,10 @@ bool prepareAttributes(posix_spawnattr_t& attributes) {
          posix_spawnattr_setsigdefault(&attributes, &all) == 0;
 }
 
-bool prepareStreams(posix_spawn_file_actions_t& actions, int writeEnd) {
+bool prepareStreams(posix_spawn_file_actions_t& actions, int writeEnd, bool emptyInput) {
+  if (emptyInput && posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0) != 0) {
+    return false;
+  }
   return posix_spawn_file_actions_adddup2(&actions, writeEnd, STDOUT_FILENO) == 0 &&
          posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0) == 0;
 }
@@ -211,7 +214,8 @@ pid_t spawn(const std::string& path, const std::vector<std::string>& args, const
     return 0;
   }
   pid_t pid = 0;
-  const bool started = prepareAttributes(attributes) && prepareStreams(actions, writeEnd) &&
+  const bool started = prepareAttributes(attributes) &&
+                       prepareStreams(actions, writeEnd, options.emptyInput) &&
                        posix_spawn(&pid, path.c_str(), &actions, &attributes, pointersTo(words).data(),
                                    pointersTo(variables).data()) == 0;
   posix_spawn_file_actions_destroy(&actions);

@@ -2,6 +2,7 @@
 #include "context/git_reader.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "tests/support/fake_clock.h"
 #include "tests/support/posix/git_world.h"
@@ -77,6 +78,88 @@ TEST_F(GitReaderTest, FilesThatAreNoFilesAreUnreadable) {
   EXPECT_EQ(reader_.readGit(pipe), std::nullopt);
   world_.folder.write("text/.git", "git directory: /a");
   EXPECT_EQ(reader_.readGit(world_.folder.at("text")), std::nullopt);
+}
+
+TEST_F(GitReaderTest, AnEmptyMarkerFolderIsNotTheRepositoryAboveIt) {
+  const std::string inner = world_.repository("outer", "Secret of the parent") + "/inner";
+  fs::create_directories(inner + "/.git");
+  EXPECT_EQ(read(inner), (Git{"inner", "", "", "", false, std::nullopt}));
+  world_.folder.write("outer/pointing/.git", "gitdir: ../inner/.git");
+  EXPECT_EQ(read(world_.folder.at("outer/pointing")).lastCommit, "");
+}
+
+TEST_F(GitReaderTest, AWorkTreeElsewhereIsNotLookedFor) {
+  const std::string dir = world_.repository("shop", "First");
+  world_.git(dir, {"config", "core.worktree", "../../gone"});
+  EXPECT_EQ(read(dir).lastCommit, "First");
+}
+
+TEST_F(GitReaderTest, GitDoesNotReadOurInput) {
+  const std::string dir = world_.repository("shop", "First");
+  world_.git(dir, {"config", "include.path", "/dev/stdin"});
+  std::array<int, 2> input{};
+  ASSERT_EQ(::pipe(input.data()), 0);
+  const int before = ::dup(STDIN_FILENO);
+  ::dup2(input[0], STDIN_FILENO);
+  const std::string typed = "[user]\n\tname = typed\n";
+  EXPECT_EQ(::write(input[1], typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
+  ::close(input[1]);
+  EXPECT_EQ(read(dir).lastCommit, "First");
+  std::string left(100, '\0');
+  left.resize(static_cast<std::size_t>(std::max<ssize_t>(::read(input[0], left.data(), left.size()), 0)));
+  EXPECT_EQ(left, typed);
+  ::dup2(before, STDIN_FILENO);
+  for (const int end : {before, input[0]}) ::close(end);
+}
+
+TEST_F(GitReaderTest, WordsComeInEnglishAndSubjectsInUtf8) {
+  const std::string dir = world_.repository("shop", "First");
+  world_.git(dir, {"config", "i18n.commitEncoding", "ISO-8859-1"});
+  world_.git(dir, {"commit", "-q", "--allow-empty", "-F", world_.folder.write("subject", "Caf\xE9\n")});
+  ::setenv("LC_ALL", "C.UTF-8", 1);
+  ::setenv("LANGUAGE", "de", 1);
+  const Git git = read(dir);
+  ::unsetenv("LANGUAGE");
+  EXPECT_THAT(git.lastCommitAgo, EndsWith(" ago"));
+  EXPECT_EQ(git.lastCommit, "Café");
+}
+
+TEST_F(GitReaderTest, ASubjectWithoutEndIsNone) {
+  const std::string dir = world_.repository("shop", "First");
+  const std::string subject = world_.folder.write("subject", std::string(70'000, 's'));
+  world_.git(dir, {"commit", "-q", "--allow-empty", "-F", subject});
+  EXPECT_EQ(read(dir).lastCommit, "");
+}
+
+// As git itself, where it finds the repository by searching.
+TEST_F(GitReaderTest, SomebodyElsesRepositoryIsNotAskedAbout) {
+  const std::string dir = world_.repository("shop", "First");
+  if (::geteuid() != 0) GTEST_SKIP() << "needs root to give files away";
+  for (const std::string& theirs : {dir, dir + "/.git"}) {
+    ASSERT_EQ(::chown(theirs.c_str(), 65'534, 65'534), 0);
+    const Git git = read(dir);
+    EXPECT_EQ(std::tie(git.branch, git.lastCommit), std::tuple("main", "")) << theirs;
+    ASSERT_EQ(::chown(theirs.c_str(), ::geteuid(), 0), 0);
+  }
+  EXPECT_EQ(read(dir).lastCommit, "First");
+}
+
+TEST_F(GitReaderTest, GhGetsNamesAndNoOtherHost) {
+  const std::string log = world_.folder.at("log");
+  ToolCandidates tools;
+  tools.gh = {world_.folder.script("gh", "(printf '<%s> ' \"$@\"; cat; env) > " + log + "; echo Title")};
+  ToolPlaces places(tools);
+  GitReader asking(world_.runner, places, clock_, "/home", [] { return true; });
+  const char* others[] = {"GH_HOST", "GH_ENTERPRISE_TOKEN", "GITHUB_ENTERPRISE_TOKEN", "GH_REPO"};
+  for (const char* name : others) ::setenv(name, "evil", 1);
+  ::setenv("GH_TOKEN", "own", 1);
+  EXPECT_EQ(asking.prTitle("acme/shop", "fix/cart"), "Title");
+  for (const char* name : others) ::unsetenv(name);
+  ::unsetenv("GH_TOKEN");
+  const std::string seen = textOfFile(log);
+  EXPECT_THAT(
+      seen, StartsWith("<pr> <view> <--repo> <acme/shop> <--json> <title> <--jq> <.title> <--> <fix/cart> "));
+  EXPECT_THAT(seen, AllOf(Not(HasSubstr("evil")), HasSubstr("GH_TOKEN=own")));
 }
 
 TEST_F(GitReaderTest, OurOwnEnvironmentDoesNotRedirectGit) {

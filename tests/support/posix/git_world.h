@@ -1,4 +1,5 @@
-// Real repositories in a temporary folder, made by the machine's git without the machine's configuration.
+// Real repositories in a temporary folder, made without the machine's configuration by its git, or by the one
+// that TARNWICK_TEST_GIT names.
 #pragma once
 
 #include "sampling/tools/posix/posix_tool_runner.h"
@@ -10,7 +11,13 @@ namespace tarnwick {
 struct GitWorld {
   TempFolder folder;
   PosixToolRunner runner;
-  ToolPlaces places{folder.path()};
+  ToolPlaces places{candidates(folder.path())};
+
+  static ToolCandidates candidates(const std::string& home) {
+    ToolCandidates tools = toolCandidates(home);
+    if (const char* other = std::getenv("TARNWICK_TEST_GIT")) tools.git = {other};
+    return tools;
+  }
 
   // What git prints when it runs in `dir`.
   ToolResult run(const std::string& dir, std::vector<std::string> args) {
