@@ -110,6 +110,9 @@ int runApplication(const PanelApplication& application) {
   SingleInstance instance(qEnvironmentVariable("XDG_RUNTIME_DIR"));
   if (!instance.isFirst())
     return instance.askToOpen() ? 0 : complain("Tarnwick already runs, but does not answer.");
+  if (instance.isRefused())
+    complain(
+        "The folder that XDG_RUNTIME_DIR names is not yours alone: each start opens a panel of its own.");
   if (!findDisplay()) return complain("There is no display to show the panel on. Try --print.");
 
   char name[] = "tarnwick";

@@ -1,25 +1,25 @@
 #include "app/panel/qt/single_instance.h"
 
-#include <QFileInfo>
 #include <QLocalSocket>
 #include <utility>
 
 namespace tarnwick::panel {
 namespace {
 
+constexpr const char* socketName = "tarnwick.socket";
 constexpr int answerMilliseconds = 2000;  // the first one may be busy drawing
 
 }  // namespace
 
-SingleInstance::SingleInstance(const QString& folder) : socket_(folder + QStringLiteral("/tarnwick.socket")) {
-  const QFileInfo place(folder);
-  if (!place.isAbsolute() || !place.isDir() || !place.isWritable()) return;
-  lock_ = std::make_unique<QLockFile>(folder + QStringLiteral("/tarnwick.lock"));
-  lock_->setStaleLockTime(0);  // held as long as the process lives, however long that is
-  if (!lock_->tryLock(0) && lock_->error() != QLockFile::LockFailedError) lock_.reset();
+SingleInstance::SingleInstance(const QString& folder)
+    : named_(!folder.isEmpty()),
+      socket_(folder + QLatin1Char('/') + QLatin1String(socketName)),
+      folder_(PrivateFolder::open(folder.toStdString())) {
+  if (folder_) lock_ = folder_->lock("tarnwick.lock");
 }
 
 bool SingleInstance::askToOpen() const {
+  if (!folder_ || !folder_->hasSocket(socketName)) return false;
   QLocalSocket socket;
   socket.connectToServer(socket_, QIODevice::ReadWrite);
   if (!socket.waitForConnected(answerMilliseconds)) return false;
@@ -28,7 +28,7 @@ bool SingleInstance::askToOpen() const {
 }
 
 void SingleInstance::listen(std::function<void()> open) {
-  if (lock_ == nullptr) return;
+  if (lock_.state != PrivateFolder::Lock::State::held) return;
   QLocalServer::removeServer(socket_);  // left by a run that was killed; the lock says that it is gone
   server_ = std::make_unique<QLocalServer>();
   server_->setSocketOptions(QLocalServer::UserAccessOption);

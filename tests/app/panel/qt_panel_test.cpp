@@ -1,5 +1,7 @@
 #include "app/panel/qt/painter.h"
 
+#include <sys/stat.h>
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QFile>
@@ -277,7 +279,24 @@ TEST(QtSingleInstance, ALaterStartIsHeardByTheFirst) {
   EXPECT_EQ(asked, 1);
   EXPECT_FALSE(QFile::permissions(folder.filePath("tarnwick.socket")) & QFile::Permissions(0x0077))
       << "one's own";
-  EXPECT_TRUE(SingleInstance("").isFirst() && SingleInstance("/nowhere").isFirst());
+  EXPECT_FALSE(first.isRefused() || second.isRefused());
+  ASSERT_TRUE(QFile::setPermissions(folder.filePath("tarnwick.socket"), QFile::Permissions(0x7777)));
+  EXPECT_FALSE(second.askToOpen()) << "anybody may have put it there";
+}
+
+TEST(QtSingleInstance, WhereAStrangerMayBeEveryStartIsTheFirst) {
+  const QTemporaryDir open;
+  QFile::setPermissions(open.path(), QFile::permissions(open.path()) | QFile::ReadOther | QFile::ExeOther);
+  const QTemporaryDir piped;
+  ASSERT_EQ(::mkfifo(qPrintable(piped.filePath("tarnwick.lock")), 0600), 0);
+  for (const QString& folder : {open.path(), piped.path(), QStringLiteral("/nowhere"), QString()}) {
+    SingleInstance instance(folder);
+    EXPECT_TRUE(instance.isFirst());
+    EXPECT_EQ(instance.isRefused(), !folder.isEmpty());
+    EXPECT_FALSE(instance.askToOpen());
+    instance.listen([] {});
+    EXPECT_FALSE(QFile::exists(folder + "/tarnwick.socket"));
+  }
 }
 
 }  // namespace
