@@ -111,8 +111,7 @@ int runApplication(const PanelApplication& application) {
   if (!instance.isFirst())
     return instance.askToOpen() ? 0 : complain("Tarnwick already runs, but does not answer.");
   if (instance.isRefused())
-    complain(
-        "The folder that XDG_RUNTIME_DIR names is not yours alone: each start opens a panel of its own.");
+    complain("No lock of yours alone can be had in XDG_RUNTIME_DIR: each start opens a panel of its own.");
   if (!findDisplay()) return complain("There is no display to show the panel on. Try --print.");
 
   char name[] = "tarnwick";

@@ -12,6 +12,9 @@ namespace {
 
 constexpr int shortLine = 12;  // characters that look lost on a line of their own
 
+// More characters than any text of ours has without somebody's long name in it: laid out once, as it comes.
+constexpr qsizetype longText = 1'000;
+
 // Line feeds inside a text stay line breaks; other control characters have no width and no look.
 QString printable(QString text) {
   text.replace(QLatin1Char('\n'), QChar(QChar::LineSeparator));
@@ -26,7 +29,7 @@ QString printable(QString text) {
 TextBlock::TextBlock(const QString& text, const QFont& font, int width)
     : text_(printable(text)), layout_(text_, font) {
   const int lines = layOut(text_, width);
-  if (lines < 2) return;
+  if (lines < 2 || text_.size() > longText) return;
   const QTextLine last = layout_.lineAt(lines - 1);
   const qsizetype gap = last.textStart() - 1;
   if (last.textLength() > shortLine || gap < 0 || text_.at(gap) != QLatin1Char(' ')) return;
@@ -89,12 +92,18 @@ CopyableText::CopyableText(const QString& text, const QFont& font, const QColor&
   setPalette(colours);
   document()->setDocumentMargin(0);
   setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-  const TextBlock block(text, font, width);
   setLineWrapMode(QTextEdit::FixedPixelWidth);
   setLineWrapColumnOrWidth(width);
-  setPlainText(block.text());
+  int needed = width;
+  if (text.size() > longText) {
+    setPlainText(printable(text));
+  } else {
+    const TextBlock block(text, font, width);
+    setPlainText(block.text());
+    needed = std::min(width, block.size().width() + 1);
+  }
   // The document's own height: its lines may be a pixel higher than the block's.
-  resize(std::min(width, block.size().width() + 1), static_cast<int>(std::ceil(document()->size().height())));
+  resize(needed, static_cast<int>(std::ceil(document()->size().height())));
   setAccessibleName(text);
 }
 

@@ -13,7 +13,7 @@ namespace tarnwick::panel {
 
 // One plain text laid out in lines of a given width. Lines break between words; a word that is wider than
 // the line breaks anywhere, so that no text is ever cut off. A short last line gets a word of the line before
-// for company.
+// for company, unless the text is so long that laying it out once more would be felt.
 class TextBlock {
  public:
   TextBlock(const QString& text, const QFont& font, int width);

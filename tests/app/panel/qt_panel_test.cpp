@@ -235,6 +235,10 @@ TEST(QtText, AShortLastLineIsNotLeftAlone) {
   EXPECT_TRUE(two.text().endsWith(QString("machine") + QChar(QChar::Nbsp) + "now."))
       << two.text().toStdString();
   EXPECT_EQ(TextBlock(words, font, oneLine / 2 + 40).text(), words);
+  for (int count = 334; count < 364; ++count) {
+    const QString lengthy = QString("nn ").repeated(count) + "now.";
+    EXPECT_EQ(TextBlock(lengthy, font, oneLine).text(), lengthy) << "so long a text is laid out once";
+  }
 }
 
 TEST(QtSymbols, EveryNameInUseHasItsOwnGlyph) {
