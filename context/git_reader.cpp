@@ -1,12 +1,12 @@
 #include "context/git_reader.h"
 
 #include <cstddef>
+#include <memory>
 #include <string_view>
 #include <utility>
 
 #include "context/git_files.h"
 #include "records/text.h"
-#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {
@@ -19,6 +19,7 @@ constexpr std::size_t configBytes = 1U << 20U;
 // whoever made the folder, and must start nothing there.
 ToolOptions harmlessGit() {
   ToolOptions options;
+  options.seconds = GitReader::gitSeconds;
   // GIT_DIR, GIT_CONFIG_PARAMETERS, GIT_TRACE and their like in our own environment would answer about
   // another repository, or write files.
   options.droppedVariables = {"GIT_"};
@@ -63,8 +64,9 @@ std::optional<Git> GitReader::git(const std::string& dir) {
   if (dir.starts_with(home_ + "/Library/")) return std::nullopt;
   const auto known = gitCache.find(dir);
   if (known != gitCache.end() && isFresh(known->second, clock_.now())) return known->second.git;
+  const std::size_t before = files_.misses() + lateTools_;
   std::optional<Git> answer = readGit(dir);
-  remember(dir, answer);
+  if (files_.misses() + lateTools_ == before) remember(dir, answer);
   return answer;
 }
 
@@ -79,19 +81,19 @@ std::optional<Git> GitReader::readGit(const std::string& dir) {
   // An unreadable working directory is empty; to git that would be our own.
   if (!dir.starts_with('/')) return std::nullopt;
   const std::string marker = dir + "/.git";
-  const bool isMainCheckout = isDirectory(marker);
+  const bool isMainCheckout = files_.isDirectory(marker);
   std::optional<std::string> gitDirectory = marker;
   if (!isMainCheckout) {
-    gitDirectory = gitDirectoryFrom(readSmallFile(marker, lineFileBytes).value_or(""), dir);
+    gitDirectory = gitDirectoryFrom(files_.readSmallFile(marker, lineFileBytes).value_or(""), dir);
     if (!gitDirectory) return std::nullopt;
   }
 
   Git git;
   git.isCopy = !isMainCheckout;
-  git.branch = branchFrom(readSmallFile(*gitDirectory + "/HEAD", lineFileBytes).value_or(""));
+  git.branch = branchFrom(files_.readSmallFile(*gitDirectory + "/HEAD", lineFileBytes).value_or(""));
   const std::string common = commonDirectoryFrom(
-      readSmallFile(*gitDirectory + "/commondir", lineFileBytes).value_or(""), *gitDirectory);
-  const auto url = originUrl(readSmallFile(common + "/config", configBytes).value_or(""));
+      files_.readSmallFile(*gitDirectory + "/commondir", lineFileBytes).value_or(""), *gitDirectory);
+  const auto url = originUrl(files_.readSmallFile(common + "/config", configBytes).value_or(""));
   RemoteParts remote = remoteParts(url.value_or(""));
   git.repo = remote.repo.empty() ? folderName(dir) : std::move(remote.repo);
   git.slug = std::move(remote.slug);
@@ -101,15 +103,33 @@ std::optional<Git> GitReader::readGit(const std::string& dir) {
 
 void GitReader::readLastCommit(const std::string& dir, Git& git) {
   const std::optional<std::string>& gitBin = places_.gitBin();
-  if (!gitBin) return;
-  const std::string output =
-      ToolRunner::finish(runner_.start(*gitBin, {"-C", dir, "log", "-1", "--format=%cr%n%s"}, harmlessGit()));
-  const std::string_view lines = trimmed(output);
+  if (!gitBin || !files_.mayVisit(dir)) return;
+  if (lateInCheck_ >= mostLate) {
+    ++lateTools_;
+    return;
+  }
+  const auto output = outputOf(*gitBin, {"-C", dir, "log", "-1", "--format=%cr%n%s"}, harmlessGit());
+  if (!output) {
+    ++lateInCheck_;
+    return files_.hasStalled(dir);
+  }
+  const std::string_view lines = trimmed(*output);
   const std::size_t end = lines.find('\n');
   git.lastCommitAgo = std::string(lines.substr(0, end));
   if (end == std::string_view::npos) return;
   const std::string_view rest = lines.substr(end + 1);
   git.lastCommit = std::string(rest.substr(0, rest.find('\n')));
+}
+
+// Absent when it did not end in time.
+std::optional<std::string> GitReader::outputOf(const std::string& tool, const std::vector<std::string>& args,
+                                               const ToolOptions& options) {
+  const std::unique_ptr<RunningTool> running = runner_.start(tool, args, options);
+  if (running == nullptr) return std::string();
+  ToolResult result = running->result();
+  if (!result.late) return std::move(result.output);
+  ++lateTools_;
+  return std::nullopt;
 }
 
 std::optional<std::string> GitReader::prTitle(const std::optional<std::string>& repo,
@@ -120,10 +140,13 @@ std::optional<std::string> GitReader::prTitle(const std::optional<std::string>& 
   const std::string key = *repo + "#" + *pr;
   const auto known = prCache.find(key);
   if (known != prCache.end()) return known->second;
-  const std::string output = ToolRunner::finish(runner_.start(
-      *places_.ghBin(), {"pr", "view", *pr, "--repo", *repo, "--json", "title", "--jq", ".title"}));
+  ToolOptions options;
+  options.seconds = ghSeconds;
+  const auto output = outputOf(
+      *places_.ghBin(), {"pr", "view", *pr, "--repo", *repo, "--json", "title", "--jq", ".title"}, options);
+  if (!output) return std::nullopt;
   std::optional<std::string> title;
-  if (!trimmed(output).empty()) title = std::string(trimmed(output));
+  if (!trimmed(*output).empty()) title = std::string(trimmed(*output));
   prCache[key] = title;
   return title;
 }
