@@ -21,31 +21,41 @@ std::function<bool()> mayLookUp(PrTitles titles, UserSettings& settings) {
 
 Machine::Machine(const Outside& outside, PrTitles titles, Checks checks)
     : outside_(outside),
+      limitedTools_(outside_.tools, outside_.limits),
       marks_(processorMilliseconds),
       places_(outside_.toolCandidates),
       docker_(outside_.transport, outside_.engineSockets),
-      git_(outside_.tools, places_, outside_.clock, outside_.self.home, mayLookUp(titles, outside_.settings)),
-      claude_(outside_.self.home),
-      surroundings_(outside_.self, git_, claude_, places_),
+      git_(limitedTools_, places_, outside_.clock, outside_.files, outside_.self.home,
+           mayLookUp(titles, outside_.settings)),
+      claude_(outside_.self.home, outside_.files),
+      surroundings_(outside_.self, git_, claude_, places_, outside_.files),
       processes_(outside_.sources.processes(), checks),
       scan_({processes_, outside_.sources.machine(), outside_.sources.workspace(), outside_.clock, marks_,
-             docker_, [this] { return outside_.sources.dockerRuns(docker_); }, outside_.browsers},
+             docker_, [this] { return outside_.sources.dockerRuns(docker_); }, outside_.browsers,
+             &outside_.limits},
             outside_.self.home) {}
 
 Snapshot Machine::scan(double interval) {
   const Turn turn(turns_);
+  outside_.limits.begin();
+  outside_.files.mayVisit(outside_.self.home);  // names one that does not answer
   return scan_.scan(interval);
 }
 
 std::vector<Finding> Machine::findings(const Snapshot& snapshot, const std::set<Pid>& termed) {
   const Turn turn(turns_);
-  return tarnwick::findings(snapshot, termed, surroundings_, marks_);
+  surroundings_.beginCheck();
+  std::vector<Finding> found = tarnwick::findings(snapshot, termed, surroundings_, marks_);
+  outside_.files.rest();
+  outside_.limits.end();
+  return found;
 }
 
 Check Machine::check(const std::set<Pid>& termed) {
   Snapshot snapshot = scan(checkSeconds);
   std::vector<Finding> found = findings(snapshot, termed);
-  return {std::move(snapshot), std::move(found)};
+  const bool seen = wasSeen(snapshot);
+  return {std::move(snapshot), std::move(found), seen, outside_.limits.leftOut()};
 }
 
 void Machine::resetCaches() {

@@ -19,6 +19,7 @@
 #include "sampling/engine/docker.h"
 #include "sampling/process_table.h"
 #include "sampling/scan.h"
+#include "sampling/tools/limited_tool_runner.h"
 #include "sampling/tools/tool_places.h"
 #include "system/one_at_a_time.h"
 
@@ -47,7 +48,8 @@ class Machine final : public ModelServices {
   void freeMemory() override;
   Timestamp now() override { return outside_.clock.now(); }
 
-  // The two halves of a check, one by one. The first blocks for about `interval` seconds.
+  // The two halves of a check, one by one, which share its time. The first blocks for about `interval`
+  // seconds.
   Snapshot scan(double interval);
   std::vector<Finding> findings(const Snapshot& snapshot, const std::set<Pid>& termed);
 
@@ -56,6 +58,7 @@ class Machine final : public ModelServices {
 
  private:
   const Outside outside_;
+  LimitedToolRunner limitedTools_;
   BenchMarks marks_;
   ToolPlaces places_;
   Docker docker_;

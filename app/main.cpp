@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,6 +14,7 @@
 #include "app/modes.h"
 #include "app/panel/panel_jobs.h"
 #include "app/program/own_process.h"
+#include "system/posix/file_answers.h"
 #include "system/self.h"
 
 namespace tarnwick {
@@ -30,7 +32,7 @@ void complainUnknownWords(std::vector<std::string> words) {
 int drawPanel(const ProgramRun& run) {
   const auto check = run.words.live ? std::optional(liveCheck(run)) : demoCheck(run);
   if (!check) return printUnknownScenario(run);
-  if (run.words.live && !wasSeen(check->snapshot)) return complainUnseen();
+  if (!check->seen) return complainUnseen();
   panel::writePanelImage({.snapshot = check->snapshot,
                           .found = check->found,
                           .dark = run.words.dark,
@@ -39,7 +41,7 @@ int drawPanel(const ProgramRun& run) {
   return 0;  // also when the picture could not be drawn or written
 }
 
-int showApplication(const ProgramRun& run) {
+int showApplication(const ProgramRun& run, const std::function<void(int)>& leaveNow) {
   const Outside outside = run.outside();
   Machine machine(outside, titlesOf(run.words));
   return panel::showApplication({.makeModel =
@@ -48,6 +50,7 @@ int showApplication(const ProgramRun& run) {
                                      },
                                  .now = [&] { return machine.now(); },
                                  .settings = &outside.settings,
+                                 .leaveNow = leaveNow,
                                  .exercise = run.words.exercise});
 }
 
@@ -63,16 +66,26 @@ int run(const CommandLine& words) {
   const bool isLiveReport = words.mode == Mode::print && !words.scenario;
   const ProgramRun run{.words = words,
                        .self = self,
-                       .outside = [&] { return outside.emplace(self).parts(); },
+                       .outside =
+                           [&] {
+                             outside.emplace(self, ownExecutable().value_or(""));
+                             if (words.mode == Mode::application) outside->watchForTheEnd();
+                             return outside->parts();
+                           },
                        .print = isLiveReport ? printAndLeave : printText};
   if (words.mode == Mode::snapshot) return drawPanel(run);
-  return words.mode == Mode::application ? showApplication(run) : runTextMode(run);
+  const auto leaveNow = [&outside](int status) {
+    if (outside) outside->endTools();
+    std::_Exit(status);
+  };
+  return words.mode == Mode::application ? showApplication(run, leaveNow) : runTextMode(run);
 }
 
 }  // namespace
 }  // namespace tarnwick
 
 int main(int argc, char** argv) {
+  if (tarnwick::isFileWorker(argc, argv)) return tarnwick::serveFileQuestions();
   tarnwick::leaveSymbolicLink(argv);
   const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
   return tarnwick::run(tarnwick::parseCommandLine(words));

@@ -1,9 +1,11 @@
 #include "app/modes.h"
 
+#include <algorithm>
 #include <string>
 
 #include "app/cli/help.h"
 #include "app/cli/output.h"
+#include "app/cli/terminal_text.h"
 #include "app/demo/demo.h"
 #include "app/demo/demo_check.h"
 #include "app/explain/explain.h"
@@ -32,7 +34,7 @@ int printReport(const ProgramRun& run, const std::optional<Check>& check, bool a
 
 int printLive(const ProgramRun& run) {
   const std::optional<Check> check = liveCheck(run);
-  return wasSeen(check->snapshot) ? printReport(run, check, run.words.askModel) : complainUnseen();
+  return check->seen ? printReport(run, check, run.words.askModel) : complainUnseen();
 }
 
 int runBenchmark(const ProgramRun& run) {
@@ -52,13 +54,30 @@ int runSelfTest(const ProgramRun& run) {
 
 }  // namespace
 
+std::string leftOutText(const std::vector<std::string>& names) {
+  std::string text = "left out, because it did not answer in time: ";
+  for (const std::string& name : names) {
+    if (&name != &names.front()) text += ", ";
+    // A folder may be called anything: it makes one line and does nothing to a terminal.
+    std::string plain = name;
+    std::ranges::replace(plain, '\n', ' ');
+    text += harmlessForTerminal(plain);
+  }
+  return text + ".";
+}
+
 PrTitles titlesOf(const CommandLine& words) {
   return words.prTitles ? PrTitles::thisRun : PrTitles::whenChosen;
 }
 
 Check liveCheck(const ProgramRun& run) {
-  const WaitingLine waiting("Checking your Mac…");
-  return Machine(run.outside(), titlesOf(run.words), Checks::one).check({});
+  std::optional<Check> check;
+  {
+    const WaitingLine waiting("Checking your Mac…");
+    check = Machine(run.outside(), titlesOf(run.words), Checks::one).check({});
+  }
+  if (check->seen && !check->leftOut.empty()) complain(leftOutText(check->leftOut));
+  return std::move(*check);
 }
 
 std::optional<Check> demoCheck(const ProgramRun& run) {

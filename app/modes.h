@@ -4,7 +4,9 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/cli/command_line.h"
 #include "app/demo/self_test.h"
@@ -24,7 +26,10 @@ struct ProgramRun {
 // What the words say about pull-request titles.
 PrTitles titlesOf(const CommandLine& words);
 
-// A line on the terminal keeps whoever waits company.
+// The sentence about those who did not answer in time.
+std::string leftOutText(const std::vector<std::string>& names);
+
+// A line on the terminal keeps whoever waits company. Who did not answer in time is named on standard error.
 Check liveCheck(const ProgramRun& run);
 
 // Absent when there is no scenario of the name that the words give.

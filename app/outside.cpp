@@ -3,22 +3,37 @@
 #include "system/port.h"
 
 namespace tarnwick {
+namespace {
 
-RealOutside::RealOutside(const Self& self)
+// The home folder may lie on a file system that does not answer: then nothing is looked for in it.
+Self withFiles(Self self, Files& files) {
+  constexpr const char* nowhere = "/dev/null";
+  const std::size_t before = files.misses();
+  if (!files.isDirectory(self.home) && files.misses() != before) self.home = nowhere;
+  return self;
+}
+
+}  // namespace
+
+RealOutside::RealOutside(const Self& self, const std::string& program)
     : self_(self),
-      settings_(userSettings(self)),
-      sources_(liveMachine(self)),
-      browsers_(systemBrowsers(tools_)),
+      files_(program, clock_, limits_),
+      placed_(withFiles(self, homeFiles_)),
+      settings_(userSettings(placed_)),
+      sources_(liveMachine(placed_, homeFiles_, limits_)),
+      browsers_(systemBrowsers(limitedTools_)),
       targets_(systemTargets(*sources_, self)) {}
 
 Outside RealOutside::parts() {
   return {.self = self_,
           .settings = *settings_,
           .clock = clock_,
+          .limits = limits_,
+          .files = files_,
           .tools = tools_,
-          .toolCandidates = toolCandidates(self_.home),
+          .toolCandidates = toolCandidates(placed_.home),
           .transport = transport_,
-          .engineSockets = engineSocketPlaces(self_),
+          .engineSockets = engineSocketPlaces(placed_),
           .sources = *sources_,
           .browsers = *browsers_,
           .targets = *targets_};

@@ -9,9 +9,14 @@
 #include "app/settings/user_settings.h"
 #include "context/browsers.h"
 #include "sampling/live_machine.h"
+#include "sampling/tools/limited_tool_runner.h"
 #include "sampling/tools/posix/posix_tool_runner.h"
 #include "sampling/tools/tool_places.h"
+#include "system/check_limits.h"
 #include "system/clock.h"
+#include "system/files.h"
+#include "system/posix/ending_signals.h"
+#include "system/posix/guarded_files.h"
 #include "system/unix_socket.h"
 
 namespace tarnwick {
@@ -21,6 +26,8 @@ struct Outside {
   Self self;  // whose processes and whose home; the program itself is no finding
   UserSettings& settings;
   Clock& clock;
+  CheckLimits& limits;
+  Files& files;  // in folders of other programs
   ToolRunner& tools;
   ToolCandidates toolCandidates;
   SocketTransport& transport;
@@ -33,15 +40,29 @@ struct Outside {
 // The system that the program runs on; owns what its parts() name.
 class RealOutside {
  public:
-  explicit RealOutside(const Self& self);
+  // `program`: the path of this program, which is started anew to ask about files.
+  RealOutside(const Self& self, const std::string& program);
 
   Outside parts();
 
+  // Watches for what ends the program from now on, not only once there is a tool that could outlive it. For a
+  // program that is about to have many threads.
+  void watchForTheEnd() { endings_.watch(); }
+
+  // Ends every tool that runs, for good. Any thread.
+  void endTools() { tools_.endAll(); }
+
  private:
   const Self self_;
-  std::unique_ptr<UserSettings> settings_;
   SystemClock clock_;
-  PosixToolRunner tools_;
+  CheckLimits limits_{clock_};
+  GuardedFiles files_;
+  HomeFiles homeFiles_{files_, clock_};
+  const Self placed_;  // as self_, with a home that has no files where the real one does not answer
+  std::unique_ptr<UserSettings> settings_;
+  PosixToolRunner tools_{[this] { endings_.watch(); }};
+  EndingSignals endings_{[this] { tools_.endAll(); }};
+  LimitedToolRunner limitedTools_{tools_, limits_};
   UnixSocketTransport transport_;
   std::unique_ptr<LiveMachine> sources_;
   std::unique_ptr<Browsers> browsers_;

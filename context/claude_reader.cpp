@@ -10,7 +10,6 @@
 #include "records/utf8.h"
 #include "sampling/decode/iso_time.h"
 #include "sampling/decode/json_members.h"
-#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {
@@ -47,7 +46,7 @@ std::optional<nlohmann::json> newest(std::string_view bytes, std::string_view ty
 }
 
 std::optional<nlohmann::json> ClaudeReader::json(const std::string& path) {
-  const auto text = readSmallFile(path, jsonFileBytes);
+  const auto text = files_.readSmallFile(path, jsonFileBytes);
   if (!text) return std::nullopt;
   return jsonObject(*text);
 }
@@ -79,17 +78,31 @@ std::optional<ClaudeWork> ClaudeReader::claudeJob(const std::string& dir) {
   return work;
 }
 
+void ClaudeReader::beginCheck() {
+  projects_.reset();
+  missing_.clear();
+}
+
 std::string ClaudeReader::transcriptPath(const std::string& sessionId) {
   const auto known = transcriptPaths.find(sessionId);
   if (known != transcriptPaths.end()) return known->second;
-  if (!isPlainFileName(sessionId)) return {};
+  if (!isPlainFileName(sessionId) || missing_.contains(sessionId)) return {};
+  std::string path = findTranscript(sessionId);
+  if (path.empty()) {
+    missing_.insert(sessionId);
+  } else {
+    transcriptPaths[sessionId] = path;
+  }
+  return path;
+}
+
+std::string ClaudeReader::findTranscript(const std::string& sessionId) {
   const std::string projects = home_ + "/.claude/projects";
-  for (const std::string& folder : folderEntries(projects)) {
+  if (!projects_) projects_ = files_.folderEntries(projects);
+  for (const std::string& folder : *projects_) {
     std::string path = projects;
     path.append("/").append(folder).append("/").append(sessionId).append(".jsonl");
-    if (!isRegularFile(path)) continue;
-    transcriptPaths[sessionId] = path;
-    return path;
+    if (files_.isRegularFile(path)) return path;
   }
   return {};
 }
@@ -98,7 +111,7 @@ ClaudeWork ClaudeReader::transcript(const std::string& sessionId) {
   ClaudeWork work;
   const std::string path = transcriptPath(sessionId);
   if (path.empty()) return work;
-  const std::string tail = readFileTail(path, transcriptTailBytes).value_or("");
+  const std::string tail = files_.readFileTail(path, transcriptTailBytes).value_or("");
   if (const auto line = newest(tail, "ai-title", "aiTitle")) work.title = nameMember(*line, "aiTitle");
   if (const auto line = newest(tail, "pr-link", "prNumber")) {
     work.pr = numberMember(&*line, "prNumber");

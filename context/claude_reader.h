@@ -7,11 +7,14 @@
 #include <map>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "records/basics.h"
 #include "records/snapshot.h"
+#include "system/files.h"
 
 namespace tarnwick {
 
@@ -24,7 +27,11 @@ std::optional<nlohmann::json> newest(std::string_view bytes, std::string_view ty
 
 class ClaudeReader {
  public:
-  explicit ClaudeReader(std::string home) : home_(std::move(home)) {}
+  // `files` must outlive the reader.
+  ClaudeReader(std::string home, Files& files) : home_(std::move(home)), files_(files) {}
+
+  // A check begins: what was missing until now may have come.
+  void beginCheck();
 
   // The work of an interactive Claude Code process.
   std::optional<ClaudeWork> claudeSession(Pid pid);
@@ -36,13 +43,17 @@ class ClaudeReader {
   ClaudeWork transcript(const std::string& sessionId);
 
   // A file that holds one JSON object, of at most 1 MiB.
-  static std::optional<nlohmann::json> json(const std::string& path);
+  std::optional<nlohmann::json> json(const std::string& path);
 
  private:
   // Empty when the session has no transcript.
   std::string transcriptPath(const std::string& sessionId);
+  std::string findTranscript(const std::string& sessionId);
 
   const std::string home_;
+  Files& files_;
+  std::optional<std::vector<std::string>> projects_;   // in the folder of transcripts; absent until asked
+  std::set<std::string> missing_;                      // sessions without a transcript, in this check
   std::map<std::string, std::string> transcriptPaths;  // by session id; kept for the whole run once found
 };
 

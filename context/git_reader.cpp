@@ -1,6 +1,7 @@
 #include "context/git_reader.h"
 
 #include <cstddef>
+#include <memory>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -9,7 +10,6 @@
 #include "context/longest_name.h"
 #include "records/text.h"
 #include "records/utf8.h"
-#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {
@@ -54,6 +54,7 @@ std::vector<std::string> lastCommitWords(const std::string& dir, const std::stri
 
 ToolOptions harmlessGit(const std::string& dir) {
   ToolOptions options;
+  options.seconds = GitReader::gitSeconds;
   // GIT_DIR, GIT_CONFIG_PARAMETERS, GIT_TRACE and their like in our own environment would answer about
   // another repository, or write files; the others would translate the commit's age.
   options.droppedVariables = {"GIT_", "LC_", "LANG"};
@@ -101,8 +102,9 @@ std::optional<Git> GitReader::git(const std::string& dir) {
   if (dir.starts_with(home_ + "/Library/")) return std::nullopt;
   const auto known = gitCache.find(dir);
   if (known != gitCache.end() && isFresh(known->second, clock_.now())) return known->second.git;
+  const std::size_t before = files_.misses() + lateTools_;
   std::optional<Git> answer = readGit(dir);
-  remember(dir, answer);
+  if (files_.misses() + lateTools_ == before) remember(dir, answer);
   return answer;
 }
 
@@ -117,38 +119,59 @@ std::optional<Git> GitReader::readGit(const std::string& dir) {
   // An unreadable working directory is empty; to git that would be our own.
   if (!dir.starts_with('/')) return std::nullopt;
   const std::string marker = dir + "/.git";
-  const bool isMainCheckout = isDirectory(marker);
+  const bool isMainCheckout = files_.isDirectory(marker);
   std::optional<std::string> gitDirectory = marker;
   if (!isMainCheckout) {
-    gitDirectory = gitDirectoryFrom(readSmallFile(marker, lineFileBytes).value_or(""), dir);
+    gitDirectory = gitDirectoryFrom(files_.readSmallFile(marker, lineFileBytes).value_or(""), dir);
     if (!gitDirectory) return std::nullopt;
   }
 
   Git git;
   git.isCopy = !isMainCheckout;
-  git.branch = branchFrom(readSmallFile(*gitDirectory + "/HEAD", lineFileBytes).value_or(""));
-  const std::string common = commonDirectoryFrom(
-      readSmallFile(*gitDirectory + "/commondir", lineFileBytes).value_or(""), *gitDirectory);
-  const auto url = originUrl(readSmallFile(common + "/config", configBytes).value_or(""));
+  const auto head = files_.readSmallFile(*gitDirectory + "/HEAD", lineFileBytes);
+  git.branch = branchFrom(head.value_or(""));
+  const std::string commonFile = *gitDirectory + "/commondir";
+  const auto commonLine = files_.readSmallFile(commonFile, lineFileBytes);
+  const std::string common = commonDirectoryFrom(commonLine.value_or(""), *gitDirectory);
+  const auto url = originUrl(files_.readSmallFile(common + "/config", configBytes).value_or(""));
   RemoteParts remote = remoteParts(url.value_or(""));
   git.repo = firstCharacters(remote.repo.empty() ? folderName(dir) : remote.repo, longestName);
   git.slug = std::move(remote.slug);
-  readLastCommit(dir, *gitDirectory, git);
+  // Git reads these two whole, however large they are, and waits where they are pipes.
+  if (head && (commonLine || !files_.pathExists(commonFile))) readLastCommit(dir, *gitDirectory, git);
   return git;
 }
 
 void GitReader::readLastCommit(const std::string& dir, const std::string& gitDirectory, Git& git) {
   const std::optional<std::string>& gitBin = places_.gitBin();
   // Git itself, told the directory, does not ask whose it is.
-  if (!gitBin || !isOwn(dir) || !isOwn(gitDirectory)) return;
-  const std::string output =
-      ToolRunner::finish(runner_.start(*gitBin, lastCommitWords(dir, gitDirectory), harmlessGit(dir)));
-  const std::string_view lines = trimmed(output);
+  if (!gitBin || !files_.isOwn(dir) || !files_.isOwn(gitDirectory) || !files_.mayVisit(dir)) return;
+  if (lateInCheck_ >= mostLate) {
+    ++lateTools_;
+    return;
+  }
+  const auto output = outputOf(*gitBin, lastCommitWords(dir, gitDirectory), harmlessGit(dir));
+  if (!output) {
+    ++lateInCheck_;
+    return files_.hasStalled(dir);
+  }
+  const std::string_view lines = trimmed(*output);
   const std::size_t end = lines.find('\n');
   git.lastCommitAgo = std::string(lines.substr(0, end));
   if (end == std::string_view::npos) return;
   const std::string_view rest = lines.substr(end + 1);
   git.lastCommit = firstCharacters(rest.substr(0, rest.find('\n')), longestName);
+}
+
+// Absent when it did not end in time.
+std::optional<std::string> GitReader::outputOf(const std::string& tool, const std::vector<std::string>& args,
+                                               const ToolOptions& options) {
+  const std::unique_ptr<RunningTool> running = runner_.start(tool, args, options);
+  if (running == nullptr) return std::string();
+  ToolResult result = running->result();
+  if (!result.late) return std::move(result.output);
+  ++lateTools_;
+  return std::nullopt;
 }
 
 std::optional<std::string> GitReader::prTitle(const std::optional<std::string>& repo,
@@ -159,11 +182,14 @@ std::optional<std::string> GitReader::prTitle(const std::optional<std::string>& 
   const std::string key = *repo + "#" + *pr;
   const auto known = prCache.find(key);
   if (known != prCache.end()) return known->second;
-  const std::string output = ToolRunner::finish(runner_.start(
-      *places_.ghBin(), {"pr", "view", "--repo", *repo, "--json", "title", "--jq", ".title", "--", *pr},
-      codeHostOnly()));
+  ToolOptions options = codeHostOnly();
+  options.seconds = ghSeconds;
+  const auto output =
+      outputOf(*places_.ghBin(),
+               {"pr", "view", "--repo", *repo, "--json", "title", "--jq", ".title", "--", *pr}, options);
+  if (!output) return std::nullopt;
   std::optional<std::string> title;
-  if (!trimmed(output).empty()) title = firstCharacters(trimmed(output), longestName);
+  if (!trimmed(*output).empty()) title = firstCharacters(trimmed(*output), longestName);
   prCache[key] = title;
   return title;
 }

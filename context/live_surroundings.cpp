@@ -4,12 +4,14 @@
 
 #include "records/utf8.h"
 #include "system/port.h"
-#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {
 
 constexpr std::size_t propertyListBytes = 1U << 20U;
+
+// So many bytes of paths are remembered in one check; folders may be thousands deep.
+constexpr std::size_t mostExistsBytes = std::size_t{4} << 20U;
 
 }  // namespace
 
@@ -28,16 +30,33 @@ std::optional<std::string> LiveSurroundings::prTitle(const std::optional<std::st
   return gitReader_.prTitle(repo, pr);
 }
 
-bool LiveSurroundings::exists(const std::string& path) { return pathExists(path); }
+void LiveSurroundings::beginCheck() {
+  exists_.clear();
+  existsBytes_ = 0;
+  gitReader_.beginCheck();
+  claudeReader_.beginCheck();
+}
+
+bool LiveSurroundings::exists(const std::string& path) {
+  const auto known = exists_.find(path);
+  if (known != exists_.end()) return known->second;
+  if (!files_.hasTime()) return false;
+  const bool answer = files_.pathExists(path);
+  if (existsBytes_ < mostExistsBytes) {
+    existsBytes_ += path.size();
+    exists_.emplace(path, answer);
+  }
+  return answer;
+}
 
 std::optional<std::string> LiveSurroundings::fileHead(const std::string& path) {
-  const auto bytes = readFileHead(path, fileHeadBytes);
+  const auto bytes = files_.readFileHead(path, fileHeadBytes);
   if (!bytes) return std::nullopt;
   return repairUtf8(*bytes);
 }
 
 std::optional<std::string> LiveSurroundings::deviceName(const std::string& plistPath) {
-  const auto list = readSmallFile(plistPath, propertyListBytes);
+  const auto list = files_.readSmallFile(plistPath, propertyListBytes);
   if (!list) return std::nullopt;
   return propertyListText(*list, "name");
 }

@@ -102,10 +102,13 @@ std::string projectRoot(const std::string& path, Surroundings& surroundings) {
   if (isInLibrary(path, self)) return path;
   const std::size_t homeLength = characterCount(self.home);
   std::string folder = path;
-  while (characterCount(folder) > homeLength) {
+  std::size_t length = characterCount(folder);  // kept up to date: a path may be thousands of folders deep
+  while (length > homeLength) {
     if (surroundings.exists(folder + "/.git")) return folder;
-    const std::size_t slash = folder.rfind('/');
-    folder.resize(slash == std::string::npos ? 0 : slash);
+    const std::size_t slash = std::min(folder.rfind('/'), folder.size());
+    const std::size_t end = slash == folder.size() ? 0 : slash;
+    length -= characterCount(std::string_view(folder).substr(end));
+    folder.resize(end);
   }
   return path;
 }

@@ -111,9 +111,17 @@ void Scan::resetCaches() {
 }
 
 bool Scan::dockerIsStale() const {
-  if (!dockerCache) return true;
+  if (!dockerCache || !dockerCache->whole) return true;
   const double age = secondsBetween(dockerCache->at, sources_.clock.now());
   return age < 0 || age > dockerSeconds;
+}
+
+void Scan::askEngine(const std::vector<ContainerGroup>& measured) {
+  const Timestamp now = sources_.clock.now();
+  const auto misses = [this] { return sources_.limits == nullptr ? 0 : sources_.limits->misses(); };
+  const std::size_t before = misses();
+  std::vector<Container> list = sources_.docker.dockerContainers(idsOf(measured), sources_.limits);
+  dockerCache = DockerAnswer{now, std::move(list), misses() == before};
 }
 
 Scan::Interval Scan::sampleProcesses(double interval, bool askDocker) {
@@ -124,10 +132,7 @@ Scan::Interval Scan::sampleProcesses(double interval, bool askDocker) {
   sources_.marks.mark("first pass");
 
   // Here, because the time that the engine takes is then part of the wait.
-  if (askDocker) {
-    const Timestamp now = sources_.clock.now();
-    dockerCache = DockerAnswer{now, sources_.docker.dockerContainers(idsOf(containers.before))};
-  }
+  if (askDocker) askEngine(containers.before);
   const double elapsed = sources_.clock.uptime() - start;
   sources_.clock.sleep(std::max(interval - elapsed, 0.0));
 

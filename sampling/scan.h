@@ -14,6 +14,7 @@
 #include "sampling/machine_source.h"
 #include "sampling/process_table.h"
 #include "sampling/workspace.h"
+#include "system/check_limits.h"
 #include "system/clock.h"
 
 namespace tarnwick {
@@ -34,6 +35,7 @@ class Scan {
     const Docker& docker;
     std::function<bool()> dockerRuns;  // is there an engine to ask?
     BrowserQuestions& browsers;
+    CheckLimits* limits = nullptr;  // of the check; null: it may take as long as it takes
   };
 
   // At this much free space or less the system is asked what it could purge, which is slow. Just under 30
@@ -57,6 +59,7 @@ class Scan {
   struct DockerAnswer {
     Timestamp at;
     std::vector<Container> list;
+    bool whole = true;  // false: the engine left something unanswered, and is asked again by the next check
   };
   struct TabsAnswer {
     Timestamp at;
@@ -71,6 +74,7 @@ class Scan {
   };
 
   bool dockerIsStale() const;
+  void askEngine(const std::vector<ContainerGroup>& measured);
   Interval sampleProcesses(double interval, bool askDocker);
   void readCounters(Snapshot& snapshot, double cpuBusy);
   void readDisk(Snapshot& snapshot);

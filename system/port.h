@@ -24,6 +24,8 @@
 
 namespace tarnwick {
 
+class CheckLimits;
+class Files;
 class LiveMachine;
 struct ToolCandidates;
 
@@ -34,8 +36,8 @@ ToolCandidates toolCandidates(const std::string& home);
 // most do not exist.
 std::vector<std::string> engineSocketPlaces(const Self& self);
 
-// sampling: the sources of this machine.
-std::unique_ptr<LiveMachine> liveMachine(const Self& self);
+// sampling: the sources of this machine. `files` are the user's own; both outlive the result.
+std::unique_ptr<LiveMachine> liveMachine(const Self& self, Files& files, CheckLimits& limits);
 
 // context: the moment in the user's language and time zone, with a medium date and a short time, such as
 // "Nov 21, 2026, 5:44 AM". Never empty; any thread.

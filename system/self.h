@@ -16,7 +16,8 @@ std::string homeFolder(const std::optional<std::string>& environment,
                        const std::function<std::string()>& database);
 
 // The folder that `home` really is: through every link, in it or above it. The kernel names working folders
-// and executables that way, and they are compared with it. `home` itself where it leads nowhere.
+// and executables that way, and they are compared with it. `home` itself where it leads nowhere. What lies
+// behind a file system that may never answer is not looked at: the rest of the path stays as it is.
 std::string resolvedHome(const std::string& home);
 
 // Asks the system; to be called once, at start. The home folder is resolved.

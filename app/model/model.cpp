@@ -14,6 +14,8 @@ namespace {
 constexpr double noteSeconds = 120;
 
 constexpr const char* doneIcon = "checkmark.circle.fill";
+constexpr const char* troubleIcon = "exclamationmark.triangle.fill";
+constexpr const char* unseenNote = "Its processes or its memory cannot be read.";
 constexpr const char* settingsOpen = "System Settings is open.";
 constexpr const char* pageOpen = "The page is open in your browser.";
 
@@ -54,7 +56,7 @@ Outcome carryOut(ModelServices& services, const Fix& fix, const Finding& finding
 }  // namespace
 
 Note Note::result(const std::optional<std::string>& error, const std::string& ok, Timestamp at) {
-  if (error) return {*error, "exclamationmark.triangle.fill", NoteColor::orange, at};
+  if (error) return {*error, troubleIcon, NoteColor::orange, at};
   return {ok, doneIcon, NoteColor::green, at};
 }
 
@@ -120,11 +122,21 @@ void Model::refresh(bool fresh) {
 }
 
 void Model::show(Check check, std::optional<Note> note) {
+  if (!check.seen) return showUnseen();
   check.snapshot.procs.clear();
   check.snapshot.children.clear();
   publish(snap_, std::move(check.snapshot));
   publish(found_, std::move(check.found));
   publish(note_, std::move(note));
+  publish(busy_, false);
+  services_.freeMemory();
+}
+
+// What an earlier check saw is no news either.
+void Model::showUnseen() {
+  publish(snap_, std::nullopt);
+  publish(found_, std::vector<Finding>());
+  publish(note_, Note{unseenNote, troubleIcon, NoteColor::orange, services_.now()});
   publish(busy_, false);
   services_.freeMemory();
 }

@@ -53,7 +53,8 @@ class Model {
   Model(Executor& executor, ModelServices& services, CopyText copyText);
 
   // Published values. Observers are told before each change takes effect, so they still read the old value.
-  const std::optional<Snapshot>& snap() const;         // latest check; stored without `procs` and `children`
+  const std::optional<Snapshot>& snap() const;         // latest check; stored without `procs` and `children`;
+                                                       // absent too when it could not see the machine
   const std::vector<Finding>& found() const;           // its findings, in pipeline order
   bool busy() const;                                   // a check or a remedy runs; no second one starts
   const std::optional<Note>& note() const;             // banner of the last action
@@ -95,6 +96,7 @@ class Model {
   void startWork(Work work, Then then);
 
   void show(Check check, std::optional<Note> note);
+  void showUnseen();
   void open(const Fix& fix);
   void remedy(const Fix& fix, const Finding& finding);
 

@@ -14,6 +14,8 @@ namespace tarnwick {
 struct Check {
   Snapshot snapshot;
   std::vector<Finding> found;
+  bool seen = true;                       // false: nothing can be said about the machine
+  std::vector<std::string> leftOut = {};  // who did not answer in time, as a user would call them
 };
 
 class ModelServices {

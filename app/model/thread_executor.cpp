@@ -1,5 +1,6 @@
 #include "app/model/thread_executor.h"
 
+#include <chrono>
 #include <system_error>
 #include <utility>
 
@@ -14,16 +15,37 @@ ThreadExecutor::ThreadExecutor(std::function<void()> wakeMain) : wakeMain_(std::
 
 ThreadExecutor::~ThreadExecutor() {
   if (!isMainThread()) fault("the executor is destroyed off the main thread");
-  std::deque<std::function<void()>> dropped;
   std::vector<std::thread> workers;
+  {
+    const MutexLock lock(mutex_);
+    workers.swap(workers_);
+  }
+  close();
+  for (std::thread& worker : workers) worker.join();
+}
+
+void ThreadExecutor::close() {
+  std::deque<std::function<void()>> dropped;
   {
     const MutexLock lock(mutex_);
     closing_ = true;
     dropped.swap(tasks_);
-    workers.swap(workers_);
   }
   changed_.notifyAll();
-  for (std::thread& worker : workers) worker.join();
+}
+
+bool ThreadExecutor::endWithin(double seconds) {
+  constexpr std::chrono::milliseconds pause{5};
+  const auto limit = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+  close();
+  for (;;) {
+    {
+      const MutexLock lock(mutex_);
+      if (running_ == 0) return true;
+    }
+    if (std::chrono::steady_clock::now() >= limit) return false;
+    std::this_thread::sleep_for(pause);
+  }
 }
 
 void ThreadExecutor::background(std::function<void()> task) {
@@ -54,10 +76,12 @@ void ThreadExecutor::work() {
     if (closing_) return;
     std::function<void()> task = std::move(tasks_.front());
     tasks_.pop_front();
+    ++running_;
     lock.unlock();
     task();
     task = nullptr;  // what it holds goes before the lock is taken again
     lock.lock();
+    --running_;
   }
 }
 

@@ -23,6 +23,11 @@ class ThreadExecutor : public Executor {
   ThreadExecutor(const ThreadExecutor&) = delete;
   ThreadExecutor& operator=(const ThreadExecutor&) = delete;
 
+  // The end has come: takes no more tasks, and waits for those that run, but for no longer than so many
+  // seconds. False when one still runs: then nothing may be destroyed that it uses, this executor included.
+  // Main thread.
+  bool endWithin(double seconds);
+
   // A task never waits for another one: there are as many threads as tasks ever ran at the same time, unless
   // the machine refuses one.
   void background(std::function<void()> task) override;
@@ -33,6 +38,7 @@ class ThreadExecutor : public Executor {
   void drainMain();
 
  private:
+  void close() TARNWICK_EXCLUDES(mutex_);
   void addWorker() TARNWICK_REQUIRES(mutex_);
   void work() TARNWICK_EXCLUDES(mutex_);
 
@@ -42,7 +48,8 @@ class ThreadExecutor : public Executor {
   Condition changed_;
   std::deque<std::function<void()>> tasks_ TARNWICK_GUARDED_BY(mutex_);
   std::deque<std::function<void()>> mainTasks_ TARNWICK_GUARDED_BY(mutex_);
-  std::size_t idle_ TARNWICK_GUARDED_BY(mutex_) = 0;  // workers that wait for a task
+  std::size_t idle_ TARNWICK_GUARDED_BY(mutex_) = 0;     // workers that wait for a task
+  std::size_t running_ TARNWICK_GUARDED_BY(mutex_) = 0;  // tasks
   bool closing_ TARNWICK_GUARDED_BY(mutex_) = false;
   std::vector<std::thread> workers_ TARNWICK_GUARDED_BY(mutex_);  // only grows until the end
 };

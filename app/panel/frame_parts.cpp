@@ -49,6 +49,13 @@ std::string freshness(const PanelView& view, Timestamp now) {
 }  // namespace
 
 Node verdictRow(const PanelView& view) {
+  if (!view.snap.has_value() && !view.busy && view.note.has_value()) {
+    return {row(
+        10,
+        {{Symbol{
+             .name = "exclamationmark.circle.fill", .size = 17, .frame = 19, .colour = ColourRole::orange}},
+         label("This machine cannot be seen.", FontRole::headline, ColourRole::label)})};
+  }
   if (!view.snap.has_value()) {
     const std::string checking = "Checking your Mac…";
     return {row(8, {{Spinner{.accessibleName = "Checking"}},

@@ -22,8 +22,14 @@ struct PanelApplication {
   std::function<std::unique_ptr<Model>(Executor&, Model::CopyText)> makeModel;
   std::function<Timestamp()> now;
   UserSettings* settings = nullptr;  // not owned, never null
-  bool exercise = false;             // open, open one card and close by themselves after 1, 4 and 9 seconds
+  // Ends the program at once with that status, and whatever it has started: for a user who quits while a
+  // check waits for somebody.
+  std::function<void(int)> leaveNow;
+  bool exercise = false;  // open, open one card and close by themselves after 1, 4 and 9 seconds
 };
+
+// So long is a task waited for that still runs when the user quits, in seconds.
+inline constexpr double quitSeconds = 1;
 
 // The panel drawn into a PNG at a scale of 2, without an icon and without a model.
 struct PanelPicture {

@@ -25,11 +25,17 @@ bool isRequestWord(std::string_view word) {
   return !word.empty() && std::all_of(word.begin(), word.end(), [](char c) { return c > ' ' && c < '\x7f'; });
 }
 
+// Did a question that was asked when `before` seconds were left use up all the time that it may take?
+bool tookItsTime(const Deadline& deadline, double before) {
+  return deadline.passed() || before - deadline.left() >= askSeconds;
+}
+
 // Fills in `mem` of the containers, several threads taking the next one each.
 class MemoryRound {
  public:
-  MemoryRound(const Docker& docker, std::vector<Container>& containers, const std::set<std::string>& measured)
-      : docker_(docker), containers_(containers), measured_(measured) {}
+  MemoryRound(const Docker& docker, std::vector<Container>& containers, const std::set<std::string>& measured,
+              const Deadline& deadline)
+      : docker_(docker), containers_(containers), measured_(measured), deadline_(deadline) {}
 
   // Returns when every container has been asked: letting go of a task waits for it.
   void run() {
@@ -45,6 +51,9 @@ class MemoryRound {
     work();
   }
 
+  // Did an answer not come in its time?
+  bool wasLate() const { return late_.load(); }
+
  private:
   void work() {
     for (;;) {
@@ -57,18 +66,22 @@ class MemoryRound {
   void ask(Container& container) {
     if (!isPlainContainerId(container.id) || measured_.contains(container.id)) return;
     const std::string path = "/containers/" + container.id + "/stats?stream=false&one-shot=true";
-    if (const std::optional<std::string> body = docker_.dockerAPI("GET", path, askSeconds)) {
+    const double before = deadline_.left();
+    if (const std::optional<std::string> body = docker_.dockerAPI("GET", path, askSeconds, deadline_)) {
       container.mem = memoryOf(*body);
       unanswered_.store(0);
     } else {
       unanswered_.fetch_add(1);
+      if (tookItsTime(deadline_, before)) late_.store(true);
     }
   }
 
   const Docker& docker_;
   std::vector<Container>& containers_;
   const std::set<std::string>& measured_;
+  const Deadline deadline_;
   std::atomic<std::size_t> next_{0};
+  std::atomic<bool> late_{false};
   std::atomic<int> unanswered_{0};
 };
 
@@ -82,16 +95,18 @@ bool Docker::present() const {
                      [this](const std::string& place) { return transport_.reachable(place); });
 }
 
-std::optional<std::string> Docker::replyFrom(std::size_t place, const std::string& request,
-                                             int timeout) const {
-  if (!transport_.reachable(places_[place])) return std::nullopt;
+std::optional<std::string> Docker::replyFrom(std::size_t place, const std::string& request, int timeout,
+                                             const Deadline& deadline) const {
+  const double left = deadline.left();
+  if (left <= 0 || !transport_.reachable(places_[place])) return std::nullopt;
   const double silence = std::max(timeout, 1);
-  const ExchangeLimits limits{silence, silence * totalTimeFactor, mostReplyBytes};
+  const ExchangeLimits limits{std::min(silence, left), std::min(silence * totalTimeFactor, left),
+                              mostReplyBytes};
   return transport_.exchange(places_[place], request, limits);
 }
 
-std::optional<std::string> Docker::dockerAPI(std::string_view method, std::string_view path,
-                                             int timeout) const {
+std::optional<std::string> Docker::dockerAPI(std::string_view method, std::string_view path, int timeout,
+                                             const Deadline& deadline) const {
   if (!isRequestWord(method) || !isRequestWord(path)) return std::nullopt;
   std::string request(method);
   request += ' ';
@@ -100,9 +115,10 @@ std::optional<std::string> Docker::dockerAPI(std::string_view method, std::strin
   std::size_t place = answering_.load();
   std::optional<std::string> reply;
   if (place != nobody) {
-    reply = replyFrom(place, request, timeout);
+    reply = replyFrom(place, request, timeout, deadline);
   } else {
-    for (place = 0; place < places_.size() && !reply; ++place) reply = replyFrom(place, request, timeout);
+    for (place = 0; place < places_.size() && !reply; ++place)
+      reply = replyFrom(place, request, timeout, deadline);
     if (reply) answering_.store(place - 1);
   }
   if (!reply) return std::nullopt;
@@ -111,12 +127,17 @@ std::optional<std::string> Docker::dockerAPI(std::string_view method, std::strin
   return std::string(*body);
 }
 
-std::vector<Container> Docker::dockerContainers(const std::set<std::string>& measured) const {
+std::vector<Container> Docker::dockerContainers(const std::set<std::string>& measured,
+                                                CheckLimits* limits) const {
   answering_.store(nobody);
-  const std::optional<std::string> list = dockerAPI("GET", "/containers/json", askSeconds);
-  if (!list) return {};
-  std::vector<Container> containers = containersOf(*list);
-  MemoryRound(*this, containers, measured).run();
+  const Deadline deadline = limits == nullptr ? Deadline() : limits->within(checkSeconds);
+  const double before = deadline.left();
+  const auto list = dockerAPI("GET", "/containers/json", askSeconds, deadline);
+  std::vector<Container> containers = list ? containersOf(*list) : std::vector<Container>();
+  const bool noList = containers.empty() && tookItsTime(deadline, before);  // or one that broke off
+  MemoryRound round(*this, containers, measured, deadline);
+  round.run();
+  if ((noList || round.wasLate()) && limits != nullptr) limits->leaveOut("the container engine");
   return containers;
 }
 

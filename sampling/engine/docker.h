@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "records/snapshot.h"
+#include "system/check_limits.h"
 #include "system/unix_socket.h"
 
 namespace tarnwick {
@@ -27,15 +28,22 @@ class Docker {
   // There is an engine's socket that this user may open.
   bool present() const;
 
+  // So long may all the questions of one check take together, in seconds.
+  static constexpr double checkSeconds = 5;
+
   // One request, to the engine that answered the last list, else to the first place that answers at all; the
   // body of a successful reply, absent otherwise. `timeout`: whole seconds that connecting
-  // or a single read may take, at least 1; the whole reply may take twice that.
-  std::optional<std::string> dockerAPI(std::string_view method, std::string_view path, int timeout) const;
+  // or a single read may take, at least 1; the whole reply may take twice that. Nothing waits beyond the
+  // deadline.
+  std::optional<std::string> dockerAPI(std::string_view method, std::string_view path, int timeout,
+                                       const Deadline& deadline = {}) const;
 
   // The running containers of the first engine that answers, in its order; empty when none answers. The
   // memory of all but the `measured` ones is asked side by side, because a real engine takes a full second
-  // for each.
-  std::vector<Container> dockerContainers(const std::set<std::string>& measured = {}) const;
+  // for each. `limits`: of the check that asks, where an engine is written down that left a question without
+  // an answer for its whole time; null: there is no check.
+  std::vector<Container> dockerContainers(const std::set<std::string>& measured = {},
+                                          CheckLimits* limits = nullptr) const;
 
   // Asks the engine to stop a container and waits until it has. False when it did not.
   bool stop(const std::string& container) const;
@@ -45,7 +53,8 @@ class Docker {
 
   // Looked for anew each time, because an engine may start later than we do. A socket alone is no engine: one
   // that ended leaves its own behind.
-  std::optional<std::string> replyFrom(std::size_t place, const std::string& request, int timeout) const;
+  std::optional<std::string> replyFrom(std::size_t place, const std::string& request, int timeout,
+                                       const Deadline& deadline) const;
 
   SocketTransport& transport_;
   const std::vector<std::string> places_;

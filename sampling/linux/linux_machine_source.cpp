@@ -1,6 +1,5 @@
 #include "sampling/linux/linux_machine_source.h"
 
-#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -38,17 +37,10 @@ ThermalZone readZone(const std::string& folder) {
   return zone;
 }
 
-// Absent for a volume that cannot be written or has no size, and where nothing is mounted.
-std::optional<DiskSpace> writableSpace(const std::string& folder) {
-  struct statvfs volume = {};
-  if (statvfs(folder.c_str(), &volume) != 0 || (volume.f_flag & ST_RDONLY) != 0) return std::nullopt;
-  const DiskSpace space = diskSpace(volume.f_bavail, volume.f_blocks, volume.f_frsize);
-  return space.total > 0 ? std::optional(space) : std::nullopt;
-}
-
 }  // namespace
 
-LinuxMachineSource::LinuxMachineSource(Options options) : options_(std::move(options)) {}
+LinuxMachineSource::LinuxMachineSource(Options options, Files* volumes)
+    : options_(std::move(options)), volumes_(volumes == nullptr ? direct_ : *volumes) {}
 
 MachineFiles& LinuxMachineSource::files() {
   return options_.files == nullptr ? own_.emplace(options_.procRoot).files : *options_.files;
@@ -81,6 +73,14 @@ int LinuxMachineSource::cores() {
 }
 
 std::optional<std::int64_t> LinuxMachineSource::bootTime() { return files().bootTime(); }
+
+// Absent for a volume that cannot be written or has no size, and where nothing is mounted.
+std::optional<DiskSpace> LinuxMachineSource::writableSpace(const std::string& folder) {
+  const auto volume = volumes_.volume(folder);
+  if (!volume || volume->readOnly != 0) return std::nullopt;
+  const DiskSpace space = diskSpace(volume->available, volume->blocks, volume->blockBytes);
+  return space.total > 0 ? std::optional(space) : std::nullopt;
+}
 
 DiskSpace LinuxMachineSource::disk() {
   const auto system = writableSpace(options_.systemVolume);

@@ -10,6 +10,7 @@
 #include "sampling/linux/machine_files.h"
 #include "sampling/linux/proc_reader.h"
 #include "sampling/machine_source.h"
+#include "system/files.h"
 
 namespace tarnwick {
 
@@ -26,7 +27,8 @@ class LinuxMachineSource : public MachineSource {
     MachineFiles* files = nullptr;
   };
 
-  explicit LinuxMachineSource(Options options);
+  // `volumes` tells about volumes, of which one may not answer; null: they are asked here and now.
+  explicit LinuxMachineSource(Options options, Files* volumes = nullptr);
   LinuxMachineSource() : LinuxMachineSource(Options()) {}
 
   CpuTicks cpuTicks() override;
@@ -54,8 +56,12 @@ class LinuxMachineSource : public MachineSource {
   };
   MachineFiles& files();
 
+  std::optional<DiskSpace> writableSpace(const std::string& folder);
+
   Options options_;
   std::optional<OwnFiles> own_;
+  DirectFiles direct_;
+  Files& volumes_;
 };
 
 }  // namespace tarnwick

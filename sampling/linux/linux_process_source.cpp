@@ -128,7 +128,7 @@ LinuxProcessSource::LinuxProcessSource(LinuxProcessOptions options)
       reader_(options_.procRoot),
       machine_(reader_),
       memory_(machine_),
-      ports_(reader_, live_),
+      ports_(reader_, live_, options_.limits),
       stats_(reader_, live_),
       clock_{bootTimeFromClocks(), clockTicksPerSecond()} {}
 
@@ -150,10 +150,11 @@ std::vector<Pid> LinuxProcessSource::myPids() { return reader_.pidsOf(options_.u
 // list is made, so that a process which misses the list shows in the next answer.
 std::vector<Pid> LinuxProcessSource::candidates() {
   if (!live_) return myPids();
+  if (!reader_.hasRoom()) return {};
   const auto newest = reader_.newest();
   if (!newest || newest != listedAt_) {
     listed_ = reader_.pids();
-    listedAt_ = newest;
+    listedAt_ = listed_.empty() ? std::nullopt : newest;
   }
   return listed_;
 }

@@ -29,6 +29,7 @@ struct LinuxProcessOptions {
   std::uint32_t uid = 0;                 // whose processes: the real user's
   std::string procRoot = "/proc";        // any other root is a recording: no clocks, no netlink
   Applications* applications = nullptr;  // tells whose a process is; outlives the source. Null: nobody's
+  CheckLimits* limits = nullptr;         // of the checks that ask; outlives the source. Null: there are none
 };
 
 class LinuxProcessSource : public ProcessSource {

@@ -1,7 +1,7 @@
 #include "sampling/linux/listening_ports.h"
 
 #include <algorithm>
-#include <string>
+#include <string_view>
 #include <utility>
 
 #include "sampling/linux/sock_diag.h"
@@ -12,13 +12,30 @@ std::vector<std::uint16_t> ListeningPorts::of(const ProcessFiles& process) {
   if (!listeners_) readListeners();
   if (listeners_->empty()) return {};  // spares the dearest read, that of every descriptor
   std::vector<std::uint16_t> ports;
-  for (const std::string& target : process.descriptors()) {
-    const auto inode = socketInode(target);
-    if (!inode) continue;
-    const auto found = std::ranges::lower_bound(*listeners_, *inode, {}, &Listener::inode);
-    if (found != listeners_->end() && found->inode == *inode) ports.push_back(found->port);
-  }
+  std::size_t looked = 0;
+  process.eachDescriptor([&](std::string_view target) {
+    if (const auto inode = socketInode(target)) {
+      const auto found = std::ranges::lower_bound(*listeners_, *inode, {}, &Listener::inode);
+      if (found != listeners_->end() && found->inode == *inode) ports.push_back(found->port);
+    }
+    return mayLookOn(++looked);
+  });
   return eachPortOnce(std::move(ports));
+}
+
+void ListeningPorts::beginPass() {
+  listeners_.reset();
+  lookedInPass_ = 0;
+}
+
+// Is there more to be looked at, and time for it? The clock is asked now and then.
+bool ListeningPorts::mayLookOn(std::size_t looked) {
+  constexpr std::size_t now = 1'024;
+  ++lookedInPass_;
+  const bool inTime = limits_ == nullptr || looked % now != 0 || !limits_->deadline().passed();
+  if (looked < mostOfProcess && lookedInPass_ < mostOfPass && inTime) return true;
+  if (limits_ != nullptr) limits_->leaveOut("ports of processes with very many open files");
+  return false;
 }
 
 std::vector<Listener> ListeningPorts::fromTables() const {

@@ -10,11 +10,11 @@ namespace {
 
 class LinuxMachine : public LiveMachine {
  public:
-  explicit LinuxMachine(const Self& self)
+  LinuxMachine(const Self& self, Files& files, CheckLimits& limits)
       : entries_(applicationFolders(self.home)),
         applications_(entries_, {.uid = self.uid, .home = self.home}),
-        processes_({.uid = self.uid, .applications = &applications_}),
-        machine_({.uid = self.uid, .home = self.home, .files = &processes_.machineFiles()}) {}
+        processes_({.uid = self.uid, .applications = &applications_, .limits = &limits}),
+        machine_({.uid = self.uid, .home = self.home, .files = &processes_.machineFiles()}, &files) {}
 
   ProcessSource& processes() override { return processes_; }
   MachineSource& machine() override { return machine_; }
@@ -32,6 +32,8 @@ class LinuxMachine : public LiveMachine {
 
 }  // namespace
 
-std::unique_ptr<LiveMachine> liveMachine(const Self& self) { return std::make_unique<LinuxMachine>(self); }
+std::unique_ptr<LiveMachine> liveMachine(const Self& self, Files& files, CheckLimits& limits) {
+  return std::make_unique<LinuxMachine>(self, files, limits);
+}
 
 }  // namespace tarnwick

@@ -2,12 +2,14 @@
 
 #include <fcntl.h>
 #include <linux/magic.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
 
 #include "records/text.h"
@@ -75,16 +77,14 @@ std::string_view ProcessFiles::link(const char* file, std::span<char> buffer) co
   return linkAt(folder_.number(), file, buffer);
 }
 
-std::vector<std::string> ProcessFiles::descriptors() const {
+void ProcessFiles::eachDescriptor(const std::function<bool(std::string_view)>& take) const {
   const OpenFolder folder = folderAt(folder_.number(), "fd");
-  if (!folder) return {};
-  std::vector<std::string> targets;
+  if (!folder) return;
   std::array<char, longestLink> buffer{};
   while (const dirent* entry = ::readdir(folder.get())) {
     const auto target = linkAt(::dirfd(folder.get()), entry->d_name, buffer);
-    if (!target.empty()) targets.emplace_back(target);
+    if (!target.empty() && !take(target)) return;
   }
-  return targets;
 }
 
 ProcReader::ProcReader(const std::string& root)
@@ -94,11 +94,21 @@ std::vector<Pid> ProcReader::pids() const {
   const OpenFolder folder = folderAt(at(), ".");
   if (!folder) return {};
   std::vector<Pid> all;
+  errno = 0;
   while (const dirent* entry = ::readdir(folder.get())) {
     if (const auto pid = pidOfName(entry->d_name)) all.push_back(*pid);
   }
+  if (errno != 0) return {};
   if (!std::is_sorted(all.begin(), all.end())) std::sort(all.begin(), all.end());
   return all;
+}
+
+bool ProcReader::hasRoom() const {
+  constexpr rlim_t atOnce = 8;
+  const Descriptor lowestFree(::fcntl(at(), F_DUPFD_CLOEXEC, 0));
+  rlimit limit{};
+  return lowestFree.isOpen() && ::getrlimit(RLIMIT_NOFILE, &limit) == 0 &&
+         static_cast<rlim_t>(lowestFree.number()) + atOnce <= limit.rlim_cur;
 }
 
 std::optional<Pid> ProcReader::newest() const {

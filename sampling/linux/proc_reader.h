@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -44,8 +45,9 @@ class ProcessFiles {
   std::string_view link(const char* file, std::span<char> buffer) const;
   static constexpr std::size_t longestLink = 4'096;
 
-  // What the open descriptors point to, as the kernel words it.
-  std::vector<std::string> descriptors() const;
+  // What the open descriptors point to, as the kernel words it, one after another until `take` has enough and
+  // says false: there may be millions.
+  void eachDescriptor(const std::function<bool(std::string_view)>& take) const;
 
  private:
   Pid pid_;
@@ -58,8 +60,12 @@ class ProcReader {
   // A folder that cannot be opened reads as one without processes and files.
   explicit ProcReader(const std::string& root);
 
-  // All processes, ascending.
+  // All processes, ascending. None when the list breaks off: half of it would pass for the whole.
   std::vector<Pid> pids() const;
+
+  // May this program open the few files at once that reading takes? Where it may not, every process reads as
+  // one without properties.
+  bool hasRoom() const;
 
   // The pid that the kernel gave out last, to a process or a thread; absent when the kernel itself does not
   // say. While it stays the same, pids() gains nobody.

@@ -33,6 +33,9 @@ class MacosMachine : public LiveMachine {
 
 }  // namespace
 
-std::unique_ptr<LiveMachine> liveMachine(const Self& self) { return std::make_unique<MacosMachine>(self); }
+// The kernel knows a volume's room without a question to anybody, and has few descriptors to tell of.
+std::unique_ptr<LiveMachine> liveMachine(const Self& self, Files& /*files*/, CheckLimits& /*limits*/) {
+  return std::make_unique<MacosMachine>(self);
+}
 
 }  // namespace tarnwick

@@ -32,6 +32,7 @@ struct ToolOptions {
 struct ToolResult {
   std::string output;   // standard output as valid UTF-8; empty when the tool had to be ended
   int exitStatus = -1;  // 0..255 as the tool ended; -1 when a signal or a limit ended it
+  bool late = false;    // it did not end in time; what it would have said is not known
 };
 
 // A tool that was started. Letting go of it before the result was taken ends the tool and its children.

@@ -66,6 +66,8 @@ struct Twins {
     return {.self = {ownPid, 501, home.path()},
             .settings = settings,
             .clock = clock,
+            .limits = limits,
+            .files = files,
             .tools = tools,
             .toolCandidates = {.git = {home.script("git", "")}, .gh = {home.script("gh", "")}},
             .transport = transport,
@@ -102,6 +104,8 @@ struct Twins {
   TempFolder home;
   FakeSettings settings;
   FakeClock clock;
+  CheckLimits limits{clock};
+  DirectFiles files;
   RecordingToolRunner tools;
   FakeTransport transport;
   FakeSources sources;

@@ -80,7 +80,8 @@ struct ClaudeReaderTest : testing::Test {
   }
 
   TempFolder home_;
-  ClaudeReader reader_{home_.path()};
+  DirectFiles files_;
+  ClaudeReader reader_{home_.path(), files_};
 };
 
 TEST_F(ClaudeReaderTest, ASessionsTranscriptTellsTitleAndPullRequestAndOnceFoundStaysFound) {
@@ -90,6 +91,8 @@ TEST_F(ClaudeReaderTest, ASessionsTranscriptTellsTitleAndPullRequestAndOnceFound
   transcriptFile("a-project", "other", titleLine);
   const std::string path = transcriptFile("b-project", "abc", titleLine + prLine);
   home_.write(".claude/projects/stray file", "");
+  EXPECT_EQ(reader_.claudeSession(7), ClaudeWork{}) << "it was missed once in this check";
+  reader_.beginCheck();
   EXPECT_EQ(reader_.claudeSession(7), work);
   std::filesystem::remove(path);
   transcriptFile("q", "abc", titleLine);

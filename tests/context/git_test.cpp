@@ -130,8 +130,9 @@ struct GitCacheTest : testing::Test {
   RecordingToolRunner runner_;
   ToolPlaces places_{{.git = {folder_.script("git", "exit 1")}, .gh = {folder_.script("gh", "exit 1")}}};
   FakeClock clock_;
-  GitReader reader_{runner_, places_, clock_, home_, [] { return false; }};
-  GitReader askingReader_{runner_, places_, clock_, home_, [] { return true; }};
+  DirectFiles files_;
+  GitReader reader_{runner_, places_, clock_, files_, home_, [] { return false; }};
+  GitReader askingReader_{runner_, places_, clock_, files_, home_, [] { return true; }};
 };
 
 TEST_F(GitCacheTest, AnAnswerIsGoodForLessThanFiveMinutes) {
@@ -176,6 +177,56 @@ TEST_F(GitCacheTest, AnAbsentAnswerIsKeptJustAsLong) {
   EXPECT_TRUE(reader_.git(project_));
 }
 
+// Files of which some have no answer, and who was said to be lost.
+struct SlowFiles : Files {
+  FileAnswer ask(const FileQuestion& question) override {
+    asked.push_back(question.path);
+    if (!silent.empty() && question.path.ends_with(silent)) return ++missed, std::nullopt;
+    return answerTo(question);
+  }
+  std::size_t misses() const override { return missed; }
+  bool mayVisit(const std::string& path) override { return !lost.contains(path); }
+  void hasStalled(const std::string& path) override { lost.insert(path); }
+
+  std::string silent;  // the end of the path that has no answer
+  std::size_t missed = 0;
+  std::set<std::string> lost;
+  std::vector<std::string> asked;
+};
+
+TEST_F(GitCacheTest, AnAnswerThatSomebodyWasLateForIsNotKept) {
+  folder_.write("home/project/.git/HEAD", "ref: refs/heads/main\n");
+  SlowFiles files;
+  GitReader reader(runner_, places_, clock_, files, home_, [] { return true; });
+  for (const char* silent : {"/HEAD", "/config", "/commondir"}) {
+    files.silent = silent;
+    EXPECT_TRUE(reader.git(project_)) << "the rest is told";
+    files.asked.clear();
+    files.silent.clear();
+    EXPECT_EQ(reader.readGit(project_)->branch, "main");
+    reader.git(home_ + "/none");
+    EXPECT_THAT(files.asked, Contains(project_ + "/.git/HEAD")) << silent;
+  }
+  runner_.answer.late = true;
+  EXPECT_EQ(reader.git(project_)->branch, "main");
+  EXPECT_THAT(files.lost, ElementsAre(project_)) << "git did not come back from there";
+  const std::size_t calls = runner_.calls.size();
+  EXPECT_EQ(reader.git(project_)->branch, "main");
+  EXPECT_EQ(runner_.calls.size(), calls) << "and is not sent there again";
+  for (const std::string name : {"a", "b", "c"}) {
+    folder_.write("home/" + name + "/.git/HEAD", "ref: refs/heads/main\n");
+    EXPECT_EQ(reader.git(home_ + "/" + name)->branch, "main");
+  }
+  EXPECT_EQ(runner_.calls.size(), calls + 1) << "twice late is late enough for one check";
+  reader.beginCheck();
+  runner_.answer = {"1 day ago\nSubject", 0};
+  EXPECT_EQ(reader.git(home_ + "/c")->lastCommit, "Subject");
+  runner_.answer = {.late = true};
+  EXPECT_FALSE(reader.prTitle("acme/shop", "42"));
+  runner_.answer = {"Title", 0};
+  EXPECT_EQ(reader.prTitle("acme/shop", "42"), "Title") << "a title that was late is asked for again";
+}
+
 TEST_F(GitCacheTest, TheLibraryOfTheHomeIsNeverRead) {
   for (const char* folder : {"Library/x", "Library2"}) lay(folder, "main");
   EXPECT_EQ(reader_.git(home_ + "/Library/x"), std::nullopt);
@@ -201,7 +252,7 @@ TEST_F(GitCacheTest, OutputOfGitIsTakenLineByLine) {
 TEST_F(GitCacheTest, TitlesAreNeverAskedForUnlessTheUserWantsThem) {
   runner_.answer.output = "A title\n";
   ToolPlaces nowhere{ToolCandidates{}};
-  GitReader withoutTools(runner_, nowhere, clock_, home_, [] { return true; });
+  GitReader withoutTools(runner_, nowhere, clock_, files_, home_, [] { return true; });
   for (GitReader* reader : {&reader_, &withoutTools}) EXPECT_FALSE(reader->prTitle("acme/shop", "42"));
   // Options, addresses, and no names.
   const std::pair<Text, Text> none[] = {{{}, "42"},

@@ -110,9 +110,10 @@ struct LiveSurroundingsTest : testing::Test {
   RecordingToolRunner runner_;
   FakeClock clock_;
   ToolPlaces none_{ToolCandidates{}};
-  GitReader gitReader_{runner_, none_, clock_, home_.path(), [] { return false; }};
-  ClaudeReader claudeReader_{home_.path()};
-  LiveSurroundings live_{Self{7, 501, home_.path()}, gitReader_, claudeReader_, none_};
+  DirectFiles files_;
+  GitReader gitReader_{runner_, none_, clock_, files_, home_.path(), [] { return false; }};
+  ClaudeReader claudeReader_{home_.path(), files_};
+  LiveSurroundings live_{Self{7, 501, home_.path()}, gitReader_, claudeReader_, none_, files_};
 };
 
 TEST_F(LiveSurroundingsTest, HeadsOfFilesAreValidText) {
@@ -129,13 +130,33 @@ TEST_F(LiveSurroundingsTest, HeadsOfFilesAreValidText) {
   EXPECT_EQ(live_.fileHead(home_.at("missing.py")), std::nullopt);
 }
 
+struct CountingFiles : Files {
+  FileAnswer ask(const FileQuestion& question) override { return ++asked[question.path], answerTo(question); }
+  std::map<std::string, int> asked;
+};
+
+// Many servers share their ancestors, most of which have no mark.
+TEST_F(LiveSurroundingsTest, AFolderIsAskedForOnceInACheck) {
+  CountingFiles files;
+  LiveSurroundings live(Self{}, gitReader_, claudeReader_, none_, files);
+  const std::string mark = home_.at(".git");
+  EXPECT_FALSE(live.exists(mark) || live.exists(mark));
+  home_.write(".git", "");
+  EXPECT_FALSE(live.exists(mark)) << "in this check";
+  EXPECT_THAT(files.asked, ElementsAre(Pair(mark, 1)));
+  live.beginCheck();
+  EXPECT_TRUE(live.exists(mark) && live.exists(mark));
+  EXPECT_THAT(files.asked, ElementsAre(Pair(mark, 2)));
+}
+
 TEST_F(LiveSurroundingsTest, ADeviceIsNamedByItsPropertyListAndASimulatorTakesItsTool) {
   const std::string list = xml("<dict><key>name</key><string>iPhone</string></dict>");
   EXPECT_EQ(live_.deviceName(home_.write("device.plist", list)), "iPhone");
   EXPECT_EQ(live_.deviceName(home_.write("large.plist", list + std::string(1U << 20U, ' '))), std::nullopt);
   EXPECT_EQ(live_.deviceName(home_.at("missing.plist")), std::nullopt);
   ToolPlaces simctl{ToolCandidates{.simctl = {home_.script("simctl", "exit 0")}}};
-  EXPECT_TRUE(LiveSurroundings(Self{}, gitReader_, claudeReader_, simctl).hasSimctl() && !live_.hasSimctl());
+  EXPECT_TRUE(LiveSurroundings(Self{}, gitReader_, claudeReader_, simctl, files_).hasSimctl() &&
+              !live_.hasSimctl());
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 
 #include "app/machine.h"
 #include "diagnosis/process_tree.h"
+#include "system/posix/file_answers.h"
 #include "system/self.h"
 
 namespace {
@@ -35,8 +36,9 @@ void printProcess(const tarnwick::Proc& proc, tarnwick::Starters& starters, tarn
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (tarnwick::isFileWorker(argc, argv)) return tarnwick::serveFileQuestions();
   const tarnwick::Self self = tarnwick::readSelf();
-  tarnwick::RealOutside outside(self);
+  tarnwick::RealOutside outside(self, "/proc/self/exe");
   tarnwick::Machine check(outside.parts(), tarnwick::PrTitles::never);
   const tarnwick::Snapshot snapshot = check.scan(tarnwick::Machine::checkSeconds);
   if (argc == 3 && std::string_view(argv[1]) == "quit")

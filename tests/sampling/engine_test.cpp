@@ -2,6 +2,7 @@
 #include "sampling/engine/engine_json.h"
 #include "sampling/engine/http_reply.h"
 #include "system/small_file.h"
+#include "tests/support/fake_clock.h"
 #include "tests/support/fake_transport.h"
 
 namespace tarnwick {
@@ -220,6 +221,29 @@ TEST_F(DockerTest, AnEngineThatStopsAnsweringIsAskedNoMore) {
   EXPECT_THAT(docker.dockerContainers(), SizeIs(200));
   EXPECT_THAT(engine.asked(),
               SizeIs(AllOf(testing::Ge(17U), testing::Le(24U))));  // the list, 16, and those under way
+}
+
+TEST_F(DockerTest, ACheckWaitsFiveSecondsForAllAnswersTogether) {
+  const char* broken = "HTTP/1.0 200 OK\r\n\r\n[{\"Id\":\"c1\"";
+  const std::tuple<double, const char*, std::size_t, double, std::size_t> cases[] = {
+      // seconds that each answer takes, the list if it is another one, containers, what their statistics may
+      // take (0: they are not asked), how many are left out
+      {0, "", 1, 5, 0},      {2, "", 1, 3, 0},      {3.5, "", 1, 1.5, 0}, {6, "", 1, 0, 1},
+      {2, nullptr, 0, 0, 0}, {3, nullptr, 0, 0, 1}, {2, broken, 0, 0, 0}, {5, broken, 0, 0, 1}};
+  for (const auto& [seconds, list, containers, statistics, leftOut] : cases) {
+    FakeTransport slow;
+    fill(slow, 1);
+    if (list == nullptr) slow.replies.erase("GET /containers/json");
+    if (list == broken) slow.replies["GET /containers/json"] = broken;
+    FakeClock clock;
+    CheckLimits limits(clock);
+    slow.onAsked = [&clock, taken = seconds] { clock.turn(taken); };
+    limits.begin();
+    EXPECT_THAT(Docker(slow, {"/engine.sock"}).dockerContainers({}, &limits), SizeIs(containers)) << seconds;
+    const auto asked = slow.asked();
+    EXPECT_EQ(asked.size() == 2 ? asked[1].limits.total : 0, statistics) << seconds;
+    EXPECT_THAT(limits.leftOut(), SizeIs(leftOut)) << seconds;
+  }
 }
 
 // Docker Desktop leaves its socket behind. The engine that was listed is the one that stops, even when the

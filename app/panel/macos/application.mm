@@ -78,6 +78,9 @@ class RunningApplication {
 
   void open() { controller_.open(); }
 
+  // False when a task still runs; then the program must end without destroying anything.
+  bool endWithin(double seconds) { return executor_.endWithin(seconds); }
+
  private:
   // Any thread.
   void drainSoon() {
@@ -141,7 +144,9 @@ int showApplication(const PanelApplication& application) {
       (*place)->open();
     };
     // The process ends without coming back here: threads that still work must be waited for now.
+    const std::function<void(int)> leaveNow = application.leaveNow;
     delegate.ending = ^{
+      if (!(*place)->endWithin(quitSeconds)) leaveNow(0);
       place->reset();
     };
     NSApp.delegate = delegate;

@@ -25,6 +25,9 @@ constexpr qint64 sameClick = 300;       // milliseconds between losing the focus
 
 class RunningApplication : public QObject {
  public:
+  // False when a task still runs; then the program must end without destroying anything.
+  bool endWithin(double seconds) { return executor_.endWithin(seconds); }
+
   RunningApplication(const PanelApplication& application, SingleInstance& instance)
       : executor_([this] { drainSoon(); }),
         appearance_(this),
@@ -107,10 +110,10 @@ class RunningApplication : public QObject {
 }  // namespace
 
 int runApplication(const PanelApplication& application) {
-  SingleInstance instance(qEnvironmentVariable("XDG_RUNTIME_DIR"));
-  if (!instance.isFirst())
-    return instance.askToOpen() ? 0 : complain("Tarnwick already runs, but does not answer.");
-  if (instance.isRefused())
+  std::optional<SingleInstance> instance(qEnvironmentVariable("XDG_RUNTIME_DIR"));
+  if (!instance->isFirst())
+    return instance->askToOpen() ? 0 : complain("Tarnwick already runs, but does not answer.");
+  if (instance->isRefused())
     complain("No lock of yours alone can be had in XDG_RUNTIME_DIR: each start opens a panel of its own.");
   if (!findDisplay()) return complain("There is no display to show the panel on. Try --print.");
 
@@ -122,8 +125,12 @@ int runApplication(const PanelApplication& application) {
   QApplication::setApplicationDisplayName(QStringLiteral("Tarnwick"));
   QApplication::setQuitOnLastWindowClosed(false);
   Theme::install();
-  const RunningApplication running(application, instance);
-  return QApplication::exec();
+  RunningApplication running(application, *instance);
+  const int status = QApplication::exec();
+  if (running.endWithin(quitSeconds)) return status;
+  instance.reset();  // takes its socket and its lock away
+  application.leaveNow(status);
+  return status;
 }
 
 }  // namespace tarnwick::panel

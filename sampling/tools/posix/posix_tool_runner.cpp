@@ -50,8 +50,9 @@ std::optional<Pipe> makePipe() {
 // A started tool, the leader of its own process group.
 class PosixTool : public RunningTool {
  public:
-  PosixTool(pid_t pid, Descriptor output, const ToolOptions& options)
-      : pid_(pid),
+  PosixTool(std::shared_ptr<StartedTools> started, pid_t pid, Descriptor output, const ToolOptions& options)
+      : started_(std::move(started)),
+        pid_(pid),
         output_(std::move(output)),
         seconds_(options.seconds),
         outputBytes_(options.outputBytes),
@@ -65,7 +66,7 @@ class PosixTool : public RunningTool {
     deadline_ = std::max(deadline_, Steady::now() + inSteadyTime(seconds_ / 10));
     if (!collect()) {
       end();
-      return {};
+      return {.late = late_};
     }
     return {repairUtf8(text_), exitStatus_};
   }
@@ -83,7 +84,8 @@ class PosixTool : public RunningTool {
       const bool ended = hasEnded();
       if (!drain()) return false;
       if (ended) return true;
-      if (Steady::now() >= deadline_) return false;
+      late_ = Steady::now() >= deadline_;
+      if (late_) return false;
       waitForOutput(pause);
       pause = std::min(pause * 2, longestPause);
     }
@@ -119,25 +121,18 @@ class PosixTool : public RunningTool {
   bool hasEnded() {
     if (pid_ <= 0) return true;
     int status = 0;
-    const pid_t answer = ::waitpid(pid_, &status, WNOHANG);
-    if (answer == 0 || (answer < 0 && errno == EINTR)) return false;
+    if (!started_->hasEnded(pid_, status)) return false;
     pid_ = 0;
-    if (answer > 0 && WIFEXITED(status)) exitStatus_ = WEXITSTATUS(status);
+    if (status >= 0 && WIFEXITED(status)) exitStatus_ = WEXITSTATUS(status);
     return true;
   }
 
-  // Ends the tool and its children. Its process group cannot belong to anybody else while the tool has not
-  // been waited for.
   void end() {
     output_.close();
-    if (pid_ <= 0) return;
-    ::kill(-pid_, SIGKILL);
-    int status = 0;
-    while (::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
-    }
-    pid_ = 0;
+    if (pid_ > 0) started_->end(std::exchange(pid_, 0));
   }
 
+  const std::shared_ptr<StartedTools> started_;
   pid_t pid_;  // 0 once it has been waited for
   Descriptor output_;
   double seconds_;
@@ -145,6 +140,7 @@ class PosixTool : public RunningTool {
   Steady::time_point deadline_;
   std::string text_;
   int exitStatus_ = -1;
+  bool late_ = false;  // the deadline passed before it ended
 };
 
 // The NULL-ended list of pointers that the system takes; lives as long as `texts`.
@@ -228,6 +224,7 @@ pid_t spawn(const std::string& path, const std::vector<std::string>& args, const
 std::unique_ptr<RunningTool> PosixToolRunner::start(const std::string& path,
                                                     const std::vector<std::string>& args,
                                                     const ToolOptions& options) {
+  beforeStart_();
   const MutexLock lock(launching_);
   return launch(path, args, options);
 }
@@ -236,10 +233,11 @@ std::unique_ptr<RunningTool> PosixToolRunner::launch(const std::string& path,
                                                      const std::vector<std::string>& args,
                                                      const ToolOptions& options) {
   std::optional<Pipe> pipe = makePipe();
-  if (!pipe) return nullptr;
+  if (!pipe || !started_->beginStart()) return nullptr;
   const pid_t pid = spawn(path, args, options, pipe->writeEnd.number());
+  started_->endStart(pid);
   if (pid <= 0) return nullptr;
-  return std::make_unique<PosixTool>(pid, std::move(pipe->readEnd), options);
+  return std::make_unique<PosixTool>(started_, pid, std::move(pipe->readEnd), options);
 }
 
 }  // namespace tarnwick

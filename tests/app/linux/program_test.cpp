@@ -51,6 +51,8 @@ TEST(UnseenMachine, IsSaidAndNotJudged) {
   const std::string proc = "mount -t proc -o ";
   const std::tuple<const char*, std::string, std::string> cases[] = {
       {"no /proc", "mount -t tmpfs none /proc", unseen},
+      {"four descriptors", "ulimit -n 4", unseen},
+      {"nine descriptors", "ulimit -n 9", unseen},
       {"processes without a machine", proc + "subset=pid none /proc", unseen},
       {"only what is one's own", proc + "hidepid=2 none /proc", "status 0\n"},
       {"everything", "true", "status 0\n"}};

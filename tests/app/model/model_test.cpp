@@ -56,6 +56,21 @@ TEST_F(ModelTest, ACheckPublishesInOrderAndTellsBeforeEachChange) {
   EXPECT_THAT(services.calls, ElementsAre("reset", "check", "free memory"));
 }
 
+TEST_F(ModelTest, AMachineThatWasNotSeenIsNotShownNotEvenAsItWas) {
+  services.next.found = {card("a", 1)};
+  model.refresh(false);
+  executor.runBackground();
+  executor.runMain();
+  ASSERT_TRUE(model.snap());
+  services.next.seen = false;
+  model.refresh(false);
+  executor.runBackground();
+  executor.runMain();
+  EXPECT_EQ(seen(), "0 0 Its processes or its memory cannot be read. idle");
+  model.copyReport();
+  EXPECT_EQ(services.copied, "");
+}
+
 TEST_F(ModelTest, ANoteDisappearsWithTheFirstCheckThatEndsAfterTwoMinutes) {
   for (const auto& [age, kept] : {std::pair{119.9, true}, {120.0, false}}) {
     services.time = start;

@@ -79,6 +79,23 @@ TEST(ThreadExecutor, TheEndWaitsForWhatRunsAndDropsWhatIsLeftForTheMainThread) {
   EXPECT_EQ(ran, 0);
 }
 
+TEST(ThreadExecutor, AQuitWaitsForATaskButNotForEver) {
+  std::latch running(1);
+  std::latch end(1);
+  ThreadExecutor executor([] {});
+  executor.background([&] {
+    running.count_down();
+    end.wait();
+  });
+  running.wait();
+  EXPECT_FALSE(executor.endWithin(0.05));
+  std::atomic<bool> ran = false;
+  executor.background([&] { ran = true; });
+  end.count_down();
+  EXPECT_TRUE(executor.endWithin(60));
+  EXPECT_FALSE(ran) << "no task is taken any more";
+}
+
 // Keeps plain, unguarded state as the real scan does: the thread sanitizer sees two checks at once, or a
 // cache reset beside a check.
 struct UnguardedServices : FakeServices {

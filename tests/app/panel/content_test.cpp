@@ -43,6 +43,14 @@ TEST(PanelContent, SaysThatItChecksUntilThereIsASnapshot) {
   EXPECT_THAT(nodesOf<Box>(node), IsEmpty());
 }
 
+TEST(PanelContent, AMachineThatWasNotSeenIsNotJudged) {
+  const Node node = built({.note = Note{"Its processes or its memory cannot be read.", "triangle",
+                                        NoteColor::orange, sampleTime}});
+  EXPECT_THAT(textsOf(node),
+              ElementsAre("This machine cannot be seen.", "Its processes or its memory cannot be read.", ""));
+  EXPECT_THAT(nodesOf<Spinner>(node), IsEmpty());
+}
+
 TEST(PanelContent, ShowsTheVerdictWithItsCause) {
   EXPECT_EQ(nodesOf<Symbol>(built({.snap = sampleSnapshot()}))[0].name, "checkmark.circle.fill");
   EXPECT_EQ(nodesOf<Symbol>(built(withCard()))[0].name, "exclamationmark.circle.fill");

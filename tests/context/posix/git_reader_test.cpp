@@ -30,7 +30,9 @@ struct GitReaderTest : testing::Test {
 
   GitWorld world_;
   FakeClock clock_;
-  GitReader reader_{world_.runner, world_.places, clock_, world_.folder.at("home"), [] { return false; }};
+  DirectFiles files_;
+  GitReader reader_{world_.runner,       world_.places, clock_, files_, world_.folder.at("home"),
+                    [] { return false; }};
 };
 
 TEST_F(GitReaderTest, AMainCheckoutOnABranchAndDetached) {
@@ -69,7 +71,7 @@ TEST_F(GitReaderTest, FilesThatAreNoFilesAreUnreadable) {
   ASSERT_EQ(::mkfifo((dir + "/.git/config").c_str(), 0600), 0);
   fs::resize_file(dir + "/.git/HEAD", 2'147'483'648U);
   ToolPlaces none{ToolCandidates{}};
-  GitReader withoutGit(world_.runner, none, clock_, "/home", [] { return false; });
+  GitReader withoutGit(world_.runner, none, clock_, files_, "/home", [] { return false; });
   EXPECT_EQ(withoutGit.readGit(dir), (Git{"shop", "", "", "", false, std::nullopt}));
 
   const std::string pipe = world_.folder.at("pipe");
@@ -149,7 +151,7 @@ TEST_F(GitReaderTest, GhGetsNamesAndNoOtherHost) {
   ToolCandidates tools;
   tools.gh = {world_.folder.script("gh", "(printf '<%s> ' \"$@\"; cat; env) > " + log + "; echo Title")};
   ToolPlaces places(tools);
-  GitReader asking(world_.runner, places, clock_, "/home", [] { return true; });
+  GitReader asking(world_.runner, places, clock_, files_, "/home", [] { return true; });
   const char* others[] = {"GH_HOST", "GH_ENTERPRISE_TOKEN", "GITHUB_ENTERPRISE_TOKEN", "GH_REPO"};
   for (const char* name : others) ::setenv(name, "evil", 1);
   ::setenv("GH_TOKEN", "own", 1);

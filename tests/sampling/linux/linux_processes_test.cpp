@@ -11,6 +11,7 @@
 #include "sampling/linux/sock_diag.h"
 #include "sampling/process_table.h"
 #include "tests/sampling/linux/proc_tree.h"
+#include "tests/support/fake_clock.h"
 #include "tests/support/posix/child_process.h"
 
 namespace tarnwick {
@@ -427,6 +428,38 @@ TEST_F(LinuxProcessSourceTest, APortOfBothFamiliesIsListedOnce) {
   ASSERT_TRUE(diag) << "netlink does not answer here";
   EXPECT_EQ(std::ranges::count(*diag, port, &Listener::port), 2);
   for (const int number : {first, second}) ::close(number);
+}
+
+// Some programs have millions.
+TEST(ListeningPorts, OfManyDescriptorsTheFirstAreLookedAtAndInTime) {
+  const ProcTree tree;
+  tree.write(
+      "net/tcp",
+      "  sl  local_address\n   0: 0100007F:0BB8 00000000:0000 0A 00000000:00000000 00:00000000 00000000 "
+      " 1000        0 12345 1 0 100 0 0 10 0\n");
+  tree.write("7/stat", "");
+  const std::string folder = tree.root() + "/7/fd";
+  std::filesystem::create_directory(folder);
+  FakeClock clock;
+  CheckLimits limits(clock);
+  const ProcReader reader(tree.root());
+  std::size_t made = 0;
+  const std::tuple<std::size_t, double, std::size_t> cases[] = {
+      // descriptors, seconds of the check gone by, left out
+      {3, 0, 0},
+      {3, 8, 0},
+      {1'024, 0, 0},
+      {1'024, 8, 1},
+      {ListeningPorts::mostOfProcess - 1, 0, 0},
+      {ListeningPorts::mostOfProcess, 0, 1}};
+  for (const auto& [count, gone, leftOut] : cases) {
+    for (; made < count; ++made)
+      std::filesystem::create_symlink("socket:[12345]", folder + "/" + std::to_string(made));
+    limits.begin();
+    clock.turn(gone);
+    EXPECT_THAT(ListeningPorts(reader, false, &limits).of(*reader.open(7)), ElementsAre(3'000));
+    EXPECT_THAT(limits.leftOut(), SizeIs(leftOut)) << count << " after " << gone << " s";
+  }
 }
 
 }  // namespace

@@ -7,8 +7,11 @@
 
 #include <cerrno>
 
+#include "sampling/tools/limited_tool_runner.h"
 #include "sampling/tools/posix/posix_tool_runner.h"
 #include "sampling/tools/tool_places.h"
+#include "system/posix/ending_signals.h"
+#include "tests/support/fake_clock.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {
@@ -104,7 +107,7 @@ TEST_F(ToolRunnerTest, OutputIsTakenUpToItsLimit) {
   const ToolOptions options{.outputBytes = 1'000};
   EXPECT_EQ(run("head -c 1000 /dev/zero | tr '\\0' x", options).output.size(), 1'000U);
   const ToolResult tooMuch = run("head -c 1001 /dev/zero | tr '\\0' x; exec sleep 1000", options);
-  EXPECT_EQ(tooMuch.output + std::to_string(tooMuch.exitStatus), "-1");
+  EXPECT_EQ(std::tuple(tooMuch.output, tooMuch.exitStatus, tooMuch.late), std::tuple("", -1, false));
 }
 
 // A named pipe that a tool's whole family keeps open tells when the last of them is gone.
@@ -142,11 +145,79 @@ TEST_F(ToolRunnerTest, AToolThatNeverEndsIsEndedWithItsChildren) {
     ASSERT_TRUE(family.appears());
     if (!letGo) {
       const ToolResult result = tool->result();
-      EXPECT_EQ(result.output + std::to_string(result.exitStatus), "-1");
+      EXPECT_EQ(std::tuple(result.output, result.exitStatus, result.late), std::tuple("", -1, true));
     }
     if (letGo) tool.reset();
     EXPECT_TRUE(family.vanishes());
   }
+}
+
+// In a process of its own: a tool that never ends, and the end of the program that started it.
+TEST_F(ToolRunnerTest, TheEndOfTheProgramIsTheEndOfItsTools) {
+  const std::string tool = folder_.script("tool", neverEnding);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    const std::string mark = folder_.at("family" + std::to_string(signal));
+    FamilyMark family(mark);
+    const pid_t program = ::fork();
+    if (program == 0) {
+      std::signal(SIGINT, SIG_DFL);
+      std::unique_ptr<PosixToolRunner> tools;
+      EndingSignals endings([&] { tools->endAll(); });
+      tools = std::make_unique<PosixToolRunner>([&] { endings.watch(); });
+      const auto running = tools->start(tool, {mark}, {.seconds = 1'000});
+      running->result();
+      ::_exit(1);
+    }
+    EXPECT_TRUE(family.appears());
+    ::kill(program, signal);
+    EXPECT_TRUE(family.vanishes()) << signal;
+    int status = 0;
+    EXPECT_EQ(::waitpid(program, &status, 0), program);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
+  }
+}
+
+TEST_F(ToolRunnerTest, AfterTheEndNoToolIsStarted) {
+  runner_.endAll();
+  EXPECT_EQ(runner_.start("/bin/sh", {"-c", "exit"}), nullptr);
+}
+
+// Writes down how long each tool may run, and has it answer late or not.
+struct TimedTools : ToolRunner {
+  using ToolRunner::start;
+  std::unique_ptr<RunningTool> start(const std::string& /*path*/, const std::vector<std::string>& /*args*/,
+                                     const ToolOptions& options) override {
+    struct Answer : RunningTool {
+      explicit Answer(bool l) : late(l) {}
+      ToolResult result() override { return {.exitStatus = 0, .late = late}; }
+      bool late;
+    };
+    allowed.push_back(options.seconds);
+    return std::make_unique<Answer>(late);
+  }
+  std::vector<double> allowed;
+  bool late = false;
+};
+
+TEST(LimitedToolRunner, NoToolHasMoreTimeThanTheCheck) {
+  FakeClock clock;
+  CheckLimits limits(clock);
+  TimedTools tools;
+  LimitedToolRunner limited(tools, limits);
+  const auto isLate = [&](const std::string& path, double seconds) {
+    return limited.start(path, {}, {.seconds = seconds})->result().late;
+  };
+  EXPECT_FALSE(isLate("/bin/before", 99)) << "no check, no limit";
+  limits.begin();
+  clock.turn(5);
+  EXPECT_FALSE(isLate("/bin/quick", 2));
+  EXPECT_FALSE(isLate("/bin/slow", 10));
+  tools.late = true;
+  EXPECT_TRUE(isLate("/bin/git", 2));
+  clock.turn(3);
+  EXPECT_TRUE(isLate("/opt/gh", 2));
+  EXPECT_THAT(tools.allowed, ElementsAre(99, 2, 3, 2)) << "the last one was not even started";
+  EXPECT_THAT(limits.leftOut(), ElementsAre("git", "gh"));
 }
 
 TEST_F(ToolRunnerTest, ASurvivorInTheBackgroundDoesNotHoldTheCaller) {
