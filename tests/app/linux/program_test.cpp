@@ -59,8 +59,8 @@ TEST(UnseenMachine, IsSaidAndNotJudged) {
   for (const auto& [what, mount, expected] : cases) {
     PosixToolRunner runner;
     const std::string line = "unshare --mount sh -c '" + mount +
-                             " || exit 77; \"$0\" --print 2>&1 >/dev/null; echo status $?' '" TARNWICK_PROGRAM
-                             "'";
+                             " || exit 77; exec \"$0\" --print' '" TARNWICK_PROGRAM
+                             "' 2>&1 >/dev/null; s=$?; echo status $s; exit $s";
     const ToolResult result = runner.start("/bin/sh", {"-c", line}, {.seconds = 60})->result();
     if (result.exitStatus == 77) GTEST_SKIP() << what << " cannot be mounted here";
     EXPECT_EQ(result.output, expected) << what;
