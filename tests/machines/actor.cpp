@@ -13,13 +13,17 @@
 //   say=LINE           types a line into the youngest of its terminals
 //   wait=NAME          waits for the file NAME
 //   end                ends without waiting for anybody
+//   engine=PATH:KIND   answers on that socket, as a bad engine does (see serve); never ends
+//   measure=FILE PATH WORD...  carries the program out; FILE gets its status, seconds and peak in kilobytes
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <pty.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -55,6 +59,48 @@ void listenOn(int port) {
   if (::bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
       ::listen(listener, 1) != 0)
     std::perror("listen");
+}
+
+// Whoever asks gets nothing, something else, no end, a byte now and then, no answer, or half of one.
+void serve(const std::string& path, std::string_view kind) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  path.copy(address.sun_path, sizeof address.sun_path - 1);
+  const int listener = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (::bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
+      ::listen(listener, 9) != 0)
+    std::perror("engine");
+  while (true) {
+    const int asked = ::accept(listener, nullptr, nullptr);
+    if (::fork() != 0) {
+      ::close(asked);
+      continue;
+    }
+    const std::string block = (kind == "huge" ? "HTTP/1.0 200 OK\r\n\r\n[" : "") +
+                              std::string(65'536, kind == "huge" ? ' ' : '\xfe');
+    if (kind == "garbage") (void)!::send(asked, block.data(), block.size(), MSG_NOSIGNAL);
+    while (kind == "huge" && ::send(asked, block.data(), block.size(), MSG_NOSIGNAL) > 0) continue;
+    while (kind == "slow" && ::send(asked, "H", 1, MSG_NOSIGNAL) > 0) ::usleep(100'000);
+    if (kind == "dying") (void)!::send(asked, "HTTP/1.0 200 OK\r\n\r\n[{\"Id\":", 27, MSG_NOSIGNAL);
+    while (kind == "hanging") ::pause();
+    ::_exit(0);
+  }
+}
+
+void measure(const std::string& file, char** words) {
+  const auto start = std::chrono::steady_clock::now();
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::execv(*words, words);
+    ::_exit(127);
+  }
+  int status = 0;
+  rusage used{};
+  while (::wait4(child, &status, 0, &used) < 0) continue;
+  const auto seconds =
+      std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - start);
+  writeFile(file, std::to_string(WIFEXITED(status) ? WEXITSTATUS(status) : 256) + " " +
+                      std::to_string(seconds.count()) + " " + std::to_string(used.ru_maxrss) + "\n");
 }
 
 void burn(int percent) {
@@ -175,6 +221,13 @@ class Actor {
 }  // namespace
 
 int main(int argc, char** argv) {
+  const std::string_view first = argc > 1 ? argv[1] : "";
+  if (first.starts_with("measure=")) {
+    measure(std::string(first.substr(8)), argv + 2);
+    return 0;
+  }
   std::signal(SIGCHLD, SIG_IGN);
+  if (first.starts_with("engine="))
+    serve(std::string(first.substr(7, first.rfind(':') - 7)), first.substr(first.rfind(':') + 1));
   Actor().play(Words(argv, argv + argc));
 }
