@@ -7,16 +7,18 @@
 #include <system_error>
 #include <utility>
 
+#include "records/limits.h"
 #include "sampling/engine/engine_json.h"
 #include "sampling/engine/http_reply.h"
 
 namespace tarnwick {
 namespace {
 
+constexpr std::string_view listPath = "/containers/json";
+constexpr std::string_view listRequest = "GET /containers/json ";
 constexpr int askSeconds = 3;
 constexpr int stopSeconds = 15;     // the engine gives a container 10 s to end by itself
 constexpr int totalTimeFactor = 2;  // time-outs that a reply may take in all
-constexpr std::size_t mostReplyBytes = std::size_t{64} << 20U;
 constexpr std::size_t mostAtOnce = 8;
 constexpr int unansweredInARow = 16;  // an engine that leaves so many without an answer is asked no more
 
@@ -86,7 +88,8 @@ std::optional<std::string> Docker::replyFrom(std::size_t place, const std::strin
                                              int timeout) const {
   if (!transport_.reachable(places_[place])) return std::nullopt;
   const double silence = std::max(timeout, 1);
-  const ExchangeLimits limits{silence, silence * totalTimeFactor, mostReplyBytes};
+  const bool isList = request.starts_with(listRequest);
+  const ExchangeLimits limits{silence, silence * totalTimeFactor, isList ? mostListReply : mostOtherReply};
   return transport_.exchange(places_[place], request, limits);
 }
 
@@ -108,12 +111,13 @@ std::optional<std::string> Docker::dockerAPI(std::string_view method, std::strin
   if (!reply) return std::nullopt;
   const std::optional<std::string_view> body = successfulBody(*reply);
   if (!body) return std::nullopt;
-  return std::string(*body);
+  reply->erase(0, reply->size() - body->size());
+  return reply;
 }
 
 std::vector<Container> Docker::dockerContainers(const std::set<std::string>& measured) const {
   answering_.store(nobody);
-  const std::optional<std::string> list = dockerAPI("GET", "/containers/json", askSeconds);
+  const std::optional<std::string> list = dockerAPI("GET", listPath, askSeconds);
   if (!list) return {};
   std::vector<Container> containers = containersOf(*list);
   MemoryRound(*this, containers, measured).run();
