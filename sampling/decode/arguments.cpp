@@ -50,10 +50,11 @@ std::vector<std::string> argumentsInBlock(std::string_view block) {
 }
 
 std::vector<std::string> procArguments(std::string_view bytes) {
+  constexpr std::size_t most = longestCommandLine / bytesPerArgument;
   std::size_t count = 0;
-  for (std::size_t at = 0; at < bytes.size(); ++count) at = endOfArgument(bytes, at) + 1;
+  for (std::size_t at = 0; at < bytes.size() && count < most; ++count) at = endOfArgument(bytes, at) + 1;
   std::vector<std::string> arguments;
-  arguments.reserve(std::min(count, longestCommandLine / bytesPerArgument));
+  arguments.reserve(count);
   std::size_t room = longestCommandLine;
   for (std::size_t at = 0; at < bytes.size();) {
     const std::size_t end = endOfArgument(bytes, at);
