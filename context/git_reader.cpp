@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "context/git_files.h"
-#include "context/longest_name.h"
+#include "records/limits.h"
 #include "records/text.h"
 #include "records/utf8.h"
 #include "system/small_file.h"

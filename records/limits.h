@@ -57,8 +57,9 @@ inline constexpr std::size_t longestDeviceName = 255;
 // Tabs of one browser, as a script prints their addresses.
 inline constexpr std::size_t mostTabs = 10'000;
 
-// What a commit says in its first line.
-inline constexpr std::size_t longestTitle = 4'096;
+// Characters of a branch, a commit, a session, a job or a title; names are far below it, and the panel lays out
+// this much at once.
+inline constexpr std::size_t longestName = 4'096;
 
 // What a tool may print.
 inline constexpr std::size_t mostToolOutput = std::size_t{4} << 20U;

@@ -55,8 +55,8 @@ std::string repairUtf8(std::string_view bytes) {
 }
 
 std::string repairUtf8(std::string_view bytes, std::size_t most) {
-  std::string text = repairUtf8(upTo(bytes, most));
-  text.resize(upTo(text, most).size());  // repaired, it may be three times as long
+  std::string text = repairUtf8(bytes.size() <= most ? bytes : upTo(bytes, most));
+  if (text.size() > most) text.resize(upTo(text, most).size());  // repaired, it may be three times as long
   return text;
 }
 

@@ -92,8 +92,14 @@ void ProcessTable::identify(Pid pid, Process& process, KnownByPid& fresh, Proc& 
 
 template <typename Record>
 void ProcessTable::limitTexts(Record& record) {
+  std::size_t taken = record.path.size();
+  for (const std::string& arg : record.args) taken += arg.size() + bytesPerArgument;
+  if (taken <= roomForTexts_) {
+    roomForTexts_ -= taken;
+    return;
+  }
   const std::size_t room = std::max(roomForTexts_, fewestProcessTexts);
-  std::size_t taken = 0;
+  taken = 0;
   const auto fits = [&](std::size_t bytes) {
     if (bytes > room - taken) return false;
     taken += bytes;
