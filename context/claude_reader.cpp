@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <string_view>
 
-#include "context/longest_name.h"
+#include "records/limits.h"
 #include "records/text.h"
 #include "records/utf8.h"
 #include "sampling/decode/iso_time.h"

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "context/longest_name.h"
+#include "records/limits.h"
 #include "records/snapshot.h"
 #include "records/text.h"
 #include "records/utf8.h"

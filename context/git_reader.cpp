@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "context/git_files.h"
-#include "context/longest_name.h"
+#include "records/limits.h"
 #include "records/text.h"
 #include "records/utf8.h"
 
@@ -157,7 +157,7 @@ void GitReader::readLastCommit(const std::string& dir, const std::string& gitDir
   }
   const std::string_view lines = trimmed(*output);
   const std::size_t end = lines.find('\n');
-  git.lastCommitAgo = std::string(lines.substr(0, end));
+  git.lastCommitAgo = firstCharacters(lines.substr(0, end), longestName);
   if (end == std::string_view::npos) return;
   const std::string_view rest = lines.substr(end + 1);
   git.lastCommit = firstCharacters(rest.substr(0, rest.find('\n')), longestName);

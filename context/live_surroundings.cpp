@@ -1,14 +1,24 @@
 #include "context/live_surroundings.h"
 
 #include <cstddef>
+#include <string_view>
 
+#include "records/limits.h"
+#include "records/text.h"
 #include "records/utf8.h"
 #include "system/port.h"
 
 namespace tarnwick {
 namespace {
 
-constexpr std::size_t propertyListBytes = 1U << 20U;
+// Is it the list of one of the simulators' devices? Another process's arguments name it.
+bool isDeviceList(std::string_view path, std::string_view home) {
+  constexpr std::string_view folder = "/Library/Developer/CoreSimulator/Devices/";
+  constexpr std::string_view file = "/device.plist";
+  if (!path.starts_with(home) || !path.substr(home.size()).starts_with(folder)) return false;
+  path.remove_prefix(home.size() + folder.size());
+  return path.ends_with(file) && isPlainFileName(path.substr(0, path.size() - file.size()));
+}
 
 // So many bytes of paths are remembered in one check; folders may be thousands deep.
 constexpr std::size_t mostExistsBytes = std::size_t{4} << 20U;
@@ -56,9 +66,11 @@ std::optional<std::string> LiveSurroundings::fileHead(const std::string& path) {
 }
 
 std::optional<std::string> LiveSurroundings::deviceName(const std::string& plistPath) {
-  const auto list = files_.readSmallFile(plistPath, propertyListBytes);
-  if (!list) return std::nullopt;
-  return propertyListText(*list, "name");
+  if (!isDeviceList(plistPath, self_.home) || !files_.isOwn(plistPath)) return std::nullopt;
+  const auto list = files_.readSmallFile(plistPath, largestPropertyList);
+  auto name = list ? propertyListText(*list, "name") : std::nullopt;
+  if (name) name = repairUtf8(*name, longestDeviceName);
+  return name;
 }
 
 bool LiveSurroundings::hasSimctl() { return places_.simctlBin().has_value(); }

@@ -5,13 +5,14 @@
 #include <cstdint>
 #include <optional>
 
+#include "records/limits.h"
+
 namespace tarnwick {
 namespace {
 
 // A device's list is a flat dictionary of a dozen entries.
-constexpr std::size_t largestList = 1U << 20U;
-constexpr std::size_t mostTags = 2'000;
-constexpr std::uint64_t mostBinaryNodes = 1'000'000;
+constexpr std::ptrdiff_t mostMarks = 2'000;
+constexpr std::uint64_t mostUnfoldedBytes = std::uint64_t{16} << 20U;
 
 constexpr std::string_view binaryMagic = "bplist00";
 constexpr std::size_t trailerBytes = 32;
@@ -53,20 +54,21 @@ bool isHarmlessBinary(std::string_view bytes) {
   if (offsetSize < 1 || offsetSize > 8 || table > trailer || objects > (trailer - table) / offsetSize) {
     return false;
   }
-  std::uint64_t nodes = 1;
+  std::uint64_t nodes = 1;  // each may hold a copy of the whole list
   for (std::uint64_t object = 0; object < objects; ++object) {
     const std::uint64_t offset = numberAt(bytes, table + object * offsetSize, offsetSize);
     if (offset >= bytes.size()) return false;
     const auto entries = entriesAt(bytes, offset);
     if (!entries) return false;
     nodes *= *entries + 1;
-    if (nodes > mostBinaryNodes) return false;
+    if (nodes > mostUnfoldedBytes / bytes.size()) return false;
   }
   return true;
 }
 
+// Tags nest, and each entity moves all of its text that follows it.
 bool isHarmlessXml(std::string_view bytes) {
-  return static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '<')) <= mostTags;
+  return std::count_if(bytes.begin(), bytes.end(), [](char c) { return c == '<' || c == '&'; }) <= mostMarks;
 }
 
 }  // namespace
@@ -81,7 +83,7 @@ bool isXmlPropertyList(std::string_view bytes) {
 }
 
 bool isHarmlessPropertyList(std::string_view bytes) {
-  if (bytes.size() > largestList) return false;
+  if (bytes.size() > largestPropertyList) return false;
   if (isBinaryPropertyList(bytes)) return isHarmlessBinary(bytes);
   return isXmlPropertyList(bytes) && isHarmlessXml(bytes);
 }

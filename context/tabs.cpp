@@ -7,6 +7,8 @@
 #include <unordered_set>
 #include <utility>
 
+#include "records/limits.h"
+
 namespace tarnwick {
 namespace {
 
@@ -129,7 +131,7 @@ Tabs condense(const std::vector<std::string>& urls) {
 
 std::vector<std::string> urlsOfLines(std::string_view output) {
   std::vector<std::string> lines;
-  while (!output.empty()) {
+  while (!output.empty() && lines.size() < mostTabs) {
     const std::size_t end = std::min(output.find_first_of("\r\n"), output.size());
     if (end > 0) lines.emplace_back(output.substr(0, end));
     output.remove_prefix(std::min(end + 1, output.size()));

@@ -47,7 +47,7 @@ std::map<std::string_view, Browser> browsersOf(const Snapshot& snapshot) {
     const auto key = browserOf(proc, safariRuns);
     if (!key) continue;
     Browser& browser = all[*key];
-    browser.memory = checkedAdd(browser.memory, proc.footprint);
+    browser.memory = saturatingAdd(browser.memory, proc.footprint);
     browser.cpu += proc.cpu;
     ++browser.count;
   }
@@ -189,7 +189,7 @@ std::string_view testTool(const std::string& path) {
 
 Finding testBrowserFinding(const Proc& proc, const Snapshot& snapshot, const std::set<Pid>& termed) {
   std::uint64_t memory = proc.footprint;
-  for (const Proc* below : descendants(proc.pid, snapshot)) memory = checkedAdd(memory, below->footprint);
+  for (const Proc* below : descendants(proc.pid, snapshot)) memory = saturatingAdd(memory, below->footprint);
   const std::string_view tool = testTool(proc.path);
   const std::string age = ago(secondsBetween(proc.started, snapshot.now));
   return {.id = formatted("browser:{}", proc.pid),

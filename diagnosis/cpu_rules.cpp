@@ -129,7 +129,7 @@ Finding awakeFinding(const Proc& proc, const Starter& start, const Snapshot& sna
                      const std::set<Pid>& termed, Surroundings& surroundings) {
   std::span<const std::string> arguments(proc.args);
   if (!arguments.empty()) arguments = arguments.subspan(1);
-  const std::string flags = formatted("{}", fmt::join(arguments, " "));
+  const std::string flags = firstCharacters(formatted("{}", fmt::join(arguments, " ")), evidenceCharacters);
   const std::string whoRan = !start.who ? "A tool" : *start.who == "you" ? "You ran" : *start.who + " ran";
   return {.id = formatted("caffeinate:{}", proc.pid),
           .bucket = Bucket::leftovers,

@@ -9,6 +9,7 @@
 #include "diagnosis/process_kinds.h"
 #include "records/checked.h"
 #include "records/formatted.h"
+#include "records/limits.h"
 #include "records/utf8.h"
 #include "records/wording.h"
 
@@ -134,10 +135,10 @@ Finding containersFinding(const ContainerLoad& load, const Snapshot& snapshot) {
 }
 
 Finding dockerFinding(const Proc& vm, const Snapshot& snapshot) {
-  std::uint64_t needed = 0;
-  for (const Container& container : snapshot.containers) needed = checkedAdd(needed, container.mem);
+  std::uint64_t needed = snapshot.moreContainers.bytes;
+  for (const Container& container : snapshot.containers) needed = saturatingAdd(needed, container.mem);
   const bool alone = snapshot.containers.empty();
-  const auto count = static_cast<std::int64_t>(snapshot.containers.size());
+  const auto count = static_cast<std::int64_t>(snapshot.containers.size()) + snapshot.moreContainers.count;
   const bool works = vm.cpu >= noteworthyCores;
   const std::string share = works ? pct(vm.cpu, snapshot) : std::string();
 
@@ -202,7 +203,7 @@ std::vector<Simulator> runningSimulators(const Snapshot& snapshot, Surroundings&
 std::uint64_t memoryOf(const std::vector<Simulator>& all, const Snapshot& snapshot) {
   TreeMemory trees(snapshot);
   std::uint64_t memory = 0;
-  for (const Simulator& simulator : all) memory = checkedAdd(memory, trees.of(*simulator.launcher));
+  for (const Simulator& simulator : all) memory = saturatingAdd(memory, trees.of(*simulator.launcher));
   return memory;
 }
 
@@ -211,8 +212,9 @@ Finding simulatorsFinding(const std::vector<Simulator>& all, const Snapshot& sna
   std::vector<Action> actions;
   Timestamp earliest = all.front().launcher->started;
   for (const Simulator& simulator : all) {
-    names.push_back(simulator.name);
     earliest = std::min(earliest, simulator.launcher->started);
+    if (names.size() == mostNamedSimulators) continue;
+    names.push_back(simulator.name);
     if (canShutDown) actions.push_back({"Shut down " + simulator.name, {SimShutdown{simulator.udid}}});
   }
   const std::uint64_t memory = memoryOf(all, snapshot);

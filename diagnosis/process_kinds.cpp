@@ -4,6 +4,9 @@
 #include <array>
 #include <span>
 
+#include "records/limits.h"
+#include "records/utf8.h"
+
 namespace tarnwick {
 namespace {
 
@@ -103,7 +106,7 @@ std::string serverKind(const Proc& proc) {
   }
   if (name.starts_with("python")) return "Python server";
   if (isOneOf(name, javaScriptRuntimes)) return "Node server";
-  return std::string(tool) + " server";
+  return repairUtf8(tool, longestServerTool) + " server";
 }
 
 }  // namespace tarnwick

@@ -172,7 +172,7 @@ std::uint64_t TreeMemory::of(const Proc& top) {
       if (child.pid == top.pid) {
         visits[i].onCycle = true;
       } else if (subtree != known_.end()) {
-        visits[i].bytes = checkedAdd(visits[i].bytes, subtree->second);
+        visits[i].bytes = saturatingAdd(visits[i].bytes, subtree->second);
       } else {
         visits.push_back({child.pid, i, child.footprint, false});
       }
@@ -181,7 +181,7 @@ std::uint64_t TreeMemory::of(const Proc& top) {
   // Children come after their parents, so going backwards every subtree is complete when it is added.
   for (std::size_t i = visits.size() - 1; i > 0; --i) {
     Visit& parent = visits[visits[i].parent];
-    parent.bytes = checkedAdd(parent.bytes, visits[i].bytes);
+    parent.bytes = saturatingAdd(parent.bytes, visits[i].bytes);
     parent.onCycle = parent.onCycle || visits[i].onCycle;
   }
   // Whoever is on a cycle with `top` has the same processes below it, and so the same total.

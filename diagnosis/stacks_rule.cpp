@@ -77,14 +77,15 @@ ProjectStack stackOf(const std::string& root, const std::vector<const Proc*>& se
   ProjectStack stack{.root = root, .name = std::string(lastPathComponent(root))};
   for (const Proc* server : servers) {  // in ascending pid, the order of the snapshot's memory
     stack.servers.push_back({server, serverKind(*server)});
-    stack.bytes = checkedAdd(stack.bytes, run.memory.of(*server));
+    stack.bytes = saturatingAdd(stack.bytes, run.memory.of(*server));
   }
   std::stable_sort(stack.servers.begin(), stack.servers.end(),
                    [](const StackServer& a, const StackServer& b) {
                      return a.proc->ports.front() < b.proc->ports.front();
                    });
   stack.containers = containersOf(stack.name, run.snapshot);
-  for (const Container* container : stack.containers) stack.bytes = checkedAdd(stack.bytes, container->mem);
+  for (const Container* container : stack.containers)
+    stack.bytes = saturatingAdd(stack.bytes, container->mem);
 
   const auto isOlder = [](const StackServer& a, const StackServer& b) {
     return a.proc->started < b.proc->started;

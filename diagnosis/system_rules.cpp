@@ -61,7 +61,7 @@ std::map<std::string_view, std::uint64_t> memoryOfBundles(const std::vector<std:
     const std::size_t ending = path.find(".app/");
     if (ending == std::string_view::npos || path.find(bundleEnding) != ending) continue;
     const auto bundle = memory.find(path.substr(0, ending + bundleEnding.size()));
-    if (bundle != memory.end()) bundle->second = checkedAdd(bundle->second, proc.footprint);
+    if (bundle != memory.end()) bundle->second = saturatingAdd(bundle->second, proc.footprint);
   }
   return memory;
 }
@@ -186,7 +186,7 @@ std::vector<Finding> loginApps(const Snapshot& snapshot, const Self& self) {
   std::uint64_t total = 0;
   for (const auto& [name, bundle] : bundleOf) {
     names.push_back(name);
-    total = checkedAdd(total, memory.at(bundle));
+    total = saturatingAdd(total, memory.at(bundle));
   }
   std::stable_sort(names.begin(), names.end(), [&](const std::string& a, const std::string& b) {
     return memory.at(bundleOf.at(a)) > memory.at(bundleOf.at(b));

@@ -1,7 +1,8 @@
-// Arithmetic that stops the program instead of wrapping, and the way it stops.
+// Sums that cannot wrap, and the way a programming error stops the program.
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <string_view>
 
 namespace tarnwick {
@@ -10,7 +11,10 @@ namespace tarnwick {
 // programming errors: nothing that comes from outside may lead here.
 [[noreturn]] void fault(std::string_view reason);
 
-// Sum of two byte counts; overflow is a fault.
-std::uint64_t checkedAdd(std::uint64_t a, std::uint64_t b);
+// Sum of two figures from outside, the largest number where it does not fit.
+constexpr std::uint64_t saturatingAdd(std::uint64_t a, std::uint64_t b) {
+  constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+  return b > most - a ? most : a + b;
+}
 
 }  // namespace tarnwick

@@ -76,6 +76,14 @@ struct ContainerLoad {
   bool operator==(const ContainerLoad&) const = default;
 };
 
+// Running containers that are counted and not listed.
+struct UnlistedContainers {
+  std::int64_t count = 0;
+  std::uint64_t bytes = 0;  // in use without droppable cache
+
+  bool operator==(const UnlistedContainers&) const = default;
+};
+
 // One running application that has an identifier and a place on disk.
 struct RunningApp {
   Pid pid = 0;
@@ -129,7 +137,8 @@ struct ClaudeWork {
 struct Snapshot {
   PidMap<Proc> procs;                 // visited in ascending pid
   std::vector<OtherProc> others;      // ascending pid; only where the user's own explain less than half
-  std::vector<Container> containers;  // running containers in the engine's order
+  std::vector<Container> containers;  // running containers in the engine's order, of very many the biggest
+  UnlistedContainers moreContainers;  // all others
   std::optional<ContainerLoad> containerLoad;  // absent where no container runs on this system itself
   std::vector<RunningApp> apps;                // in the order the workspace lists them
   std::int64_t diskFree = 0;                   // bytes free on the volume that fills up first, mostly "/"

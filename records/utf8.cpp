@@ -34,6 +34,15 @@ bool isAscii(std::string_view bytes) {
   return (seen & highBits) == 0;
 }
 
+// Of a character that the end would cut, nothing is left.
+std::string_view upTo(std::string_view bytes, std::size_t most) {
+  constexpr std::size_t longestRest = 3;
+  if (bytes.size() <= most) return bytes;
+  std::size_t end = most;
+  while (end > 0 && most - end < longestRest && !startsCharacter(bytes[end])) --end;
+  return bytes.substr(0, startsCharacter(bytes[end]) ? end : most);
+}
+
 }  // namespace
 
 std::string repairUtf8(std::string_view bytes) {
@@ -43,6 +52,12 @@ std::string repairUtf8(std::string_view bytes) {
   repaired.reserve(bytes.size());
   utf8::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(repaired));
   return repaired;
+}
+
+std::string repairUtf8(std::string_view bytes, std::size_t most) {
+  std::string text = repairUtf8(bytes.size() <= most ? bytes : upTo(bytes, most));
+  if (text.size() > most) text.resize(upTo(text, most).size());  // repaired, it may be three times as long
+  return text;
 }
 
 std::size_t characterCount(std::string_view text) {

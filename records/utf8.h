@@ -11,6 +11,9 @@ namespace tarnwick {
 // The bytes as valid UTF-8: each invalid sequence becomes one U+FFFD, everything else stays.
 std::string repairUtf8(std::string_view bytes);
 
+// The same, at most `most` bytes of it, cut between characters.
+std::string repairUtf8(std::string_view bytes, std::size_t most);
+
 // The number of code points of a valid text.
 std::size_t characterCount(std::string_view text);
 

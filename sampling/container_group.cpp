@@ -1,8 +1,12 @@
 #include "sampling/container_group.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <numeric>
+#include <utility>
 
 #include "records/checked.h"
+#include "records/limits.h"
 
 namespace tarnwick {
 namespace {
@@ -25,12 +29,31 @@ double coresOf(const ContainerGroup& group, const ContainerInterval& interval) {
 
 }  // namespace
 
+void listBiggest(Snapshot& snapshot) {
+  std::vector<Container>& all = snapshot.containers;
+  if (all.size() <= mostListedContainers) return;
+  std::vector<std::size_t> places(all.size());
+  std::iota(places.begin(), places.end(), std::size_t{0});
+  std::stable_sort(places.begin(), places.end(),
+                   [&](std::size_t a, std::size_t b) { return all[a].mem > all[b].mem; });
+  const auto end = places.begin() + static_cast<std::ptrdiff_t>(mostListedContainers);
+  for (auto place = end; place != places.end(); ++place) {
+    ++snapshot.moreContainers.count;
+    snapshot.moreContainers.bytes = saturatingAdd(snapshot.moreContainers.bytes, all[*place].mem);
+  }
+  std::sort(places.begin(), end);
+  std::vector<Container> biggest;
+  biggest.reserve(mostListedContainers);
+  for (auto place = places.begin(); place != end; ++place) biggest.push_back(std::move(all[*place]));
+  all = std::move(biggest);
+}
+
 void addContainers(const ContainerInterval& interval, Snapshot& snapshot) {
   if (interval.after.empty()) return;
   ContainerLoad load;
   for (const ContainerGroup& group : interval.after) {
     ++load.count;
-    load.bytes = checkedAdd(load.bytes, group.bytes);
+    load.bytes = saturatingAdd(load.bytes, group.bytes);
     load.cpu += coresOf(group, interval);
     for (const Pid pid : group.pids) {
       if (const auto proc = snapshot.procs.find(pid); proc != snapshot.procs.end()) {

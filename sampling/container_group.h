@@ -25,6 +25,10 @@ struct ContainerInterval {
   double seconds = 0;
 };
 
+// Leaves the biggest containers in the list, as many as limits.h names, in their order; of equal ones the
+// first.
+void listBiggest(Snapshot& snapshot);
+
 // Puts the load, the memory of the containers that the engine named, and whose a process is into the
 // snapshot.
 void addContainers(const ContainerInterval& interval, Snapshot& snapshot);

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <iterator>
-#include <limits>
 #include <map>
 #include <memory>
 #include <string_view>
 #include <utility>
 
+#include "records/checked.h"
+#include "records/limits.h"
 #include "records/shells.h"
 
 namespace tarnwick {
@@ -19,8 +20,6 @@ std::vector<Pid> inOrder(std::vector<Pid> pids) {
   if (!std::is_sorted(pids.begin(), pids.end())) std::sort(pids.begin(), pids.end());
   return pids;
 }
-
-constexpr std::uint64_t largest = std::numeric_limits<std::uint64_t>::max();
 
 // Processes that may well share memory: forked from one, or workers on one segment.
 struct Family {
@@ -52,6 +51,7 @@ PidMap<Proc> ProcessTable::secondPass(Timestamp now) {
   PidMap<Proc> procs;
   KnownByPid fresh;
   notMine_.clear();
+  roomForTexts_ = mostProcessTexts;
   const std::vector<Pid> pids = inOrder(source_.candidates());
   procs.reserve(pids.size());
   if (checks_ == Checks::many) fresh.reserve(pids.size());
@@ -90,9 +90,32 @@ void ProcessTable::identify(Pid pid, Process& process, KnownByPid& fresh, Proc& 
   proc.app = entry.app;
 }
 
+template <typename Record>
+void ProcessTable::limitTexts(Record& record) {
+  std::size_t taken = record.path.size();
+  for (const std::string& arg : record.args) taken += arg.size() + bytesPerArgument;
+  if (taken <= roomForTexts_) {
+    roomForTexts_ -= taken;
+    return;
+  }
+  const std::size_t room = std::max(roomForTexts_, fewestProcessTexts);
+  taken = 0;
+  const auto fits = [&](std::size_t bytes) {
+    if (bytes > room - taken) return false;
+    taken += bytes;
+    return true;
+  };
+  if (!fits(record.path.size())) record.path.clear();
+  std::size_t kept = 0;
+  while (kept < record.args.size() && fits(record.args[kept].size() + bytesPerArgument)) ++kept;
+  record.args.resize(kept);
+  roomForTexts_ -= std::min(taken, roomForTexts_);
+}
+
 const ProcessTable::Known& ProcessTable::knowledge(Pid pid, Process& process, KnownByPid& fresh) {
   const std::int64_t start = process.facts().started;
   if (const auto old = known.find(pid); old != known.end() && old->second.start == start) {
+    limitTexts(old->second);
     return fresh[pid] = std::move(old->second);
   }
   Known& entry = fresh[pid];
@@ -106,13 +129,14 @@ void ProcessTable::ask(Process& process, Record& record) {
   record.path = process.path();
   record.app = process.app(record.path);
   if (!record.app) record.args = process.args();
+  limitTexts(record);
 }
 
 void ProcessTable::measure(Process& process, Proc& proc) {
   const auto usage = process.usage();
   if (!usage) return;
-  proc.footprint = usage->footprint;
-  proc.resident = usage->resident;
+  proc.footprint = believed(usage->footprint);
+  proc.resident = believed(usage->resident);
   proc.cpu = coresSince(proc.pid, usage->processorTime);
 }
 
@@ -143,7 +167,7 @@ std::vector<OtherProc> ProcessTable::others() {
     found.push_back({.pid = pid,
                      .uid = facts->uid,
                      .name = std::move(facts->name),
-                     .resident = facts->resident,
+                     .resident = believed(facts->resident),
                      .cpu = cpu});
   }
   return found;
@@ -155,7 +179,7 @@ void ProcessTable::countSharedOnce(PidMap<Proc>& procs, KnownByPid& fresh, Times
     if (proc.footprint < worthAsking) continue;
     Family& family = families[proc.app ? *proc.app : proc.path];
     family.members.push_back(&proc);
-    family.bytes = family.bytes > largest - proc.footprint ? largest : family.bytes + proc.footprint;
+    family.bytes = saturatingAdd(family.bytes, proc.footprint);
     family.serves = family.serves || !proc.ports.empty();
   }
   for (const auto& [key, family] : families) {
@@ -184,6 +208,8 @@ std::uint64_t ProcessTable::withoutOthersShares(const Proc& proc, Known& entry, 
 
 void ProcessTable::readSurroundings(Process& process, Proc& proc, Timestamp now) {
   proc.cwd = process.cwd();
+  if (proc.cwd.size() > std::max(roomForTexts_, fewestProcessTexts)) proc.cwd.clear();
+  roomForTexts_ -= std::min(proc.cwd.size(), roomForTexts_);
   if (secondsBetween(proc.started, now) > portsAfter) proc.ports = process.listenPorts();
 }
 

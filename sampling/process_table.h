@@ -66,17 +66,20 @@ class ProcessTable {
 
   // Asks for what stays true, into a `Known` or a `Proc`.
   template <typename Record>
-  static void ask(Process& process, Record& record);
+  void ask(Process& process, Record& record);
   // Fills it in.
   void identify(Pid pid, Process& process, KnownByPid& fresh, Proc& proc);
   // The entry of `pid` in `fresh`, valid until the next call: taken over from `known` when the start is the
   // same, else asked for.
   const Known& knowledge(Pid pid, Process& process, KnownByPid& fresh);
+  // Cuts what is too long for what is left of the room for texts, and takes the rest off it.
+  template <typename Record>
+  void limitTexts(Record& record);
   void measure(Process& process, Proc& proc);
   double coresSince(Pid pid, std::uint64_t processorTime);
   void countSharedOnce(PidMap<Proc>& procs, KnownByPid& fresh, Timestamp now);
   std::uint64_t withoutOthersShares(const Proc& proc, Known& entry, Timestamp now);
-  static void readSurroundings(Process& process, Proc& proc, Timestamp now);
+  void readSurroundings(Process& process, Proc& proc, Timestamp now);
 
   // The first look at a process, both in the source's unit of time. Each has an interval of its own: on a
   // machine that has no time for us a pass takes long, and the work of the whole pass would be booked on the
@@ -91,9 +94,10 @@ class ProcessTable {
   ProcessSource& source_;
   const Checks checks_;
   PidMap<Look> firstLooks_;
-  std::ptrdiff_t nextLook_ = 0;  // the one behind the last that was asked for
-  std::vector<Pid> notMine_;     // who was asked about in the second pass and was no process of the user's
-  KnownByPid known;              // exactly the processes of the last second pass
+  std::ptrdiff_t nextLook_ = 0;   // the one behind the last that was asked for
+  std::size_t roomForTexts_ = 0;  // bytes, in this pass
+  std::vector<Pid> notMine_;      // who was asked about in the second pass and was no process of the user's
+  KnownByPid known;               // exactly the processes of the last second pass
 };
 
 }  // namespace tarnwick

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "records/browsers.h"
+#include "records/limits.h"
 #include "sampling/decode/memory_saver.h"
 #include "system/small_file.h"
 
@@ -15,7 +16,6 @@ namespace {
 
 constexpr const char* chrome = "com.google.Chrome";
 constexpr const char* chromeSettings = "/Library/Application Support/Google/Chrome/Local State";
-constexpr std::size_t chromeSettingsLimit = 16'777'216;  // bytes; some hundred kilobytes are usual
 
 // Counters that went backwards (the kernel corrects its waiting time now and then) count as not moved.
 double busyShare(const CpuTicks& before, const CpuTicks& after) {
@@ -95,6 +95,7 @@ Snapshot Scan::scan(double interval) {
   readCounters(snapshot, sample.cpuBusy);
   limitToCores(snapshot.procs, snapshot.cores);
   addContainers(sample.containers, snapshot);
+  listBiggest(snapshot);
   if (isBusyWithOthers(snapshot)) snapshot.others = sources_.processes.others();
   snapshot.apps = sources_.workspace.runningApps();
   readMemorySaver(snapshot);
@@ -147,8 +148,8 @@ Scan::Interval Scan::sampleProcesses(double interval, bool askDocker) {
 void Scan::readCounters(Snapshot& snapshot, double cpuBusy) {
   MachineSource& machine = sources_.machine;
   const MemoryState memory = machine.memory();
-  snapshot.ram = memory.ram;
-  snapshot.swapUsed = memory.swapUsed;
+  snapshot.ram = believed(memory.ram);
+  snapshot.swapUsed = believed(memory.swapUsed);
   snapshot.pressure = memory.pressure.value_or(snapshot.pressure);
   snapshot.cores = machine.cores();
   const auto boot = machine.bootTime();
@@ -167,7 +168,7 @@ void Scan::readDisk(Snapshot& snapshot) {
 
 void Scan::readMemorySaver(Snapshot& snapshot) const {
   if (!runs(snapshot.apps, chrome)) return;
-  const auto text = readSmallFile(home_ + chromeSettings, chromeSettingsLimit);
+  const auto text = readSmallFile(home_ + chromeSettings, mostChromeSettings);
   if (text) snapshot.memorySaver = memorySaverState(*text);
 }
 

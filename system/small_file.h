@@ -31,7 +31,8 @@ bool isOwn(const std::string& path);
 // A regular file that this user may execute.
 bool isExecutableFile(const std::string& path);
 
-// The names in a folder in the folder's own listing order, without "." and "..".
+// The names in a folder in the folder's own listing order, without "." and "..", the first
+// `mostFolderEntries`.
 std::vector<std::string> folderEntries(const std::string& path);
 
 }  // namespace tarnwick

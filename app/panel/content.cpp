@@ -44,7 +44,7 @@ Node fold(const std::string& id, const std::string& title, const std::string& co
 
 std::string leftoverCount(const std::vector<const Finding*>& leftovers) {
   std::uint64_t bytes = 0;
-  for (const Finding* finding : leftovers) bytes = checkedAdd(bytes, finding->bytes);
+  for (const Finding* finding : leftovers) bytes = saturatingAdd(bytes, finding->bytes);
   return std::to_string(leftovers.size()) + " · " + size(bytes);
 }
 

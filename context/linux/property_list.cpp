@@ -4,7 +4,6 @@
 #include <plist/plist.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string_view>
 
@@ -24,8 +23,9 @@ struct Plist {
       library.function<decltype(plist_get_node_type)>("plist_get_node_type");
   decltype(plist_dict_get_item)* item =
       library.function<decltype(plist_dict_get_item)>("plist_dict_get_item");
-  decltype(plist_get_string_val)* text =
-      library.function<decltype(plist_get_string_val)>("plist_get_string_val");
+  // Not the one that hands out a copy: that one gives up the program for a text with a zero byte in it.
+  decltype(plist_get_string_ptr)* text =
+      library.function<decltype(plist_get_string_ptr)>("plist_get_string_ptr");
   decltype(plist_free)* release = library.function<decltype(plist_free)>("plist_free");
 
   bool isComplete() const {
@@ -54,11 +54,10 @@ std::optional<std::string> propertyListText(const std::string& list, const std::
   if (root == nullptr || plist.type(root.get()) != PLIST_DICT) return std::nullopt;
   const plist_t value = plist.item(root.get(), key.c_str());
   if (value == nullptr || plist.type(value) != PLIST_STRING) return std::nullopt;
-  char* text = nullptr;
-  plist.text(value, &text);
-  const std::unique_ptr<char, decltype(&std::free)> owned(text, &std::free);
+  std::uint64_t length = 0;
+  const char* text = plist.text(value, &length);
   if (text == nullptr) return std::nullopt;
-  return repairUtf8(text);
+  return repairUtf8(std::string_view(text, length));
 }
 
 }  // namespace tarnwick

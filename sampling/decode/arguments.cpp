@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "records/limits.h"
 #include "records/utf8.h"
 
 namespace tarnwick {
@@ -19,6 +20,15 @@ std::size_t endOfArgument(std::string_view bytes, std::size_t begin) {
   return std::min(bytes.find('\0', begin), bytes.size());
 }
 
+// Takes what the argument counts off the room that is left; false when none is.
+bool addArgument(std::string_view bytes, std::vector<std::string>& arguments, std::size_t& room) {
+  if (room < bytesPerArgument) return false;
+  room -= bytesPerArgument;
+  arguments.push_back(repairUtf8(bytes, std::min(longestArgument, room)));
+  room -= arguments.back().size();
+  return true;
+}
+
 }  // namespace
 
 std::vector<std::string> argumentsInBlock(std::string_view block) {
@@ -29,23 +39,26 @@ std::vector<std::string> argumentsInBlock(std::string_view block) {
   if (pathEnd == std::string_view::npos) return {};
   std::size_t at = block.find_first_not_of('\0', pathEnd);
   std::vector<std::string> arguments;
+  std::size_t room = longestCommandLine;
   // The count is not believed beyond this: memory grows with the bytes that are there.
   for (; count > 0 && at < block.size(); --count) {
     const std::size_t end = endOfArgument(block, at);
-    arguments.push_back(repairUtf8(block.substr(at, end - at)));
+    if (!addArgument(block.substr(at, end - at), arguments, room)) break;
     at = end + 1;
   }
   return arguments;
 }
 
 std::vector<std::string> procArguments(std::string_view bytes) {
+  constexpr std::size_t most = longestCommandLine / bytesPerArgument;
   std::size_t count = 0;
-  for (std::size_t at = 0; at < bytes.size(); ++count) at = endOfArgument(bytes, at) + 1;
+  for (std::size_t at = 0; at < bytes.size() && count < most; ++count) at = endOfArgument(bytes, at) + 1;
   std::vector<std::string> arguments;
   arguments.reserve(count);
+  std::size_t room = longestCommandLine;
   for (std::size_t at = 0; at < bytes.size();) {
     const std::size_t end = endOfArgument(bytes, at);
-    arguments.push_back(repairUtf8(bytes.substr(at, end - at)));
+    if (!addArgument(bytes.substr(at, end - at), arguments, room)) break;
     at = end + 1;
   }
   return arguments;

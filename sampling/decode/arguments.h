@@ -1,8 +1,8 @@
 // The command line of a process as two kernels hand it out. On macOS one block holds the number of arguments,
 // the executable's path, zero bytes as padding, the arguments, then the environment, which is never read. On
 // Linux the file PID/cmdline holds the arguments alone. Both are the process's own memory, so everything in
-// them may be hostile. Nothing here asks the system: the query is handed in. Texts in the results are valid
-// UTF-8.
+// them may be hostile: arguments are kept up to the longest lengths of records/limits.h. Nothing here asks
+// the system: the query is handed in. Texts in the results are valid UTF-8.
 #pragma once
 
 #include <cstddef>

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "records/limits.h"
 #include "records/text.h"
 #include "records/utf8.h"
 
@@ -121,7 +122,10 @@ std::optional<DesktopEntryText> desktopEntryText(std::string_view text,
     best = *rank;
     name = value;
   }
-  return DesktopEntryText{.name = repairUtf8(unescapedValue(name)),
+  name = name.substr(0, longestEntryText);
+  icon = icon.substr(0, longestEntryText);
+  if (command.size() > longestEntryText) command = {};
+  return DesktopEntryText{.name = repairUtf8(unescapedValue(name), longestEntryName),
                           .shown = application && !hidden,
                           .icon = repairUtf8(unescapedValue(icon)),
                           .command = application ? unescapedValue(command) : std::string(),

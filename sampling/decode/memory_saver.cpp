@@ -1,19 +1,23 @@
 #include "sampling/decode/memory_saver.h"
 
-#include <cstdint>
-#include <nlohmann/json.hpp>
 #include <utility>
 
-#include "sampling/decode/json_members.h"
+#include "sampling/decode/json_events.h"
 
 namespace tarnwick {
 
 std::optional<int> memorySaverState(std::string_view localState) {
-  const nlohmann::json root = nlohmann::json::parse(localState, nullptr, false);
-  const auto* mode = jsonMember(jsonMember(&root, "performance_tuning"), "high_efficiency_mode");
-  const std::optional<std::int64_t> state = numberMember(mode, "state");
-  if (!state || !std::in_range<int>(*state)) return std::nullopt;
-  return static_cast<int>(*state);
+  std::optional<int> state;
+  const bool whole = readJson(localState, [&](JsonPath path, const JsonValue& value) {
+    if (isAt(path, {"performance_tuning"}) || isAt(path, {"performance_tuning", "high_efficiency_mode"})) {
+      state.reset();
+    } else if (isAt(path, {"performance_tuning", "high_efficiency_mode", "state"})) {
+      const bool fits = value.whole && std::in_range<int>(*value.whole);
+      state = fits ? std::optional(static_cast<int>(*value.whole)) : std::nullopt;
+    }
+    return true;
+  });
+  return whole ? state : std::nullopt;
 }
 
 }  // namespace tarnwick

@@ -7,16 +7,18 @@
 #include <system_error>
 #include <utility>
 
+#include "records/limits.h"
 #include "sampling/engine/engine_json.h"
 #include "sampling/engine/http_reply.h"
 
 namespace tarnwick {
 namespace {
 
+constexpr std::string_view listPath = "/containers/json";
+constexpr std::string_view listRequest = "GET /containers/json ";
 constexpr int askSeconds = 3;
 constexpr int stopSeconds = 15;     // the engine gives a container 10 s to end by itself
 constexpr int totalTimeFactor = 2;  // time-outs that a reply may take in all
-constexpr std::size_t mostReplyBytes = std::size_t{64} << 20U;
 constexpr std::size_t mostAtOnce = 8;
 constexpr int unansweredInARow = 16;  // an engine that leaves so many without an answer is asked no more
 
@@ -100,8 +102,8 @@ std::optional<std::string> Docker::replyFrom(std::size_t place, const std::strin
   const double left = deadline.left();
   if (left <= 0 || !transport_.reachable(places_[place])) return std::nullopt;
   const double silence = std::max(timeout, 1);
-  const ExchangeLimits limits{std::min(silence, left), std::min(silence * totalTimeFactor, left),
-                              mostReplyBytes};
+  const std::size_t most = request.starts_with(listRequest) ? mostListReply : mostOtherReply;
+  const ExchangeLimits limits{std::min(silence, left), std::min(silence * totalTimeFactor, left), most};
   return transport_.exchange(places_[place], request, limits);
 }
 
@@ -124,7 +126,8 @@ std::optional<std::string> Docker::dockerAPI(std::string_view method, std::strin
   if (!reply) return std::nullopt;
   const std::optional<std::string_view> body = successfulBody(*reply);
   if (!body) return std::nullopt;
-  return std::string(*body);
+  reply->erase(0, reply->size() - body->size());
+  return reply;
 }
 
 std::vector<Container> Docker::dockerContainers(const std::set<std::string>& measured,
@@ -132,7 +135,7 @@ std::vector<Container> Docker::dockerContainers(const std::set<std::string>& mea
   answering_.store(nobody);
   const Deadline deadline = limits == nullptr ? Deadline() : limits->within(checkSeconds);
   const double before = deadline.left();
-  const auto list = dockerAPI("GET", "/containers/json", askSeconds, deadline);
+  const auto list = dockerAPI("GET", listPath, askSeconds, deadline);
   std::vector<Container> containers = list ? containersOf(*list) : std::vector<Container>();
   const bool noList = containers.empty() && tookItsTime(deadline, before);  // or one that broke off
   MemoryRound round(*this, containers, measured, deadline);

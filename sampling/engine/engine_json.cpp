@@ -2,43 +2,20 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
+#include <utility>
 
+#include "records/limits.h"
 #include "records/text.h"
 #include "records/utf8.h"
-#include "sampling/decode/json_members.h"
+#include "sampling/decode/json_events.h"
 
 namespace tarnwick {
 namespace {
 
-using Json = nlohmann::json;
-
 constexpr std::size_t idCharacters = 12;  // of the id's 12 to 64
 constexpr std::size_t longestId = 64;
-constexpr std::uint64_t mostBytes = std::uint64_t{1} << 60U;
-
-// Repaired before it is parsed: one bad byte in one name would cost the whole list otherwise.
-Json parse(std::string_view body) { return Json::parse(repairUtf8(body), nullptr, false); }
-
-std::string textOr(const Json* value, std::string otherwise) {
-  return value != nullptr && value->is_string() ? value->get<std::string>() : std::move(otherwise);
-}
-
-std::uint64_t bytesOrZero(const Json* value) {
-  if (value == nullptr || !value->is_number_unsigned()) return 0;
-  const auto bytes = value->get<std::uint64_t>();
-  return bytes > mostBytes ? 0 : bytes;
-}
-
-// The first text in the list of names; an engine gives a container several when others link to it.
-const Json* firstName(const Json& object) {
-  const Json* names = jsonMember(&object, "Names");
-  if (names == nullptr || !names->is_array()) return nullptr;
-  const auto found = std::find_if(names->begin(), names->end(), [](const Json& n) { return n.is_string(); });
-  return found == names->end() ? nullptr : &*found;
-}
 
 // What an engine names its containers by. Anything else would stand in requests, remedies and the report.
 bool isEngineId(std::string_view id) {
@@ -46,16 +23,65 @@ bool isEngineId(std::string_view id) {
          id.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
 }
 
-std::optional<Container> containerOf(const Json& object) {
-  const std::string id = textOr(jsonMember(&object, "Id"), "");
-  if (!isEngineId(id)) return std::nullopt;
-  Container container;
-  container.id = id.substr(0, idCharacters);
-  container.name = std::string(trimmed(textOr(firstName(object), container.id), "/"));
-  container.status = textOr(jsonMember(&object, "Status"), "");
-  container.image = textOr(jsonMember(&object, "Image"), "");
-  return container;
-}
+// Only what a container's record takes, of the entry that is being read.
+struct EngineEntry {
+  std::optional<std::string> id;
+  std::optional<std::string> name;  // the first of them; an engine gives several when others link to it
+  std::string status;
+  std::string image;
+
+  // `path` begins at the entry.
+  void take(JsonPath path, const JsonValue& value) {
+    const bool isText = value.kind == JsonValue::Kind::text;
+    const auto text = [&](std::size_t most) { return isText ? repairUtf8(value.text, most) : std::string(); };
+    if (isAt(path, {"Id"})) {
+      id.reset();
+      if (isText && isEngineId(value.text)) id = value.text.substr(0, idCharacters);
+    } else if (isAt(path, {"Names"})) {
+      name.reset();
+    } else if (isAt(path, {"Status"})) {
+      status = text(longestContainerText);
+    } else if (isAt(path, {"Image"})) {
+      image = text(longestImage);
+    } else if (isText && !name && path.size() == 2 && path[0].key == "Names" && path[1].intoList) {
+      name = repairUtf8(trimmed(value.text, "/"), longestContainerText);
+    }
+  }
+
+  std::optional<Container> container() {
+    if (!id) return std::nullopt;
+    std::string shown = name ? std::move(*name) : *id;
+    return Container{std::move(*id), std::move(shown), std::move(status), std::move(image)};
+  }
+};
+
+// Gathers the containers of a list while it is read.
+class EngineList {
+ public:
+  bool take(JsonPath path, const JsonValue& value) {
+    if (path.empty()) return value.kind == JsonValue::Kind::list;
+    if (path.size() > 1) {
+      entry_.take(path.subspan(1), value);
+      return true;
+    }
+    finishEntry();
+    return value.kind == JsonValue::Kind::object;
+  }
+
+  std::vector<Container> all() {
+    finishEntry();
+    return std::move(containers_);
+  }
+
+ private:
+  void finishEntry() {
+    auto container = std::exchange(entry_, {}).container();
+    if (container && containers_.size() < mostContainers) containers_.push_back(std::move(*container));
+  }
+
+  EngineEntry entry_;
+  std::vector<Container> containers_;
+};
 
 bool isLetterOrDigit(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
@@ -63,28 +89,32 @@ bool isLetterOrDigit(char c) {
 
 }  // namespace
 
+// A reply is repaired before it is read: one bad byte in one name would cost the whole list otherwise.
 std::vector<Container> containersOf(std::string_view body) {
-  const Json list = parse(body);
-  if (!list.is_array()) return {};
-  std::vector<Container> containers;
-  for (const Json& entry : list) {
-    if (!entry.is_object()) return {};
-    if (std::optional<Container> container = containerOf(entry)) {
-      containers.push_back(std::move(*container));
-    }
-  }
-  return containers;
+  EngineList list;
+  const auto take = [&](JsonPath path, const JsonValue& value) { return list.take(path, value); };
+  return readJson(repairUtf8(body), take) ? list.all() : std::vector<Container>();
 }
 
 std::uint64_t memoryOf(std::string_view body) {
-  const Json statistics = parse(body);
-  const Json* memory = jsonMember(&statistics, "memory_stats");
-  const std::uint64_t usage = bytesOrZero(jsonMember(memory, "usage"));
-  const Json* details = jsonMember(memory, "stats");
+  std::uint64_t usage = 0;
   // Engines on the older kind of control groups may have only the second figure.
-  const Json* inactive = jsonMember(details, "inactive_file");
-  if (inactive == nullptr) inactive = jsonMember(details, "total_inactive_file");
-  const std::uint64_t droppable = bytesOrZero(inactive);
+  std::optional<std::uint64_t> inactive;
+  std::optional<std::uint64_t> totalInactive;
+  const bool whole = readJson(repairUtf8(body), [&](JsonPath path, const JsonValue& value) {
+    const std::uint64_t bytes = believed(value.natural.value_or(0));
+    if (isAt(path, {"memory_stats"})) usage = 0;
+    if (isAt(path, {"memory_stats"}) || isAt(path, {"memory_stats", "stats"})) {
+      inactive.reset();
+      totalInactive.reset();
+    }
+    if (isAt(path, {"memory_stats", "usage"})) usage = bytes;
+    if (isAt(path, {"memory_stats", "stats", "inactive_file"})) inactive = bytes;
+    if (isAt(path, {"memory_stats", "stats", "total_inactive_file"})) totalInactive = bytes;
+    return true;
+  });
+  if (!whole) return 0;
+  const std::uint64_t droppable = inactive.value_or(totalInactive.value_or(0));
   return droppable < usage ? usage - droppable : usage;
 }
 

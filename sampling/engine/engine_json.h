@@ -16,7 +16,7 @@ namespace tarnwick {
 std::vector<Container> containersOf(std::string_view body);
 
 // The bytes a container really holds, of ".../stats": its usage without the page cache that can be dropped.
-// A number that is missing, negative, fractional or above 2^60 counts as 0.
+// A number that is missing, negative, fractional or beyond belief counts as 0.
 std::uint64_t memoryOf(std::string_view body);
 
 // The id is made of letters, digits, "_", "." and "-" and starts with a letter or digit. Only such an id

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <utility>
 
+#include "records/limits.h"
 #include "records/text.h"
 #include "system/small_file.h"
 
@@ -114,13 +116,15 @@ std::uint64_t ControlGroups::memoryOf(const std::string& folder) const {
   const std::string details = textOf(folder + "/memory.stat");
   const std::uint64_t droppable = member(details, unified_ ? "inactive_file" : "total_inactive_file");
   const std::uint64_t held = usage.value_or(0);
-  return droppable < held ? held - droppable : held;
+  return believed(droppable < held ? held - droppable : held);
 }
 
 std::uint64_t ControlGroups::processorTimeOf(const std::string& folder) const {
   if (!unified_) return number(textOf(folder + "/cpuacct.usage")).value_or(0);
   constexpr std::uint64_t nanosecondsInMicrosecond = 1'000;
-  return member(textOf(folder + "/cpu.stat"), "usage_usec") * nanosecondsInMicrosecond;
+  constexpr std::uint64_t mostTime = std::numeric_limits<std::uint64_t>::max();
+  const std::uint64_t used = member(textOf(folder + "/cpu.stat"), "usage_usec");
+  return used > mostTime / nanosecondsInMicrosecond ? mostTime : used * nanosecondsInMicrosecond;
 }
 
 }  // namespace tarnwick

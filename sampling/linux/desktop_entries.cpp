@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "records/limits.h"
 #include "records/text.h"
 #include "records/utf8.h"
 #include "sampling/decode/desktop_entry.h"
@@ -83,6 +84,7 @@ const std::vector<DesktopEntry>& DesktopEntries::all() {
   for (const std::string& folder : folders_) collectIds(folder, "", 0, ids);
   all_.emplace();
   for (const std::string& id : ids) {
+    if (all_->size() == mostDesktopEntries) break;
     if (auto entry = find(id)) all_->push_back(std::move(*entry));
   }
   return *all_;

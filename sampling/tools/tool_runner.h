@@ -10,13 +10,15 @@
 #include <utility>
 #include <vector>
 
+#include "records/limits.h"
+
 namespace tarnwick {
 
 // So long may a tool run before it is ended together with its children, in seconds.
 inline constexpr double toolSeconds = 10;
 
 // So much may a tool print before it is ended, in bytes.
-inline constexpr std::size_t toolOutputBytes = 64U << 20U;
+inline constexpr std::size_t toolOutputBytes = mostToolOutput;
 
 // What one call changes from the usual: the environment and the limits.
 struct ToolOptions {

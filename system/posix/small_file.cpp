@@ -11,6 +11,7 @@
 #include <span>
 #include <string_view>
 
+#include "records/limits.h"
 #include "system/posix/descriptor.h"
 
 namespace tarnwick {
@@ -120,7 +121,9 @@ std::vector<std::string> folderEntries(const std::string& path) {
   if (folder == nullptr) return names;
   while (const dirent* entry = ::readdir(folder.get())) {
     const std::string_view name = static_cast<const char*>(entry->d_name);
-    if (name != "." && name != "..") names.emplace_back(name);
+    if (name == "." || name == "..") continue;
+    if (names.size() == mostFolderEntries) break;
+    names.emplace_back(name);
   }
   return names;
 }

@@ -52,6 +52,8 @@ TEST(PropertyList, TextsOfBinaryLists) {
   EXPECT_EQ(propertyListText(binary({dictionary, key, "\x59iPhone 15"}), "name"), "iPhone 15");
   const std::string wide("\x62\x00\xE9\x20\x26", 5);  // two units of UTF-16
   EXPECT_EQ(propertyListText(binary({dictionary, key, wide}), "name"), "\xC3\xA9\xE2\x80\xA6");
+  const std::string withZero("\x63\x00\x61\x00\x00\x00\x62", 7);
+  EXPECT_EQ(propertyListText(binary({dictionary, key, withZero}), "name"), std::string("a\0b", 3));
   EXPECT_EQ(propertyListText(binary({dictionary, key, "\x10\x07"}), "name"), std::nullopt);
 
   const std::string whole = binary({dictionary, key, "\x59iPhone 15"});
@@ -81,6 +83,22 @@ TEST(PropertyList, AbsurdNestingIsRefused) {
     doubling.push_back(references('\xAA', std::vector<std::uint64_t>(10, level)));
   doubling.emplace_back("\x51x");
   EXPECT_EQ(propertyListText(binary(doubling), "name"), std::nullopt);
+}
+
+TEST(PropertyList, WhatCostsTheLibraryMuchIsRefused) {
+  const auto named = [](int entities) {
+    std::string name;
+    for (int i = 0; i < entities; ++i) name += "&amp;";
+    return xml("<dict><key>name</key><string>" + name + "</string></dict>");
+  };
+  EXPECT_EQ(propertyListText(named(1'990), "name"), std::string(1'990, '&'));
+  EXPECT_FALSE(isHarmlessPropertyList(named(2'000)));
+  EXPECT_FALSE(isHarmlessPropertyList(xml("<dict></dict>") + std::string(65'536, ' ')));
+  // A text of 30,000 bytes that 1,000 entries of a list name each.
+  std::string text = "\x5F\x11\x75\x30" + std::string(30'000, 'x');
+  const std::string list =
+      "\xAF\x11\x03\xE8" + references('\x08', std::vector<std::uint64_t>(1'000, 1)).substr(1);
+  EXPECT_FALSE(isHarmlessPropertyList(binary({list, text})));
 }
 
 // From fifteen entries on a container's count is a number of its own.
@@ -151,9 +169,28 @@ TEST_F(LiveSurroundingsTest, AFolderIsAskedForOnceInACheck) {
 
 TEST_F(LiveSurroundingsTest, ADeviceIsNamedByItsPropertyListAndASimulatorTakesItsTool) {
   const std::string list = xml("<dict><key>name</key><string>iPhone</string></dict>");
-  EXPECT_EQ(live_.deviceName(home_.write("device.plist", list)), "iPhone");
-  EXPECT_EQ(live_.deviceName(home_.write("large.plist", list + std::string(1U << 20U, ' '))), std::nullopt);
-  EXPECT_EQ(live_.deviceName(home_.at("missing.plist")), std::nullopt);
+  const std::string folder = "Library/Developer/CoreSimulator/Devices/";
+  const auto at = [&](const std::string& place, const std::string& text) {
+    return live_.deviceName(home_.write(place, text));
+  };
+  EXPECT_EQ(at(folder + "4711/device.plist", list), "iPhone");
+  EXPECT_EQ(at(folder + "4712/device.plist", list + std::string(65'536 - list.size(), ' ')), "iPhone");
+  EXPECT_EQ(at(folder + "4713/device.plist", list + std::string(65'537 - list.size(), ' ')), std::nullopt);
+  EXPECT_EQ(at(folder + "4714/device.plist",
+               xml("<dict><key>name</key><string>" + std::string(256, 'x') + "</string></dict>")),
+            std::string(255, 'x'));
+  for (const char* elsewhere : {"device.plist", "4711/device.plist", "Devices/4711/device.plist",
+                                "Library/Developer/CoreSimulator/Devices/device.plist",
+                                "Library/Developer/CoreSimulator/Devices/4711/x/device.plist",
+                                "Library/Developer/CoreSimulator/Devices/4711/x.plist"})
+    EXPECT_EQ(at(elsewhere, list), std::nullopt) << elsewhere;
+  home_.write("Library/Developer/CoreSimulator/device.plist", list);
+  EXPECT_EQ(live_.deviceName(home_.at(folder + "../device.plist")), std::nullopt);
+  EXPECT_EQ(live_.deviceName(home_.at(folder + "missing/device.plist")), std::nullopt);
+  if (::geteuid() == 0) {
+    ASSERT_EQ(::chown(home_.at(folder + "4711/device.plist").c_str(), 65'534, 65'534), 0);
+    EXPECT_EQ(live_.deviceName(home_.at(folder + "4711/device.plist")), std::nullopt) << "somebody else's";
+  }
   ToolPlaces simctl{ToolCandidates{.simctl = {home_.script("simctl", "exit 0")}}};
   EXPECT_TRUE(LiveSurroundings(Self{}, gitReader_, claudeReader_, simctl, files_).hasSimctl() &&
               !live_.hasSimctl());

@@ -95,6 +95,19 @@ TEST(Docker, SentencesAtTheirLimits) {
   EXPECT_EQ(only(docker(m)).metric, "18446744073709551615% of memory") << "nor does the percentage";
 }
 
+TEST(Docker, ContainersThatAreNotListedCountToo) {
+  Snapshot m = withDocker();
+  m.containers = {{.id = "c1", .mem = 100 * megabyte}};
+  m.moreContainers = {.count = 2, .bytes = 50 * megabyte};
+  EXPECT_EQ(only(docker(m)).detail.find("Your 3 containers need only 150 MB."), 0U);
+}
+
+TEST(Docker, AbsurdFiguresAddUpToTheLargest) {
+  Snapshot m = withDocker();
+  for (const char* id : {"c1", "c2", "c3"}) m.containers.push_back({.id = id, .mem = 1ULL << 63U});
+  EXPECT_EQ(only(docker(m)).detail.find("Your 3 containers need only 17179869184 GB."), 0U);
+}
+
 // Containers of the system's own kernel stand where the virtual machine stands, and their engine keeps
 // nothing.
 TEST(Containers, StandWhereTheMachineStands) {

@@ -1,5 +1,6 @@
 #include "records/app_name.h"
 #include "records/browsers.h"
+#include "records/checked.h"
 #include "records/finding.h"
 #include "records/one_line.h"
 #include "records/snapshot.h"
@@ -24,6 +25,21 @@ TEST(Utf8, InvalidSequencesBecomeOneReplacementEachAndTheRestStays) {
   EXPECT_EQ(repairUtf8(std::string_view("a\0b", 3)), std::string("a\0b", 3));
 }
 
+TEST(Utf8, LongTextsAreCutBetweenCharacters) {
+  const std::tuple<std::string, std::size_t, const char*> cases[] = {
+      {"abc", 3, "abc"},
+      {"abcd", 3, "abc"},
+      {"a\u20ac", 4, "a\u20ac"},
+      {"a\u20acb", 4, "a\u20ac"},
+      {"a\u20ac", 3, "a"},
+      {"a\u20ac", 2, "a"},
+      {"😀", 3, ""},
+      {"\xFF\xFF\xFF", 7, "\uFFFD\uFFFD"},
+      {"\x80\x80\x80\x80\x80\x80", 4, "\uFFFD"},
+      {"x", 0, ""}};
+  for (const auto& [bytes, most, text] : cases) EXPECT_EQ(repairUtf8(bytes, most), text) << bytes << most;
+}
+
 TEST(Utf8, CharactersAreCodePoints) {
   EXPECT_EQ(characterCount("aë€😀"), 4U);
   for (const auto& [count, first] : {std::pair{0U, ""}, {3U, "aë€"}, {4U, "aë€😀"}})
@@ -41,6 +57,13 @@ TEST(OneLine, RunsOfLineEndsBecomeOneBlankAndTheRestStays) {
   };
   for (const auto& [text, line] : cases) EXPECT_EQ(oneLine(text), line);
   EXPECT_EQ(Fix{QuitApp{"a\nkill -KILL 1"}}.command(), "Cmd-Q a kill -KILL 1");
+}
+
+TEST(Sums, StopAtTheLargestNumber) {
+  constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+  const std::tuple<std::uint64_t, std::uint64_t, std::uint64_t> cases[] = {
+      {1, 2, 3}, {most - 1, 1, most}, {1, most, most}, {most, most, most}, {most, 0, most}};
+  for (const auto& [a, b, sum] : cases) EXPECT_EQ(saturatingAdd(a, b), sum) << a << " + " << b;
 }
 
 TEST(AppName, IsTheOutermostBundleBelowAnApplicationFolder) {

@@ -78,6 +78,38 @@ TEST(EngineList, IdsAndNames) {
   }
 }
 
+TEST(EngineList, TextsAndTheListItselfHaveALongestLength) {
+  const auto most = [](std::size_t bytes) { return std::string(bytes, 'x'); };
+  const std::string entry = R"({"Id":"0123456789ab","Names":["//)" + most(300) + R"("],"Status":")" +
+                            most(300) + R"(","Image":")" + most(600) + "\"},";
+  const std::vector<Container> one = containersOf("[" + entry + R"({"Id":"bbbbbbbbbbbb"}])");
+  ASSERT_THAT(one, SizeIs(2));
+  EXPECT_EQ(one[0], (Container{"0123456789ab", most(255), most(255), most(512)}));
+  EXPECT_EQ(one[1], (Container{"bbbbbbbbbbbb", "bbbbbbbbbbbb"})) << "nothing is left of the one before";
+  std::string many = R"([{"Id":"bbbbbbbbbbbb"})";
+  for (int i = 0; i < 40'000; ++i) many += R"(,{"Id":"bbbbbbbbbbbb"})";
+  EXPECT_THAT(containersOf(many + "]"), SizeIs(32'768));
+}
+
+TEST(EngineList, OfAMemberThatRepeatsTheLastCounts) {
+  const auto one = containersOf(
+      R"([{"Id":"aaaaaaaaaaaa","Names":["/n"],"Status":"Up","Id":7},{"Id":7,"Id":"bbbbbbbbbbbb","Names":["/n"],"Names":[8,"/m"],"Names":["/o","/p"]}])");
+  ASSERT_THAT(one, SizeIs(1));
+  EXPECT_EQ(one[0].id + " " + one[0].name, "bbbbbbbbbbbb o");
+  EXPECT_EQ(memoryOf(R"({"memory_stats":{"usage":9,"usage":8,"stats":{"inactive_file":3},"stats":{"x":1}}})"),
+            8U);
+  EXPECT_EQ(memoryOf(R"({"memory_stats":{"usage":9},"memory_stats":7})"), 0U);
+  EXPECT_EQ(memoryOf(R"({"memory_stats":{"stats":{"usage":5},"x":[{"usage":6}]},"usage":7})"), 0U);
+}
+
+TEST(EngineList, NestingIsBounded) {
+  const auto nested = [](std::size_t levels) {
+    return R"([{"Id":"aaaaaaaaaaaa","Labels":)" + std::string(levels, '[') + std::string(levels, ']') + "}]";
+  };
+  EXPECT_THAT(containersOf(nested(62)), SizeIs(1));
+  EXPECT_THAT(containersOf(nested(63)), IsEmpty());
+}
+
 TEST(EngineList, WhatIsNoListOfObjectsIsEmpty) {
   for (const std::string& body :
        Strings{"", "null", "[1]", R"([{"Id":"abcdef012345"},7])", R"([{"Id":"abcdef012345"})",
@@ -96,11 +128,11 @@ TEST(EngineStatistics, DroppableCacheIsTakenOffAndImpossibleNumbersCountAsZero) 
       {R"("usage":1000,"stats":{"inactive_file":-5})", 1000},
       {R"("usage":1000)", 1000},
       {R"("stats":{"inactive_file":300})", 0},
-      {R"("usage":1152921504606846976)", 1'152'921'504'606'846'976}};
+      {R"("usage":281474976710656)", 281'474'976'710'656}};
   for (const auto& [members, bytes] : cases)
     EXPECT_EQ(memoryOf(R"({"memory_stats":{)" + members + "}}"), bytes) << members;
-  for (const std::string number :
-       {"1152921504606846977", "18446744073709551616", "1e400", "-1", "1.5", "\"1000\"", "null"})
+  for (const std::string number : {"281474976710657", "1152921504606846976", "18446744073709551616", "1e400",
+                                   "-1", "1.5", "\"1000\"", "null"})
     EXPECT_EQ(memoryOf(R"({"memory_stats":{"usage":)" + number + "}}"), 0U) << number;
   for (const char* body : {"", "[]", "{}", R"({"memory_stats":[]})", "{\"memory_stats\""})
     EXPECT_EQ(memoryOf(body), 0U) << body;
@@ -180,7 +212,7 @@ TEST_F(DockerTest, RequestsAreExactAndNeverEndless) {
     const auto& [line, silence] = expected[i];
     const ExchangeLimits& limits = asked[i].limits;
     EXPECT_EQ(std::tie(asked[i].request, limits.silence, limits.total, limits.replyBytes),
-              std::tuple(line + rest, silence, 2 * silence, 67'108'864U));
+              std::tuple(line + rest, silence, 2 * silence, i == 0 ? 4'194'304U : 524'288U));
   }
 }
 

@@ -123,6 +123,23 @@ TEST(ProcTextTest, ArgumentsAreSplitAtZeroBytes) {
   for (const auto& [bytes, arguments] : cases) EXPECT_EQ(procArguments(bytes), arguments);
 }
 
+TEST(ProcTextTest, ArgumentsAreKeptUpToTheirLongestLengths) {
+  const auto kept = [](const std::string& argument, int count) {
+    std::string bytes = "first";
+    for (int i = 0; i < count; ++i) bytes.append(1, '\0').append(argument);
+    std::size_t size = 0;
+    const std::vector<std::string> all = procArguments(bytes + '\0');
+    for (const std::string& one : all) size += one.size();
+    return std::pair(all.size(), size);
+  };
+  // Of 32,768 bytes each argument takes 32 and what it holds.
+  EXPECT_EQ(kept("", 1'000'000), std::pair(1'023UL, 5UL));
+  EXPECT_EQ(kept(std::string(4'096, 'x'), 7), std::pair(8UL, 5 + 7 * 4'096UL));
+  EXPECT_EQ(kept(std::string(4'097, 'x'), 1), std::pair(2UL, 5 + 4'096UL));
+  EXPECT_EQ(kept(std::string(1'000'000, '\xFF'), 1), std::pair(2UL, 5 + 4'095UL));
+  EXPECT_EQ(kept(std::string(4'096, 'x'), 100), std::pair(9UL, 32'768 - 9 * 32UL));
+}
+
 TEST(ProcTextTest, LinksArePathsAndSockets) {
   EXPECT_EQ(procLinkPath("/opt/tool (deleted)"), "/opt/tool");
   EXPECT_EQ(procLinkPath("/opt/a (deleted) b"), "/opt/a (deleted) b");

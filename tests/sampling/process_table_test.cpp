@@ -36,6 +36,25 @@ TEST_F(ProcessTableTest, AUserWithVeryManyProcessesSeesTheFirst) {
   EXPECT_TRUE(procs.contains(8'193));
 }
 
+// 8 MiB for all; past them 512 bytes for each, of which every argument takes 32 and what it holds.
+TEST_F(ProcessTableTest, TextsOfAllProcessesTogetherHaveALongestLength) {
+  for (Pid pid = 1; pid <= 8'192; ++pid) {
+    source.processes[pid] = server();
+    source.processes[pid].args = {"node", std::string(200, 'x'), std::string(2'000, 'x'), "last"};
+    source.processes[pid].cwd = std::string(600, '/');
+  }
+  for (int look = 0; look < 2; ++look) {
+    const auto procs = table.secondPass(timestamp(0));
+    std::size_t bytes = 0;
+    for (const auto& [pid, proc] : procs)
+      for (const std::string& arg : proc.args) bytes += arg.size() + 32;
+    EXPECT_LE(bytes, (8'192U + 4'096U) << 10U);
+    EXPECT_THAT(procs.at(1).args, SizeIs(4));
+    EXPECT_THAT(procs.at(8'192).args, ElementsAre("node", SizeIs(200)));
+    EXPECT_EQ(procs.at(8'192).path + procs.at(8'192).cwd, "/usr/bin/node");
+  }
+}
+
 TEST_F(ProcessTableTest, AsksInOrderAndFillsEveryField) {
   source.processes[7] = server();
   source.wall = 1'000;
@@ -52,6 +71,14 @@ TEST_F(ProcessTableTest, AsksInOrderAndFillsEveryField) {
   EXPECT_THAT(proc.args, ElementsAre("node", "server.js"));
   EXPECT_THAT(proc.ports, ElementsAre(3000, 9229));
   EXPECT_THAT(read(43'200).ports, IsEmpty()) << "only after twelve hours";
+}
+
+TEST_F(ProcessTableTest, WhatNoMachineHasIsNotBelieved) {
+  constexpr std::uint64_t most = std::uint64_t{1} << 48U;
+  source.processes[7] = server();
+  source.processes[7].usage = ProcessUsage{most, most + 1, 50};
+  EXPECT_EQ(read().footprint, most);
+  EXPECT_EQ(read().resident, 0U);
 }
 
 TEST_F(ProcessTableTest, InsideAnApplicationNothingPersonalIsAsked) {

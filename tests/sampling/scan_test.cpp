@@ -1,4 +1,5 @@
 #include "sampling/scan.h"
+#include "sampling/container_group.h"
 #include "sampling/decode/memory_saver.h"
 #include "tests/support/fake_browsers.h"
 #include "tests/support/fake_machine_source.h"
@@ -231,6 +232,33 @@ TEST(MemorySaver, OnlyAnIntegerCounts) {
   for (const std::string& text : Strings{std::string(100'000, '['), "[]", "\xff\xfe{", "",
                                          R"({"performance_tuning": {"high_efficiency_mode": 2}})"})
     EXPECT_EQ(memorySaverState(text), std::nullopt) << text.substr(0, 99);
+}
+
+TEST(MemorySaver, IsFoundInItsOwnPlaceOnly) {
+  const std::pair<const char*, std::optional<int>> cases[] = {
+      {R"({"x":[{"performance_tuning":1}],"performance_tuning":{"high_efficiency_mode":{"state":1,"state":2}}})",
+       2},
+      {R"([{"performance_tuning":{"high_efficiency_mode":{"state":1}}}])", std::nullopt},
+      {R"({"performance_tuning":[{"high_efficiency_mode":{"state":1}}]})", std::nullopt},
+      {R"({"performance_tuning":{"high_efficiency_mode":{"state":1}},"performance_tuning":{}})",
+       std::nullopt},
+      {R"({"performance_tuning":{"high_efficiency_mode":{"state":1},"high_efficiency_mode":3}})",
+       std::nullopt},
+      {R"({"performance_tuning":{"high_efficiency_mode":{"x":{"state":1}}}})", std::nullopt}};
+  for (const auto& [text, state] : cases) EXPECT_EQ(memorySaverState(text), state) << text;
+}
+
+TEST(Scan, OfVeryManyContainersTheBiggestAreListed) {
+  Snapshot snapshot;
+  for (std::uint64_t i = 0; i < 600; ++i)
+    snapshot.containers.push_back({.id = std::to_string(i), .mem = i == 599 ? 7 : i / 2});
+  listBiggest(snapshot);
+  ASSERT_THAT(snapshot.containers, SizeIs(512));
+  EXPECT_EQ(snapshot.containers.front().id + " " + snapshot.containers.back().id, "86 598");
+  // 0 to 42 twice, the second 43, and the 7.
+  EXPECT_EQ(snapshot.moreContainers, (UnlistedContainers{88, 42 * 43 + 43 + 7}));
+  listBiggest(snapshot);
+  EXPECT_EQ(snapshot.moreContainers.count, 88);
 }
 
 TEST(Scan, ReadsMemorySaverOnlyWhileChromeRuns) {

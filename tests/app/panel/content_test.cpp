@@ -105,6 +105,12 @@ TEST(PanelContent, FoldsBeginWhereTheyHaveSomethingToHide) {
   }
 }
 
+TEST(PanelContent, AbsurdFiguresAddUpToTheLargest) {
+  Shown shown = withFindings(0, 2);
+  for (Finding& finding : shown.found) finding.bytes = ~0ULL;
+  EXPECT_EQ(nodesOf<Fold>(built(shown, {}))[0].accessibleName, "Left running, 2 · 17179869184 GB");
+}
+
 TEST(PanelContent, OnlyAWindowCapsItsList) {
   const auto cap = [](bool hasStatusItem, std::optional<double> height) {
     const PanelState state{.hasStatusItem = hasStatusItem, .visibleScreenHeight = height};

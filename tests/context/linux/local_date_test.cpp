@@ -28,6 +28,20 @@ TEST(LocalDate, FollowsTheUsersLanguageAndTimeZone) {
     EXPECT_EQ(dateIn(language, moment), text) << testing::PrintToString(language);
 }
 
+// ICU takes "zz" for a language without words, and would say "2026 M11 21"; long ones have crashed others.
+TEST(LocalDate, OnlyAKnownLanguageReachesTheLibrary) {
+  constexpr double moment = 1'795'239'840;
+  const std::string american = dateIn({"en_US", "", ""}, moment);
+  for (const std::string& odd :
+       {std::string("zz"), std::string("zz_ZZ"), std::string("de_de"), std::string("DE"), std::string("d"),
+        std::string("de-DE"), std::string("de_DE_DE"), std::string("de_"), std::string("_DE"),
+        std::string("root"), std::string("i-klingon"), std::string("x-"), std::string("\xff\xfe"),
+        std::string("../../etc/passwd"), std::string("%s%n"), std::string(100'000, 'd')})
+    EXPECT_EQ(dateIn({odd.c_str(), "", ""}, moment), american) << odd.substr(0, 20);
+  EXPECT_EQ(dateIn({"de_419", "", ""}, moment), "21.11.2026, 14:44");
+  EXPECT_FALSE(dateIn({"zh_TW", "", ""}, moment).empty());
+}
+
 TEST(LocalDate, NonsenseMomentsStayInTheCalendar) {
   const double infinity = std::numeric_limits<double>::infinity();
   for (const double moment : {-infinity, -1e300, 1e300, infinity, std::numeric_limits<double>::quiet_NaN()})

@@ -61,6 +61,16 @@ TEST(ControlGroups, AreFoundWhereverAnEngineLaysThem) {
   }
 }
 
+TEST(ControlGroups, AbsurdFiguresNeitherWrapNorCount) {
+  const Tree tree;
+  tree.write("cgroup.controllers", "");
+  tree.write("docker/" + id + "/memory.current", "281474976710657\n");
+  tree.write("docker/" + id + "/cpu.stat", "usage_usec 18446744073709552\n");
+  ASSERT_THAT(tree.read(), SizeIs(1));
+  EXPECT_EQ(tree.read()[0].bytes, 0U);
+  EXPECT_EQ(tree.read()[0].processorTime, std::numeric_limits<std::uint64_t>::max());
+}
+
 TEST(ControlGroups, WhatIsUnreadableIsZeroAndOurOwnIsTheMachine) {
   const Tree tree;
   EXPECT_THAT(tree.read(), IsEmpty());

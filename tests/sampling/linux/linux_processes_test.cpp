@@ -233,14 +233,13 @@ TEST(SockDiag, ADatagramThatIsCutIsNoAnswer) {
 }
 
 TEST_F(RecordedProcessesTest, ArgumentsGrowTheBufferOnceAndEndAtOneMebibyte) {
-  const std::string exact(ArgumentBuffer::firstBytes, 'x');
-  const std::string beyond(ArgumentBuffer::mostBytes + 5, 'y');
+  const std::string before(ArgumentBuffer::mostBytes - 2, 'x');
   for (const Pid pid : {95, 96, 97}) tree.process(pid, {});
-  tree.write("95/cmdline", exact);
-  tree.write("96/cmdline", beyond);
+  tree.write("95/cmdline", before.substr(0, ArgumentBuffer::firstBytes) + '\0' + "last");
+  tree.write("96/cmdline", before + '\0' + "y cut");
   const auto procs = sample();
-  EXPECT_THAT(procs.at(95).args, ElementsAre(exact));
-  EXPECT_THAT(procs.at(96).args, ElementsAre(beyond.substr(5)));
+  EXPECT_THAT(procs.at(95).args, ElementsAre(SizeIs(4'096), "last"));
+  EXPECT_THAT(procs.at(96).args, ElementsAre(SizeIs(4'096), "y"));
   EXPECT_THAT(procs.at(97).args, ElementsAre("tool", "--go"));
 }
 
@@ -390,6 +389,7 @@ TEST_F(LinuxProcessSourceTest, EmptyAndInvalidArgumentsAndADeletedExecutableAreR
   std::vector<std::string> words{copy, "-c", "kill -STOP $$", std::string(100'000, 'x'), "", "\xC3(", ""};
   const ChildProcess child([&] { execute(words); });
   std::filesystem::remove(copy);
+  words[3].resize(4'096);
   words[5] = "\xEF\xBF\xBD(";
   EXPECT_TRUE(waitUntil([&] { return source.process(child.pid())->args() == words; }));
   EXPECT_EQ(source.process(child.pid())->path(), copy);
