@@ -49,10 +49,11 @@ TEST(UnseenMachine, IsSaidAndNotJudged) {
       "tarnwick: this machine cannot be seen: its processes or its memory cannot be read. On Linux they are in "
       "/proc.\nstatus 1\n";
   const std::string proc = "mount -t proc -o ";
+  const std::string closed = "exec 3>&- 4>&- 5>&- 6>&- 7>&- 8>&- 9>&-; ";  // what the tests' runner left open
   const std::tuple<const char*, std::string, std::string> cases[] = {
       {"no /proc", "mount -t tmpfs none /proc", unseen},
-      {"four descriptors", "ulimit -n 4", unseen},
-      {"nine descriptors", "ulimit -n 9", unseen},
+      {"four descriptors", closed + "ulimit -n 4", unseen},
+      {"nine descriptors", closed + "ulimit -n 9", unseen},
       {"processes without a machine", proc + "subset=pid none /proc", unseen},
       {"only what is one's own", proc + "hidepid=2 none /proc", "status 0\n"},
       {"everything", "true", "status 0\n"}};
