@@ -88,13 +88,5 @@ TEST(SelfTest, NamesBothTextsOfTheFirstDifference) {
     EXPECT_EQ(mismatch(breakIt), std::string("selftest: ") + difference);
 }
 
-TEST(Demo, LooksLikeASampledMachine) {
-  const Snapshot machine = checkDemo(std::nullopt, reader)->snapshot;
-  EXPECT_THAT(machine.children.at(15), ElementsAre(16, 17)) << "indexed";
-  EXPECT_EQ(machine.procs.at(20).app, std::nullopt) << "a bundle outside the application folders";
-  EXPECT_EQ(machine.procs.at(61).app, "Google Chrome") << "a helper belongs to the outer bundle";
-  for (const auto& [pid, proc] : machine.procs) EXPECT_EQ(std::pair(proc.pid, proc.uid), std::pair(pid, 0U));
-}
-
 }  // namespace
 }  // namespace tarnwick

@@ -1,32 +1,92 @@
 // A forgotten server in a folder of a file system that stopped answering: a real one, of both kinds.
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "app/machine.h"
 #include "tests/support/linux/fuse_mount.h"
 #include "tests/support/posix/git_world.h"
-#include "tests/support/posix/orphan_server.h"
 
 namespace tarnwick {
 namespace {
 
+struct ClockAhead : SystemClock {
+  Timestamp now() override { return SystemClock::now() + Seconds{13 * 3'600}; }
+};
+
+// A server that lost its starter: it listens in `folder` on a port of the system's choice.
+class OrphanServer {
+ public:
+  explicit OrphanServer(const std::string& folder) {
+    std::array<int, 2> channel{};
+    if (::pipe(channel.data()) != 0) return;
+    const pid_t starter = ::fork();
+    if (starter == 0) {
+      if (::fork() == 0) serve(folder, channel[1]);
+      ::_exit(0);
+    }
+    ::waitpid(starter, nullptr, 0);
+    if (::read(channel[0], &facts_, sizeof facts_) != static_cast<ssize_t>(sizeof facts_)) facts_ = {};
+    for (const int end : channel) ::close(end);
+  }
+  ~OrphanServer() {
+    if (facts_.pid > 1) ::kill(facts_.pid, SIGKILL);
+  }
+  OrphanServer(const OrphanServer&) = delete;
+  OrphanServer& operator=(const OrphanServer&) = delete;
+
+  Pid pid() const { return facts_.pid; }
+  int port() const { return facts_.port; }
+
+ private:
+  struct Facts {
+    Pid pid = 0;
+    int port = 0;
+  };
+
+  [[noreturn]] static void serve(const std::string& folder, int report) {
+    const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    auto* generic = reinterpret_cast<sockaddr*>(&address);
+    const bool listens = ::chdir(folder.c_str()) == 0 && ::bind(listener, generic, length) == 0 &&
+                         ::listen(listener, 1) == 0 && ::getsockname(listener, generic, &length) == 0;
+    const Facts facts{::getpid(), listens ? ntohs(address.sin_port) : 0};
+    if (::write(report, &facts, sizeof facts) < 0) ::_exit(1);
+    while (true) ::pause();
+  }
+
+  Facts facts_;
+};
+
 // A fifth more than the longest time that a check may take.
 constexpr double generous = 10;
 
-struct HangingMount : testing::TestWithParam<FuseMount::Kind> {};
+struct HangingMount : testing::TestWithParam<FuseMount::Kind> {
+  void SetUp() override {
+    if (::geteuid() != 0) GTEST_SKIP() << "mounting takes root";
+    std::filesystem::create_directory(dead);
+    mount.emplace(dead, GetParam());
+    if (!mount->isMounted()) GTEST_SKIP() << "no file system of one's own can be mounted here";
+  }
+
+  GitWorld world;
+  const std::string dead = world.folder.at("dead");
+  std::optional<FuseMount> mount;
+  SystemClock now;
+  PosixToolRunner tools;
+};
 
 TEST_P(HangingMount, CostsItsOwnAnswersAndNothingElse) {
-  if (::geteuid() != 0) GTEST_SKIP() << "mounting takes root";
-  GitWorld world;
   const std::string home = world.folder.path();
   const std::string shop = world.repository("shop", "Add the cart");
-  const std::string dead = world.folder.at("dead");
-  std::filesystem::create_directory(dead);
-  FuseMount mount(dead, GetParam());
-  if (!mount.isMounted()) GTEST_SKIP() << "no file system of one's own can be mounted here";
   const OrphanServer lost(dead);
   const OrphanServer alive(shop);
   ASSERT_TRUE(lost.port() > 0 && alive.port() > 0);
-  mount.die(3 * generous);
+  mount->die(3 * generous);
 
   ClockAhead clock;
   RealOutside real(Self{::getpid(), ::getuid(), home}, TARNWICK_PROGRAM);
@@ -46,7 +106,7 @@ TEST_P(HangingMount, CostsItsOwnAnswersAndNothingElse) {
                   PrTitles::never);
   int swallowed = 0;
   for (const char* time : {"the first time", "the second time"}) {
-    const double before = clock.uptime();
+    const double before = now.uptime();
     const Check check = machine.check({});
     EXPECT_LT(clock.uptime() - before, generous) << time;
     EXPECT_THAT(check.leftOut, ElementsAre(dead)) << time;
@@ -54,48 +114,33 @@ TEST_P(HangingMount, CostsItsOwnAnswersAndNothingElse) {
     for (const Finding& finding : check.found) cards[finding.id] = finding.detail;
     EXPECT_THAT(cards["stack:" + shop], HasSubstr("“Add the cart”")) << time;
     EXPECT_THAT(cards["stack:" + dead], HasSubstr("(port " + std::to_string(lost.port()) + ")")) << time;
-    if (swallowed == 0) swallowed = mount.swallowed();
-    EXPECT_EQ(mount.swallowed(), swallowed) << "nobody is sent there again";
+    if (swallowed == 0) swallowed = mount->swallowed();
+    EXPECT_EQ(mount->swallowed(), swallowed) << "nobody is sent there again";
   }
 }
 
 TEST_P(HangingMount, DoesNotHoldWhoeverSentAToolThere) {
-  if (::geteuid() != 0) GTEST_SKIP() << "mounting takes root";
-  const TempFolder folder;
-  const std::string dead = folder.at("dead");
-  std::filesystem::create_directory(dead);
-  FuseMount mount(dead, GetParam());
-  if (!mount.isMounted()) GTEST_SKIP() << "no file system of one's own can be mounted here";
-  mount.die(2 * generous);
-  SystemClock clock;
-  const double before = clock.uptime();
-  PosixToolRunner tools;
+  mount->die(2 * generous);
+  const double before = now.uptime();
   const auto tool = tools.start("/bin/ls", {dead + "/x"}, {.seconds = 0.2});
   ASSERT_NE(tool, nullptr);
   EXPECT_TRUE(tool->result().late);
-  EXPECT_LT(clock.uptime() - before, generous);
+  EXPECT_LT(now.uptime() - before, generous);
 }
 
 TEST_P(HangingMount, AsAHomeFolderLeavesTheRestOfTheReport) {
-  if (::geteuid() != 0) GTEST_SKIP() << "mounting takes root";
-  const TempFolder folder;
-  const std::string dead = folder.at("dead");
-  std::filesystem::create_directory(dead);
-  std::filesystem::create_symlink(dead, folder.at("link"));
-  FuseMount mount(dead, GetParam());
-  if (!mount.isMounted()) GTEST_SKIP() << "no file system of one's own can be mounted here";
-  mount.die(4 * generous);
-  SystemClock clock;
-  PosixToolRunner tools;
+  const std::string link = world.folder.at("link");
+  std::filesystem::create_symlink(dead, link);
+  mount->die(4 * generous);
   const std::string leftOut = "tarnwick: left out, because it did not answer in time: " + dead + ".\n";
-  for (const std::string& home : {dead + "/me", folder.at("link")}) {
-    const double before = clock.uptime();
+  for (const std::string& home : {dead + "/me", link}) {
+    const double before = now.uptime();
     const auto tool = tools.start("/bin/sh", {"-c", TARNWICK_PROGRAM " --print 2>&1 >/dev/null"},
                                   {.addedVariables = {{"HOME", home}}, .seconds = 2 * generous});
     ASSERT_NE(tool, nullptr);
     const ToolResult result = tool->result();
     EXPECT_EQ(std::tuple(result.output, result.exitStatus), std::tuple(leftOut, 0)) << home;
-    EXPECT_LT(clock.uptime() - before, generous);
+    EXPECT_LT(now.uptime() - before, generous);
   }
 }
 

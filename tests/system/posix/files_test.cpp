@@ -1,0 +1,239 @@
+#include "system/small_file.h"
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+
+#include "system/posix/guarded_files.h"
+#include "system/posix/private_folder.h"
+#include "tests/support/fake_clock.h"
+#include "tests/support/testing.h"
+
+namespace tarnwick {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(SmallFile, IsReadUpToItsLimitAndHeadAndTailAreCutThere) {
+  const TempFolder folder;
+  for (const std::string& bytes : {std::string("caf\xC3\xA9 \xFF\0 end", 12), std::string(100'000, 'x')}) {
+    folder.write("whole", bytes);  // the second larger than any buffer on the way
+    EXPECT_EQ(readSmallFile(folder.at("whole"), bytes.size()), bytes);
+    EXPECT_EQ(readSmallFile(folder.at("whole"), bytes.size() - 1), std::nullopt);
+  }
+  const std::string path = folder.write("file", "0123456789");
+  const std::tuple<std::size_t, const char*, const char*> cases[] = {
+      {4, "0123", "6789"}, {10, "0123456789", "0123456789"}, {11, "0123456789", "0123456789"}};
+  for (const auto& [bytes, head, tail] : cases)
+    EXPECT_EQ(readFileHead(path, bytes).value() + readFileTail(path, bytes).value(),
+              std::string(head) + tail);
+  const std::string sparse = folder.write("sparse", "start");
+  fs::resize_file(sparse, 2'147'483'648U + 5U);
+  EXPECT_EQ(readSmallFile(sparse, 1'000), std::nullopt);
+  EXPECT_EQ(readFileHead(sparse, 6), std::string("start\0", 6));
+  EXPECT_EQ(readFileTail(sparse, 3), std::string(3, '\0'));
+}
+
+TEST(SmallFile, OnlyRegularFilesAreRead) {
+  const TempFolder folder;
+  const std::string pipe = folder.at("pipe");
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const std::string file = folder.write("file", "text");
+  fs::create_symlink(pipe, folder.at("link to pipe"));
+  fs::create_symlink(folder.at("nothing"), folder.at("dangling"));
+  const std::string cutShort = file + std::string("\0tail", 5);
+  for (const std::string& path : {pipe, folder.at("link to pipe"), folder.at("dangling"), folder.path(),
+                                  folder.at("missing"), std::string("/dev/zero"), std::string(), cutShort}) {
+    EXPECT_FALSE(readSmallFile(path, 100) || readFileHead(path, 100) || readFileTail(path, 100)) << path;
+    EXPECT_FALSE(isRegularFile(path)) << path;
+  }
+  EXPECT_TRUE(pathExists(pipe) && pathExists(folder.path()));
+  EXPECT_FALSE(pathExists(folder.at("dangling")) || pathExists(cutShort));
+  EXPECT_TRUE(isDirectory(folder.path()) && !isDirectory(file) && isRegularFile(file));
+}
+
+TEST(SmallFile, FoldersListTheirNames) {
+  const TempFolder folder;
+  EXPECT_TRUE(folderEntries(folder.path()).empty());
+  folder.write("one", "");
+  folder.write(".hidden/inner", "");
+  EXPECT_THAT(folderEntries(folder.path()), UnorderedElementsAre("one", ".hidden"));
+  EXPECT_TRUE(folderEntries(folder.at("missing")).empty());
+}
+
+// Under one name, now a file and now a pipe without a writer, which would read as an empty file.
+TEST(SmallFile, OneThatTurnsIntoAPipeBetweenLookAndOpenIsNotRead) {
+  const TempFolder folder;
+  folder.write("file", "text");
+  ASSERT_EQ(::mkfifo(folder.at("pipe").c_str(), 0600), 0);
+  const std::string name = folder.write("name", "text");
+  std::atomic<bool> done = false;
+  std::thread exchanger([&] {
+    for (bool pipe = true; !done; pipe = !pipe) {
+      fs::create_symlink(folder.at(pipe ? "pipe" : "file"), folder.at("next"));
+      fs::rename(folder.at("next"), name);
+    }
+  });
+  std::map<Text, int> answers;
+  Text last;
+  for (int reads = 0, changes = 0; changes < 500 && reads < 2'000'000; ++reads) {
+    const Text answer = readSmallFile(name, 100);
+    if (answer != last) ++changes;
+    last = answer;
+    ++answers[answer];
+  }
+  done = true;
+  exchanger.join();
+  EXPECT_THAT(answers, UnorderedElementsAre(Pair(Text(), testing::_), Pair(Text("text"), testing::_)));
+}
+
+using State = PrivateFolder::Lock::State;
+constexpr uid_t stranger = 65'534;
+
+void makeSocket(const std::string& path, mode_t mode) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  path.copy(address.sun_path, sizeof address.sun_path - 1);
+  const Descriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
+  ASSERT_EQ(::bind(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  ASSERT_EQ(::chmod(path.c_str(), mode), 0);
+}
+
+TEST(PrivateFolder, BelongsToTheUserAlone) {
+  const TempFolder parent;
+  const std::string folder = parent.at("folder");
+  std::filesystem::create_directory(folder);
+  for (const mode_t mode : {0700U, 0755U, 0770U, 0701U, 01700U, 0500U}) {
+    ASSERT_EQ(::chmod(folder.c_str(), mode), 0);
+    EXPECT_EQ(PrivateFolder::open(folder).has_value(), mode == 0700U) << std::oct << mode;
+  }
+  ASSERT_EQ(::chmod(folder.c_str(), 0700), 0);
+  std::filesystem::create_symlink(folder, parent.at("link"));
+  const std::string file = parent.write("file", "");
+  ASSERT_EQ(::chmod(file.c_str(), 0700), 0);
+  for (const std::string& other :
+       {parent.at("link"), file, parent.at("none"), std::string("."), std::string()})
+    EXPECT_FALSE(PrivateFolder::open(other)) << other;
+  if (::chown(folder.c_str(), stranger, 0) == 0) {
+    EXPECT_FALSE(PrivateFolder::open(folder));
+  }
+}
+
+TEST(PrivateFolder, ALockIsOneFileOfTheUsersOwn) {
+  const TempFolder place;
+  const auto folder = PrivateFolder::open(place.path());
+  ASSERT_TRUE(folder);
+  ASSERT_EQ(::chmod(place.write("open", "").c_str(), 0666), 0);
+  for (const char* name : {"new", "open"}) {
+    const auto held = folder->lock(name);
+    EXPECT_EQ(held.state, State::held) << name;
+    EXPECT_EQ(folder->lock(name).state, State::elsewhere) << name;
+    EXPECT_EQ(std::filesystem::status(place.at(name)).permissions(), std::filesystem::perms(0600)) << name;
+  }
+  EXPECT_EQ(folder->lock("new").state, State::held) << "let go of, it can be had again";
+
+  ASSERT_EQ(::mkfifo(place.at("pipe").c_str(), 0600), 0);
+  makeSocket(place.at("socket"), 0600);
+  std::filesystem::create_directory(place.at("folder"));
+  std::filesystem::create_symlink(place.at("new"), place.at("link"));
+  std::filesystem::create_symlink(place.at("target"), place.at("dangling"));
+  for (const char* name : {"pipe", "socket", "folder", "link", "dangling"})
+    EXPECT_EQ(folder->lock(name).state, State::refused) << name;
+  EXPECT_FALSE(std::filesystem::exists(place.at("target")));
+  if (::chown(place.at("new").c_str(), stranger, 0) == 0) {
+    EXPECT_EQ(folder->lock("new").state, State::refused);
+  }
+}
+
+TEST(PrivateFolder, ASocketIsTheUsersOwn) {
+  const TempFolder place;
+  const auto folder = PrivateFolder::open(place.path());
+  ASSERT_TRUE(folder);
+  makeSocket(place.at("own"), 0700);
+  makeSocket(place.at("open"), 0777);
+  place.write("file", "");
+  std::filesystem::create_symlink(place.at("own"), place.at("link"));
+  for (const char* name : {"own", "open", "file", "link", "none"})
+    EXPECT_EQ(folder->hasSocket(name), name == std::string("own")) << name;
+  if (::chown(place.at("own").c_str(), stranger, 0) == 0) {
+    EXPECT_FALSE(folder->hasSocket("own"));
+  }
+}
+
+struct GuardedFilesTest : testing::Test {
+  // A worker that counts how often it was started and then does as told.
+  std::string worker(const std::string& then) const {
+    return folder_.script("worker", "echo >> " + folder_.at("starts") + "\n" + then);
+  }
+  long starts() const {
+    const std::string lines = textOfFile(folder_.at("starts"));
+    return std::ranges::count(lines, '\n');
+  }
+
+  TempFolder folder_;
+  FakeClock clock_;
+  CheckLimits limits_{clock_};
+};
+
+TEST_F(GuardedFilesTest, TheProgramAsksTheSystemOnOthersBehalf) {
+  using Kind = FileQuestion::Kind;
+  const std::string file = folder_.write("file", std::string("caf\xE9\0 end", 9) + std::string(100'000, 'x'));
+  const std::string tool = folder_.script("sub/tool", "");
+  const std::string pipe = folder_.at("pipe");
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  std::filesystem::create_symlink(tool, folder_.at("link"));
+  GuardedFiles files(TARNWICK_PROGRAM, clock_, limits_);
+  DirectFiles direct;
+  const Kind kinds[] = {Kind::content, Kind::head,    Kind::tail,  Kind::exists, Kind::directory,
+                        Kind::regular, Kind::program, Kind::names, Kind::real};
+  int found = 0;
+  for (const std::string& path : {file, tool, pipe, folder_.at("link"), folder_.path(), folder_.at("missing"),
+                                  folder_.path() + std::string("\0x", 2), std::string(9'000, '/')}) {
+    for (const Kind kind : kinds) {
+      const FileQuestion question{kind, path, path == file ? 100'009U : 3U};
+      const FileAnswer answer = files.ask(question);
+      if (path.size() < 9'000) {
+        EXPECT_EQ(answer, direct.ask(question)) << path << static_cast<int>(kind);
+      }
+      if (answer) ++found;
+    }
+  }
+  EXPECT_EQ(found, 6 + 6 + 2 + 6 + 4 + 5) << "what is no folder has an empty list of names";
+  EXPECT_EQ(files.volume(folder_.path()).value().blocks, direct.volume(folder_.path()).value().blocks);
+  EXPECT_EQ(files.ask({Kind::exists, "usr"}), std::nullopt) << "relative to whose folder?";
+  EXPECT_EQ(files.misses(), 0U);
+}
+
+TEST_F(GuardedFilesTest, WhoeverDoesNotAnswerIsAbandonedAndItsFolderLeftAloneForTheCheck) {
+  GuardedFiles files(worker("exec sleep 1000"), clock_, limits_);
+  const auto ask = [&](const std::string& path) { return files.pathExists(folder_.at(path)); };
+  limits_.begin();
+  EXPECT_FALSE(ask("a/.git"));
+  EXPECT_THAT(limits_.leftOut(), ElementsAre(folder_.at("a")));
+  EXPECT_FALSE(ask("a/.git") || ask("a/b/script.py") || files.mayVisit(folder_.at("a")));
+  EXPECT_EQ(starts(), 1) << "nobody else is sent there";
+  EXPECT_TRUE(files.mayVisit(folder_.at("ab")));
+  EXPECT_FALSE(ask("ab/.git"));
+  EXPECT_EQ(starts(), 2);
+  EXPECT_EQ(files.misses(), 5U);
+
+  clock_.turn(8);
+  EXPECT_FALSE(ask("c/.git"));
+  EXPECT_EQ(starts(), 2) << "there is no time left";
+  limits_.begin();
+  EXPECT_FALSE(ask("a/.git"));
+  EXPECT_EQ(starts(), 3) << "a disk of this machine was only slow";
+}
+
+TEST_F(GuardedFilesTest, AWorkerThatEndsIsNoAnswerAndNoDelay) {
+  for (const std::string& program : {worker("exit 0"), folder_.at("missing")}) {
+    GuardedFiles files(program, clock_, limits_);
+    EXPECT_FALSE(files.pathExists(folder_.path()) || files.isDirectory("/"));
+    EXPECT_EQ(files.misses(), 2U) << "so nobody remembers that nothing is there";
+  }
+  EXPECT_THAT(limits_.leftOut(), IsEmpty());
+  EXPECT_EQ(starts(), 2);
+}
+
+}  // namespace
+}  // namespace tarnwick
