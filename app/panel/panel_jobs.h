@@ -47,7 +47,7 @@ Node pictureContent(const PanelPicture& picture);
 // standard error and 1. When the application already runs, asks it to open its panel; 0.
 int showApplication(const PanelApplication& application);
 
-// False when nothing was written, for whatever reason; never says why.
+// False when nothing was written; one sentence on standard error says why where the module is missing.
 bool writePanelImage(const PanelPicture& picture);
 
 }  // namespace tarnwick::panel

@@ -123,6 +123,8 @@ int runApplication(const PanelApplication& application) {
   const QApplication toolkit(count, words);
   QApplication::setApplicationName(QStringLiteral("tarnwick"));
   QApplication::setApplicationDisplayName(QStringLiteral("Tarnwick"));
+  QGuiApplication::setDesktopFileName(
+      QStringLiteral("org.tarnwick.Tarnwick"));  // Wayland names windows by it
   QApplication::setQuitOnLastWindowClosed(false);
   Theme::install();
   RunningApplication running(application, *instance);
