@@ -19,7 +19,8 @@ Descriptor openQuietSocket() { return Descriptor(::socket(AF_UNIX, SOCK_STREAM |
 
 std::pair<Descriptor, Descriptor> openQuietPair() {
   std::array<int, 2> ends{-1, -1};
-  if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) return std::pair<Descriptor, Descriptor>();
+  if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0)
+    return std::pair<Descriptor, Descriptor>();
   return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 

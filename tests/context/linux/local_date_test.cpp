@@ -38,7 +38,8 @@ TEST(LocalDate, OnlyAKnownLanguageReachesTheLibrary) {
         std::string("root"), std::string("i-klingon"), std::string("x-"), std::string("\xff\xfe"),
         std::string("../../etc/passwd"), std::string("%s%n"), std::string(100'000, 'd')})
     EXPECT_EQ(dateIn({odd.c_str(), "", ""}, moment), american) << odd.substr(0, 20);
-  EXPECT_EQ(dateIn({"de_419", "", ""}, moment), "21.11.2026, 14:44");
+  EXPECT_THAT(dateIn({"de_419", "", ""}, moment), StartsWith("21.11.2026, "))
+      << "the hour's form is the region's";
   EXPECT_FALSE(dateIn({"zh_TW", "", ""}, moment).empty());
 }
 

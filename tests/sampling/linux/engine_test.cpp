@@ -19,8 +19,8 @@ TEST(EngineSocket, DesktopBeforeRootlessBeforeTheSystems) {
 }
 
 ToolResult runScript(const std::string& action, const std::string& folder) {
-  const std::string line = "exec bash " TARNWICK_SOURCE_DIR "/tests/sampling/linux/real_engine " + action +
-                           " " + folder + " 2>&1";
+  const std::string line =
+      "exec bash " TARNWICK_SOURCE_DIR "/tests/sampling/linux/real_engine " + action + " " + folder + " 2>&1";
   PosixToolRunner runner;
   return runner.start("/bin/sh", {"-c", line}, {.seconds = 100})->result();
 }
