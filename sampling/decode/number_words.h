@@ -43,11 +43,11 @@ class NumberWords {
       return static_cast<Number>(digitOf(*begin));
     }
     const bool negative = std::is_signed_v<Number> && begin != end_ && *begin == '-';
-    const char* const digits = begin + (negative ? 1 : 0);
-    const char* at = digits;
+    const char* const firstDigit = begin + (negative ? 1 : 0);
+    const char* at = firstDigit;
     std::uint64_t size = 0;
     for (; at != end_ && digitOf(*at) < 10; ++at) size = size * 10 + digitOf(*at);
-    if (at == digits || at - digits > surelyFit || !isEnd(at)) return nextByTheBook<Number>(begin);
+    if (at == firstDigit || at - firstDigit > surelyFit || !isEnd(at)) return nextByTheBook<Number>(begin);
     at_ = at;
     const auto value = static_cast<std::int64_t>(negative ? 0 - size : size);
     return std::in_range<Number>(value) ? std::optional(static_cast<Number>(value)) : std::nullopt;

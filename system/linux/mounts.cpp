@@ -15,7 +15,7 @@ std::vector<Mount> mounts() {
   constexpr std::size_t longest = std::size_t{4} << 20U;
   const Descriptor file(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC));
   std::string text;
-  std::array<char, 4'096> block;  // the kernel gives no more at once
+  std::array<char, 4'096> block{};  // the kernel gives no more at once
   while (file.isOpen() && text.size() < longest) {
     const ssize_t count = file.read(block);
     if (count <= 0) break;

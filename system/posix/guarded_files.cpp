@@ -58,7 +58,7 @@ std::string GuardedFiles::leaveAlone(const std::string& path, const std::string&
   const std::vector<Mount> all = mounts();
   const Mount* mount = mountOf(path, all);
   const bool local = mount == nullptr || isLocal(path, all);
-  const std::string folder = local ? folderOfIt : mount->point;
+  std::string folder = local ? folderOfIt : mount->point;
   const double now = clock_.uptime();
   std::erase_if(stalled_, [now](const auto& entry) { return entry.second <= now; });
   stalled_[folder] = now + (local ? std::min(limits_.deadline().left(), stalledSeconds) : stalledSeconds);

@@ -78,7 +78,8 @@ std::string resolvedHome(const std::string& home) {
       done.resize(std::min(done.rfind('/'), done.size()));
       continue;
     }
-    const std::string next = done + "/" + part;
+    std::string next = done;
+    next.append("/").append(part);
     if (!isLocal(next, all)) return next + rest;
     const auto target = linkTarget(next);
     if (!target) {
@@ -87,7 +88,7 @@ std::string resolvedHome(const std::string& home) {
       return home;
     } else {
       if (target->starts_with('/')) done.clear();
-      rest = *target + rest;
+      rest.insert(0, *target);
     }
   }
   if (done.empty()) return "/";
