@@ -2,13 +2,10 @@
 
 #include <poll.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 
-#include <fcntl.h>
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cmath>
@@ -16,6 +13,7 @@
 #include "system/environment.h"
 #include "system/posix/differences.h"
 #include "system/posix/file_answers.h"
+#include "system/posix/spawned_process.h"
 
 namespace tarnwick {
 namespace {
@@ -83,48 +81,6 @@ bool carry(Errand& errand, const FileQuestion& question, FileAnswer& answer) {
   return true;
 }
 
-// A worker starts like a tool does: nothing blocked or ignored, a group of its own, so that no key that is
-// pressed in a terminal reaches it, and nothing of ours open.
-bool prepareWorker(posix_spawnattr_t& attributes, posix_spawn_file_actions_t& actions, int socket) {
-  sigset_t none;
-  sigset_t all;
-  sigemptyset(&none);
-  sigfillset(&all);
-  sigdelset(&all, SIGKILL);
-  sigdelset(&all, SIGSTOP);
-  constexpr int flags = POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
-  return posix_spawnattr_setflags(&attributes, static_cast<short>(flags)) == 0 &&
-         posix_spawnattr_setpgroup(&attributes, 0) == 0 &&
-         posix_spawnattr_setsigmask(&attributes, &none) == 0 &&
-         posix_spawnattr_setsigdefault(&attributes, &all) == 0 &&
-         posix_spawn_file_actions_adddup2(&actions, socket, STDIN_FILENO) == 0 &&
-         posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0) == 0 &&
-         posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0) == 0;
-}
-
-pid_t spawnWorker(const std::string& program, int socket) {
-  std::array<std::string, 2> words{program, fileWorkerWord};
-  std::array<char*, 3> arguments{words[0].data(), words[1].data(), nullptr};
-  std::vector<std::string> variables = environmentVariables();
-  std::vector<char*> environment;
-  for (std::string& variable : variables) environment.push_back(variable.data());
-  environment.push_back(nullptr);
-  posix_spawnattr_t attributes;
-  posix_spawn_file_actions_t actions;
-  if (posix_spawnattr_init(&attributes) != 0) return 0;
-  if (posix_spawn_file_actions_init(&actions) != 0) {
-    posix_spawnattr_destroy(&attributes);
-    return 0;
-  }
-  pid_t pid = 0;
-  const bool started =
-      prepareWorker(attributes, actions, socket) &&
-      posix_spawn(&pid, program.c_str(), &actions, &attributes, arguments.data(), environment.data()) == 0;
-  posix_spawn_file_actions_destroy(&actions);
-  posix_spawnattr_destroy(&attributes);
-  return started ? pid : 0;
-}
-
 }  // namespace
 
 FileWorker::Outcome FileWorker::ask(const FileQuestion& question, double seconds, FileAnswer& answer) {
@@ -140,7 +96,10 @@ FileWorker::Outcome FileWorker::ask(const FileQuestion& question, double seconds
 bool FileWorker::start() {
   auto [mine, its] = openQuietPair();
   if (!mine.isOpen() || !its.isOpen()) return false;
-  pid_ = spawnWorker(program_, its.number());
+  pid_ = spawnProcess({.path = program_,
+                       .words = {fileWorkerWord},
+                       .variables = environmentVariables(),
+                       .input = its.number()});
   if (pid_ > 0) socket_ = std::move(mine);
   return pid_ > 0;
 }

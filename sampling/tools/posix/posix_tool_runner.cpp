@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,6 +18,7 @@
 #include "records/utf8.h"
 #include "system/environment.h"
 #include "system/posix/descriptor.h"
+#include "system/posix/spawned_process.h"
 
 namespace tarnwick {
 namespace {
@@ -143,15 +143,6 @@ class PosixTool : public RunningTool {
   bool late_ = false;  // the deadline passed before it ended
 };
 
-// The NULL-ended list of pointers that the system takes; lives as long as `texts`.
-std::vector<char*> pointersTo(std::vector<std::string>& texts) {
-  std::vector<char*> pointers;
-  pointers.reserve(texts.size() + 1);
-  for (std::string& text : texts) pointers.push_back(text.data());
-  pointers.push_back(nullptr);
-  return pointers;
-}
-
 bool isDropped(std::string_view variable, const ToolOptions& options) {
   const std::string_view name = variable.substr(0, variable.find('='));
   for (const std::string& prefix : options.droppedVariables) {
@@ -171,54 +162,6 @@ std::vector<std::string> environmentFor(const ToolOptions& options) {
   return variables;
 }
 
-// Signals that we ignore or block would stay so in the tool; it starts like one started by hand. The group
-// of its own lets its children be ended with it.
-bool prepareAttributes(posix_spawnattr_t& attributes) {
-  sigset_t none;
-  sigset_t all;
-  sigemptyset(&none);
-  sigfillset(&all);
-  sigdelset(&all, SIGKILL);
-  sigdelset(&all, SIGSTOP);
-  constexpr int flags = POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
-  return posix_spawnattr_setflags(&attributes, static_cast<short>(flags)) == 0 &&
-         posix_spawnattr_setpgroup(&attributes, 0) == 0 &&
-         posix_spawnattr_setsigmask(&attributes, &none) == 0 &&
-         posix_spawnattr_setsigdefault(&attributes, &all) == 0;
-}
-
-bool prepareStreams(posix_spawn_file_actions_t& actions, int writeEnd, bool emptyInput) {
-  if (emptyInput && posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0) != 0) {
-    return false;
-  }
-  return posix_spawn_file_actions_adddup2(&actions, writeEnd, STDOUT_FILENO) == 0 &&
-         posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0) == 0;
-}
-
-// The new process, or 0.
-pid_t spawn(const std::string& path, const std::vector<std::string>& args, const ToolOptions& options,
-            int writeEnd) {
-  std::vector<std::string> words{path};
-  words.insert(words.end(), args.begin(), args.end());
-  std::vector<std::string> variables = environmentFor(options);
-
-  posix_spawnattr_t attributes;
-  posix_spawn_file_actions_t actions;
-  if (posix_spawnattr_init(&attributes) != 0) return 0;
-  if (posix_spawn_file_actions_init(&actions) != 0) {
-    posix_spawnattr_destroy(&attributes);
-    return 0;
-  }
-  pid_t pid = 0;
-  const bool started = prepareAttributes(attributes) &&
-                       prepareStreams(actions, writeEnd, options.emptyInput) &&
-                       posix_spawn(&pid, path.c_str(), &actions, &attributes, pointersTo(words).data(),
-                                   pointersTo(variables).data()) == 0;
-  posix_spawn_file_actions_destroy(&actions);
-  posix_spawnattr_destroy(&attributes);
-  return started ? pid : 0;
-}
-
 }  // namespace
 
 std::unique_ptr<RunningTool> PosixToolRunner::start(const std::string& path,
@@ -234,7 +177,11 @@ std::unique_ptr<RunningTool> PosixToolRunner::launch(const std::string& path,
                                                      const ToolOptions& options) {
   std::optional<Pipe> pipe = makePipe();
   if (!pipe || !started_->beginStart()) return nullptr;
-  const pid_t pid = spawn(path, args, options, pipe->writeEnd.number());
+  const pid_t pid = spawnProcess({.path = path,
+                                  .words = args,
+                                  .variables = environmentFor(options),
+                                  .input = options.emptyInput ? noStream : ownStream,
+                                  .output = pipe->writeEnd.number()});
   started_->endStart(pid);
   if (pid <= 0) return nullptr;
   return std::make_unique<PosixTool>(started_, pid, std::move(pipe->readEnd), options);
