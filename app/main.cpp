@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cstdlib>
 #include <functional>
 #include <memory>
@@ -22,10 +21,7 @@ namespace {
 
 // The words come from outside: whatever they hold, they make one line and do nothing to a terminal.
 void complainUnknownWords(std::vector<std::string> words) {
-  for (std::string& word : words) {
-    std::ranges::replace(word, '\n', ' ');
-    word = harmlessForTerminal(word);
-  }
+  for (std::string& word : words) word = harmlessInLine(word);
   complain(unknownWordsText(words));
 }
 

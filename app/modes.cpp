@@ -1,6 +1,5 @@
 #include "app/modes.h"
 
-#include <algorithm>
 #include <string>
 
 #include "app/cli/help.h"
@@ -58,10 +57,7 @@ std::string leftOutText(const std::vector<std::string>& names) {
   std::string text = "left out, because it did not answer in time: ";
   for (const std::string& name : names) {
     if (&name != &names.front()) text += ", ";
-    // A folder may be called anything: it makes one line and does nothing to a terminal.
-    std::string plain = name;
-    std::ranges::replace(plain, '\n', ' ');
-    text += harmlessForTerminal(plain);
+    text += harmlessInLine(name);  // a folder may be called anything
   }
   return text + ".";
 }

@@ -10,31 +10,10 @@
 namespace tarnwick {
 namespace {
 
-// Knows nothing outside the snapshot, at no cost.
-class Nowhere : public Surroundings {
- public:
-  const Self& self() override { return self_; }
-  std::optional<Git> git(const std::string&) override { return std::nullopt; }
-  std::optional<ClaudeWork> claudeSession(Pid) override { return std::nullopt; }
-  std::optional<ClaudeWork> claudeJob(const std::string&) override { return std::nullopt; }
-  std::optional<std::string> prTitle(const std::optional<std::string>&,
-                                     const std::optional<std::string>&) override {
-    return std::nullopt;
-  }
-  bool exists(const std::string&) override { return false; }
-  std::optional<std::string> fileHead(const std::string&) override { return std::nullopt; }
-  std::optional<std::string> deviceName(const std::string&) override { return std::nullopt; }
-  bool hasSimctl() override { return false; }
-  std::string mediumDate(Timestamp) override { return {}; }
-
- private:
-  Self self_{1, 501, "/Users/x"};
-};
-
 using Rule = std::vector<Finding> (*)(const Snapshot&, Surroundings&);
 
 void measure(benchmark::State& state, Rule rule) {
-  Nowhere nowhere;
+  NeutralSurroundings nowhere({1, 501, "/Users/x"});
   const Snapshot machine = generatedMachine(static_cast<int>(state.range(0)), nowhere.self());
   for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(rule(machine, nowhere));
   state.counters["per process"] =

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "records/basics.h"
 #include "records/snapshot.h"
@@ -52,6 +53,30 @@ class Surroundings {
 
   // The moment in the user's language and time zone, with a medium date and a short time.
   virtual std::string mediumDate(Timestamp moment) = 0;
+};
+
+// Has no answer but who asks: for machines without a world around them, to which others may add what they
+// know.
+class NeutralSurroundings : public Surroundings {
+ public:
+  explicit NeutralSurroundings(Self self) : self_(std::move(self)) {}
+
+  const Self& self() override { return self_; }
+  std::optional<Git> git(const std::string& /*dir*/) override { return std::nullopt; }
+  std::optional<ClaudeWork> claudeSession(Pid /*pid*/) override { return std::nullopt; }
+  std::optional<ClaudeWork> claudeJob(const std::string& /*dir*/) override { return std::nullopt; }
+  std::optional<std::string> prTitle(const std::optional<std::string>& /*repo*/,
+                                     const std::optional<std::string>& /*pr*/) override {
+    return std::nullopt;
+  }
+  bool exists(const std::string& /*path*/) override { return false; }
+  std::optional<std::string> fileHead(const std::string& /*path*/) override { return std::nullopt; }
+  std::optional<std::string> deviceName(const std::string& /*plistPath*/) override { return std::nullopt; }
+  bool hasSimctl() override { return false; }
+  std::string mediumDate(Timestamp /*moment*/) override { return {}; }
+
+ private:
+  const Self self_;
 };
 
 }  // namespace tarnwick

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "records/formatted.h"
+#include "records/one_line.h"
 #include "records/utf8.h"
 
 namespace tarnwick {
@@ -52,6 +53,8 @@ std::string harmless(std::string_view bytes, DirectionMarks marks) {
 }  // namespace
 
 std::string harmlessForTerminal(std::string_view bytes) { return harmless(bytes, DirectionMarks::shown); }
+
+std::string harmlessInLine(std::string_view bytes) { return harmlessForTerminal(oneLine(repairUtf8(bytes))); }
 
 std::string harmlessForClipboard(std::string_view bytes) { return harmless(bytes, DirectionMarks::kept); }
 

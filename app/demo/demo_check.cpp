@@ -10,28 +10,18 @@
 namespace tarnwick {
 namespace {
 
-class DemoSurroundings final : public Surroundings {
+class DemoSurroundings final : public NeutralSurroundings {
  public:
   DemoSurroundings(const Demo& demo, const DemoReader& reader)
-      : repositories_(demo.repositories.begin(), demo.repositories.end()), reader_(reader) {}
+      : NeutralSurroundings(reader.self),
+        repositories_(demo.repositories.begin(), demo.repositories.end()),
+        reader_(reader) {}
 
-  const Self& self() override { return reader_.self; }
   std::string mediumDate(Timestamp moment) override { return reader_.mediumDate(moment); }
   std::optional<Git> git(const std::string& dir) override {
     const auto known = repositories_.find(dir);
     return known == repositories_.end() ? std::nullopt : std::optional(known->second);
   }
-
-  std::optional<ClaudeWork> claudeSession(Pid) override { return std::nullopt; }
-  std::optional<ClaudeWork> claudeJob(const std::string&) override { return std::nullopt; }
-  std::optional<std::string> prTitle(const std::optional<std::string>&,
-                                     const std::optional<std::string>&) override {
-    return std::nullopt;
-  }
-  bool exists(const std::string&) override { return false; }
-  std::optional<std::string> fileHead(const std::string&) override { return std::nullopt; }
-  std::optional<std::string> deviceName(const std::string&) override { return std::nullopt; }
-  bool hasSimctl() override { return false; }
 
  private:
   const std::map<std::string, Git> repositories_;
