@@ -37,7 +37,16 @@ constexpr std::array<std::string_view, 22> sessionPrograms{"Hyprland",
                                                            "xfce4-session",
                                                            "xinit"};
 
+// Keep terminals that outlive every window; what they start directly runs in a terminal that is still there.
+constexpr std::array<std::string_view, 6> multiplexers{"abduco", "dtach", "screen",
+                                                       "SCREEN", "tmux",  "zellij"};
+
 bool isShell(const Proc& proc) { return tarnwick::isShell(proc.name()); }
+
+// Only told where sessions are.
+bool isMultiplexer(const Proc& proc) {
+  return proc.session != 0 && std::ranges::find(multiplexers, proc.name()) != multiplexers.end();
+}
 
 bool isClaude(const Proc& proc) { return proc.name() == "claude"; }
 
@@ -58,7 +67,8 @@ bool carriesOutTask(const Proc& shell, const Snapshot& snapshot) {
 }
 
 bool startsWork(const Proc& proc, const Snapshot& snapshot) {
-  return isClaude(proc) || (isLoginShell(proc) && !carriesOutTask(proc, snapshot)) || proc.app;
+  return isClaude(proc) || (isLoginShell(proc) && !carriesOutTask(proc, snapshot)) || isMultiplexer(proc) ||
+         proc.app;
 }
 
 // Is it a whole session, of a desktop or of a display manager, which is the parent of much and the root of
@@ -129,7 +139,7 @@ Starter Starters::of(const Proc& proc) {
   if (isClaude(*by)) {
     result.who = "Claude Code";
     result.claude = by->pid;
-  } else if (isLoginShell(*by)) {
+  } else if (isLoginShell(*by) || isMultiplexer(*by)) {
     result.who = "you";
   } else {
     result.who = by->app;
