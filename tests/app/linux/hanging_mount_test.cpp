@@ -135,7 +135,7 @@ TEST_P(HangingMount, AsAHomeFolderLeavesTheRestOfTheReport) {
   const std::string leftOut = "tarnwick: left out, because it did not answer in time: " + dead + ".\n";
   for (const std::string& home : {dead + "/me", link}) {
     const double before = now.uptime();
-    const auto tool = tools.start("/bin/sh", {"-c", TARNWICK_PROGRAM " --print 2>&1 >/dev/null"},
+    const auto tool = tools.start("/bin/sh", {"-c", "\"$0\" --print 2>&1 >/dev/null", TARNWICK_PROGRAM},
                                   {.addedVariables = {{"HOME", home}}, .seconds = 2 * generous});
     ASSERT_NE(tool, nullptr);
     const ToolResult result = tool->result();

@@ -59,10 +59,11 @@ TEST(UnseenMachine, IsSaidAndNotJudged) {
       {"everything", "true", "status 0\n"}};
   for (const auto& [what, mount, expected] : cases) {
     PosixToolRunner runner;
-    const std::string line = "unshare --mount sh -c '" + mount +
-                             " || exit 77; exec \"$0\" --print' '" TARNWICK_PROGRAM
-                             "' 2>&1 >/dev/null; s=$?; echo status $s; exit $s";
-    const ToolResult result = runner.start("/bin/sh", {"-c", line}, {.seconds = 60})->result();
+    const std::string line =
+        "unshare --mount sh -c '" + mount +
+        " || exit 77; exec \"$0\" --print' \"$0\" 2>&1 >/dev/null; s=$?; echo status $s; exit $s";
+    const ToolResult result =
+        runner.start("/bin/sh", {"-c", line, TARNWICK_PROGRAM}, {.seconds = 60})->result();
     if (result.exitStatus == 77) GTEST_SKIP() << what << " cannot be mounted here";
     EXPECT_EQ(result.output, expected) << what;
   }

@@ -19,10 +19,10 @@ TEST(EngineSocket, DesktopBeforeRootlessBeforeTheSystems) {
 }
 
 ToolResult runScript(const std::string& action, const std::string& folder) {
-  const std::string line =
-      "exec bash " TARNWICK_SOURCE_DIR "/tests/sampling/linux/real_engine " + action + " " + folder + " 2>&1";
   PosixToolRunner runner;
-  return runner.start("/bin/sh", {"-c", line}, {.seconds = 100})->result();
+  const Strings words{"-c", "exec bash \"$0\" \"$@\" 2>&1",
+                      TARNWICK_SOURCE_DIR "/tests/sampling/linux/real_engine", action, folder};
+  return runner.start("/bin/sh", words, {.seconds = 100})->result();
 }
 
 struct RealEngine : testing::Test {
