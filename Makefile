@@ -55,8 +55,16 @@ check-macos: deps-macos
 	tools/check-macos
 
 # The application of macOS, signed for this Mac; with IDENTITY="Developer ID Application: ..." for every other.
+# ARCHS="arm64 x86_64" makes it for both kinds of processor, in a folder of its own.
+ARCHS ?=
+ifeq ($(strip $(ARCHS)),)
 app: release
 	@tools/make-app build/release/tarnwick
+else
+app: deps-run
+	@tools/build universal "-DCMAKE_OSX_ARCHITECTURES=$$(echo $(ARCHS) | tr ' ' ';')"
+	@tools/make-app build/universal/tarnwick
+endif
 
 # As packagers expect them: PREFIX is where it will stand, DESTDIR a folder that stands for the root meanwhile.
 PREFIX ?= /usr/local
