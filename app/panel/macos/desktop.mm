@@ -11,7 +11,7 @@ NSImage* iconImage() {
   for (NSString* name in @[ @"gauge.with.dots.needle.67percent", @"gauge.high", @"gauge" ]) {
     NSImage* image = [NSImage imageWithSystemSymbolName:name accessibilityDescription:@"Tarnwick"];
     if (image == nil) continue;
-    image.template = YES;  // drawn in the colour of the menu bar, whatever that is
+    [image setTemplate:YES];  // drawn in the colour of the menu bar, whatever that is
     return image;
   }
   return nil;
