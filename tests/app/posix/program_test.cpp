@@ -22,13 +22,10 @@ const std::string calmReport = textOfFile(TARNWICK_SOURCE_DIR "/tests/app/fixtur
 TEST(Program, ModesPrintAndEndAsTheyShould) {
   const std::string unknown = "Unknown scenario “Calm”. Use memory, calm, or developer.\n";
   const std::tuple<const char*, int, std::string> cases[] = {
-      {R"("$T" --demo --scenario calm 2>&1)", 0, calmReport},
       {R"("$T" --print --scenario calm 2>&1)", 0, calmReport},
       {R"-(cd "$(mktemp -d)" && rmdir "$PWD" && "$T" --scenario calm --demo 2>&1)-", 0, calmReport},
-      {R"("$T" --demo --scenario Calm 2>/dev/null)", 1, unknown},
       {R"("$T" --print --scenario Calm 2>/dev/null)", 1, unknown},
-      {R"("$T" --demo --selftest 2>&1)", 0, "selftest ok\n"},
-      {R"(TARNWICK_NO_TOOLS= HOME=/nonexistent "$T" --selftest 2>&1)", 0, "selftest ok\n"},
+      {R"(TARNWICK_NO_TOOLS= HOME=/nonexistent "$T" --demo --selftest 2>&1)", 0, "selftest ok\n"},
       {R"("$T" --version --dark 2>&1 | cut -d' ' -f1)", 0, "tarnwick\n"},
       {R"("$T" -h | head -1)", 0, "Tarnwick tells why this machine is slow right now.\n"},
       {R"-([ "$("$T" -V)" = "$("$T" --version)" ] && "$T" -V 2>&1 | grep -Ec '^tarnwick [0-9]+[.][0-9.]+$')-",
@@ -58,11 +55,8 @@ std::string shownByTerminal(const std::string& line) {
   if (shell(line + " >" + name).exitStatus < 0) return "the line was not run";
   std::string shown;
   std::array<char, 1'000> part{};
-  while (!shown.ends_with('\n')) {
-    const ssize_t size = screen.read(part);
-    if (size <= 0) break;
+  for (ssize_t size = 0; !shown.ends_with('\n') && (size = screen.read(part)) > 0;)
     shown.append(part.data(), static_cast<std::size_t>(size));
-  }
   return shown;
 }
 
