@@ -31,6 +31,6 @@ std::unique_ptr<LanguageModel> systemLanguageModel();
 // Runs a mode that may ask the model, and gives its exit status. Where the model's framework may have work
 // for the main thread, that serves the system's queue of it, the mode runs beside it, and the process ends
 // with the mode's status. Main thread; what `mode` uses must not lie on its stack.
-int besideMainQueue(std::function<int()> mode);
+int besideMainQueue(const std::function<int()>& mode);
 
 }  // namespace tarnwick

@@ -4,6 +4,6 @@ namespace tarnwick {
 
 std::unique_ptr<LanguageModel> systemLanguageModel() { return nullptr; }
 
-int besideMainQueue(std::function<int()> mode) { return mode(); }
+int besideMainQueue(const std::function<int()>& mode) { return mode(); }
 
 }  // namespace tarnwick

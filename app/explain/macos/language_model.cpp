@@ -9,7 +9,6 @@
 #include <array>
 #include <cstdlib>
 #include <thread>
-#include <utility>
 
 #include "records/utf8.h"
 
@@ -67,8 +66,8 @@ std::unique_ptr<LanguageModel> systemLanguageModel() {
   return std::make_unique<SwiftLanguageModel>(available, answer);
 }
 
-int besideMainQueue(std::function<int()> mode) {
-  std::thread([mode = std::move(mode)] { std::exit(mode()); }).detach();
+int besideMainQueue(const std::function<int()>& mode) {
+  std::thread([mode] { std::exit(mode()); }).detach();
   ::dispatch_main();
 }
 
