@@ -33,9 +33,9 @@ test: deps-test
 	ctest --preset dev -j 2 --progress
 
 bench: release deps-bench
-	@tools/build release -DTARNWICK_BENCHMARKS=ON -- --target tarnwick_bench check_cost bare_floor
+	@tools/build release -DTARNWICK_BENCHMARKS=ON -- --target benchmarks
 	build/release/bench/tarnwick_bench
-	build/release/bench/check_cost 1000 15 build/release/tarnwick
+	[ ! -x build/release/bench/check_cost ] || build/release/bench/check_cost 1000 15 build/release/tarnwick
 	build/release/tarnwick --bench
 
 # Each reader of foreign bytes, and whole machines, fed with invented bytes for so many seconds each.
@@ -55,8 +55,16 @@ check-macos: deps-macos
 	tools/check-macos
 
 # The application of macOS, signed for this Mac; with IDENTITY="Developer ID Application: ..." for every other.
+# ARCHS="arm64 x86_64" makes it for both kinds of processor, in a folder of its own.
+ARCHS ?=
+ifeq ($(strip $(ARCHS)),)
 app: release
 	@tools/make-app build/release/tarnwick
+else
+app: deps-run
+	@tools/build universal "-DCMAKE_OSX_ARCHITECTURES=$$(echo $(ARCHS) | tr ' ' ';')"
+	@tools/make-app build/universal/tarnwick
+endif
 
 # As packagers expect them: PREFIX is where it will stand, DESTDIR a folder that stands for the root meanwhile.
 PREFIX ?= /usr/local

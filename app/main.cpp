@@ -10,6 +10,7 @@
 #include "app/cli/help.h"
 #include "app/cli/output.h"
 #include "app/cli/terminal_text.h"
+#include "app/explain/language_model.h"
 #include "app/modes.h"
 #include "app/panel/panel_jobs.h"
 #include "app/program/own_process.h"
@@ -77,6 +78,10 @@ int run(const CommandLine& words) {
   return words.mode == Mode::application ? showApplication(run, leaveNow) : runTextMode(run);
 }
 
+bool mayAskModel(const CommandLine& words) {
+  return words.mode == Mode::explain || (words.mode == Mode::print && words.askModel);
+}
+
 }  // namespace
 }  // namespace tarnwick
 
@@ -84,5 +89,7 @@ int main(int argc, char** argv) {
   if (tarnwick::isFileWorker(argc, argv)) return tarnwick::serveFileQuestions();
   tarnwick::leaveSymbolicLink(argv);
   const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
-  return tarnwick::run(tarnwick::parseCommandLine(words));
+  const tarnwick::CommandLine asked = tarnwick::parseCommandLine(words);
+  const auto run = [asked] { return tarnwick::run(asked); };
+  return tarnwick::mayAskModel(asked) ? tarnwick::besideMainQueue(run) : run();
 }

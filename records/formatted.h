@@ -12,15 +12,26 @@ namespace tarnwick {
 std::string formattedFrom(fmt::string_view text, fmt::format_args values);
 void appendFrom(std::string& out, fmt::string_view text, fmt::format_args values);
 
+// What a checked format says, in the way that the library at hand has for it: older ones convert it, newer
+// ones are asked.
+template <typename Format>
+constexpr fmt::string_view checkedText(const Format& format) {
+  if constexpr (requires { format.get(); }) {
+    return format.get();
+  } else {
+    return format;
+  }
+}
+
 // formatted("{} servers", 4) is "4 servers".
 template <typename... Values>
 std::string formatted(fmt::format_string<Values...> text, Values&&... values) {
-  return formattedFrom(text, fmt::make_format_args(values...));
+  return formattedFrom(checkedText(text), fmt::make_format_args(values...));
 }
 
 template <typename... Values>
 void appendFormatted(std::string& out, fmt::format_string<Values...> text, Values&&... values) {
-  appendFrom(out, text, fmt::make_format_args(values...));
+  appendFrom(out, checkedText(text), fmt::make_format_args(values...));
 }
 
 }  // namespace tarnwick

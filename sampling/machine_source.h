@@ -41,8 +41,8 @@ class MachineSource {
   // has less; zeros when unknown.
   virtual DiskSpace disk() = 0;
 
-  // Space on "/" that includes what the system can purge for important data, in bytes. Slow; absent where
-  // the system knows no such figure.
+  // Space on "/" that includes what the system can purge for important data, in bytes. Slow; absent
+  // where the system knows no such figure, and 0 where it only says so.
   virtual std::optional<std::int64_t> importantCapacity() = 0;
 
   // The containers that run on this system itself; empty where they live in a virtual machine.

@@ -163,7 +163,8 @@ void Scan::readDisk(Snapshot& snapshot) {
   snapshot.diskFree = space.free;
   snapshot.diskTotal = space.total;
   if (space.free > scarceDisk) return;
-  snapshot.diskFree = sources_.machine.importantCapacity().value_or(space.free);
+  const std::int64_t important = sources_.machine.importantCapacity().value_or(0);
+  if (important > 0) snapshot.diskFree = important;
 }
 
 void Scan::readMemorySaver(Snapshot& snapshot) const {

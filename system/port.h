@@ -11,7 +11,7 @@
 //   app/remedies/system_targets.h  signals, quitting applications and opening settings
 //   app/settings/user_settings.h   where the user's choices are kept
 //   app/program/own_process.h      what the program asks the system about itself
-//   app/explain/language_model.h   the on-device model, or none
+//   app/explain/language_model.h   the on-device model, or none, and the main thread's part in asking it
 //   app/panel/panel_jobs.h         the application in the menu bar and the picture of its panel
 #pragma once
 

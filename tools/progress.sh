@@ -3,6 +3,7 @@
 
 # Started with an empty environment, a shell finds its tools, but CMake not its own files.
 PATH=${PATH:-/usr/local/bin:/usr/bin:/bin}
+[ ! -d /opt/homebrew/bin ] || PATH=$PATH:/opt/homebrew/bin  # not in a path that nobody has prepared
 export PATH
 
 say() { echo "tarnwick: $*" >&2; }

@@ -1,6 +1,7 @@
 // The operating system's on-device language model, as this program asks it.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,5 +27,10 @@ class LanguageModel {
 
 // The model of the system that this program runs on; null where there is none.
 std::unique_ptr<LanguageModel> systemLanguageModel();
+
+// Runs a mode that may ask the model, and gives its exit status. Where the model's framework may have work
+// for the main thread, that serves the system's queue of it, the mode runs beside it, and the process ends
+// with the mode's status. Main thread; what `mode` uses must not lie on its stack.
+int besideMainQueue(const std::function<int()>& mode);
 
 }  // namespace tarnwick

@@ -55,8 +55,13 @@ EndingSignals::~EndingSignals() {
   ::pthread_sigmask(SIG_SETMASK, &maskBefore_, nullptr);
 }
 
-// The urgent signal, which means nothing to this program, is how the thread itself is woken.
+// The urgent signal, which means nothing to this program, is how the thread itself is woken. It has to be
+// caught: a signal that would be ignored may be dropped before whoever waits for it hears of it.
 void EndingSignals::wait() {
+  struct sigaction caught {};
+  caught.sa_handler = [](int) {};
+  caught.sa_flags = SA_RESTART;
+  ::sigaction(SIGURG, &caught, nullptr);
   sigset_t awaited = watched_;
   sigaddset(&awaited, SIGURG);
   ::pthread_sigmask(SIG_BLOCK, &awaited, nullptr);

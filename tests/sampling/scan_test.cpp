@@ -167,6 +167,7 @@ TEST(Scan, AsksForPurgeableSpaceOnlyWhenDiskIsScarce) {
   const std::tuple<std::int64_t, std::optional<std::int64_t>, std::int64_t, int> cases[] = {
       {32'212'254'720, 90, 32'212'254'720, 0},
       {32'212'254'719, 90, 90, 1},
+      {20'000'000'000, 0, 20'000'000'000, 1},
       {20'000'000'000, {}, 20'000'000'000, 1}};
   for (const auto& [free, important, expected, asked] : cases) {
     Machine m;

@@ -4,4 +4,6 @@ namespace tarnwick {
 
 std::unique_ptr<LanguageModel> systemLanguageModel() { return nullptr; }
 
+int besideMainQueue(const std::function<int()>& mode) { return mode(); }
+
 }  // namespace tarnwick

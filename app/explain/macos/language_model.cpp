@@ -3,10 +3,12 @@
 // the library is missing there is no model.
 #include "app/explain/language_model.h"
 
+#include <dispatch/dispatch.h>
 #include <dlfcn.h>
 
 #include <array>
 #include <cstdlib>
+#include <thread>
 
 #include "records/utf8.h"
 
@@ -62,6 +64,11 @@ std::unique_ptr<LanguageModel> systemLanguageModel() {
   auto* answer = reinterpret_cast<AnswerFunction*>(::dlsym(library, "tarnwick_language_model_answer"));
   if (available == nullptr || answer == nullptr) return nullptr;
   return std::make_unique<SwiftLanguageModel>(available, answer);
+}
+
+int besideMainQueue(const std::function<int()>& mode) {
+  std::thread([mode] { std::exit(mode()); }).detach();
+  ::dispatch_main();
 }
 
 }  // namespace tarnwick

@@ -10,7 +10,9 @@ namespace {
 NSImage* iconImage() {
   for (NSString* name in @[ @"gauge.with.dots.needle.67percent", @"gauge.high", @"gauge" ]) {
     NSImage* image = [NSImage imageWithSystemSymbolName:name accessibilityDescription:@"Tarnwick"];
-    if (image != nil) return image;
+    if (image == nil) continue;
+    [image setTemplate:YES];  // drawn in the colour of the menu bar, whatever that is
+    return image;
   }
   return nil;
 }
@@ -35,6 +37,8 @@ StatusItem::StatusItem(std::function<void()> clicked)
     item_.length = NSVariableStatusItemLength;
     item_.button.title = @"Tarnwick";
   }
+  item_.button.toolTip = @"Tarnwick";
+  item_.button.accessibilityLabel = @"Tarnwick";
   item_.button.target = target_;
   item_.button.action = @selector(fire);
 }

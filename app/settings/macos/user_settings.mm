@@ -10,6 +10,7 @@
 @property(class, readonly) id<LoginItemService> mainAppService;
 @property(readonly) NSInteger status;
 
++ (void)openSystemSettingsLoginItems;
 - (BOOL)registerAndReturnError:(NSError**)error;
 - (BOOL)unregisterAndReturnError:(NSError**)error;
 
@@ -19,29 +20,33 @@ namespace tarnwick {
 namespace {
 
 NSString* const titlesKey = @"prTitles";
-constexpr NSInteger loginItemEnabled = 1;  // SMAppServiceStatusEnabled
+constexpr NSInteger loginItemEnabled = 1;        // SMAppServiceStatusEnabled
+constexpr NSInteger loginItemNeedsApproval = 2;  // SMAppServiceStatusRequiresApproval
 
 // Nil where the system does not have it.
-id<LoginItemService> loginItemService() {
+Class<LoginItemService> loginItemServices() {
   if (![[NSBundle bundleWithPath:@"/System/Library/Frameworks/ServiceManagement.framework"] load]) return nil;
-  const Class<LoginItemService> known = NSClassFromString(@"SMAppService");
-  return [known mainAppService];
+  return NSClassFromString(@"SMAppService");
 }
 
-// False also where the service is missing.
+// False also where the service is missing, and for an item that the user has switched off in the settings.
 bool isLoginItem() {
   @autoreleasepool {
-    return loginItemService().status == loginItemEnabled;
+    return [loginItemServices() mainAppService].status == loginItemEnabled;
   }
 }
 
-// Where the service is missing or refuses, nothing changes.
+// Where the service is missing or refuses, nothing changes. What was switched off in the system's settings
+// can only be switched on there, so they are opened.
 void setLoginItem(bool on) {
   @autoreleasepool {
+    const Class<LoginItemService> services = loginItemServices();
+    const id<LoginItemService> item = [services mainAppService];
     if (on) {
-      [loginItemService() registerAndReturnError:nil];
+      [item registerAndReturnError:nil];
+      if (item.status == loginItemNeedsApproval) [services openSystemSettingsLoginItems];
     } else {
-      [loginItemService() unregisterAndReturnError:nil];
+      [item unregisterAndReturnError:nil];
     }
   }
 }

@@ -2,6 +2,7 @@
 // What it does with a request is up to the test.
 #pragma once
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -50,15 +51,22 @@ class FakeEngine {
   FakeEngine(const std::string& path, Answer answer)
       : answer_(std::move(answer)), listener_(listenAt(path, 64)), acceptor_([this] { accept(); }) {}
   ~FakeEngine() {
-    ::shutdown(listener_.number(), SHUT_RDWR);
+    end_.first.close();
     acceptor_.join();
   }
 
   int connections() const { return connections_.load(); }
 
  private:
+  // Not every system wakes an accept() whose socket is shut down, nor lets what was accepted be as quiet as
+  // the listener: so it is asked for beforehand, and the signal of a broken pipe is held back.
   void accept() {
-    for (;;) {
+    sigset_t broken;
+    sigemptyset(&broken);
+    sigaddset(&broken, SIGPIPE);
+    ::pthread_sigmask(SIG_BLOCK, &broken, nullptr);
+    std::array<pollfd, 2> wanted{{{listener_.number(), POLLIN, 0}, {end_.second.number(), POLLIN, 0}}};
+    while (::poll(wanted.data(), wanted.size(), -1) > 0 && wanted[1].revents == 0) {
       const Descriptor connection(::accept(listener_.number(), nullptr, nullptr));
       if (!connection.isOpen()) return;
       ++connections_;
@@ -72,6 +80,7 @@ class FakeEngine {
 
   const Answer answer_;
   Descriptor listener_;
+  std::pair<Descriptor, Descriptor> end_ = openQuietPair();  // has come when the first is closed
   std::atomic<int> connections_{0};
   std::thread acceptor_;
 };

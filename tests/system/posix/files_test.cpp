@@ -103,9 +103,9 @@ TEST(PrivateFolder, BelongsToTheUserAlone) {
   const TempFolder parent;
   const std::string folder = parent.at("folder");
   std::filesystem::create_directory(folder);
-  for (const mode_t mode : {0700U, 0755U, 0770U, 0701U, 01700U, 0500U}) {
+  for (const mode_t mode : std::initializer_list<mode_t>{0700, 0755, 0770, 0701, 01700, 0500}) {
     ASSERT_EQ(::chmod(folder.c_str(), mode), 0);
-    EXPECT_EQ(PrivateFolder::open(folder).has_value(), mode == 0700U) << std::oct << mode;
+    EXPECT_EQ(PrivateFolder::open(folder).has_value(), mode == 0700) << std::oct << mode;
   }
   ASSERT_EQ(::chmod(folder.c_str(), 0700), 0);
   std::filesystem::create_symlink(folder, parent.at("link"));
