@@ -64,11 +64,20 @@ const Mount* mountOf(std::string_view path, const std::vector<Mount>& all) {
   return best;
 }
 
+std::vector<std::string> distantPoints(const std::vector<Mount>& all) {
+  std::vector<std::string> points;
+  for (const Mount& mount : all) {
+    if (std::ranges::find(localKinds, mount.kind) == localKinds.end()) points.push_back(mount.point);
+  }
+  return points;
+}
+
+bool isDistant(std::string_view path, const std::vector<std::string>& points) {
+  return std::ranges::any_of(points, [path](const std::string& point) { return holds(point, path); });
+}
+
 bool isLocal(std::string_view path, const std::vector<Mount>& all) {
-  const Mount* holder = mountOf(path, all);
-  return holder != nullptr && std::ranges::all_of(all, [&](const Mount& mount) {
-           return !holds(mount.point, path) || std::ranges::find(localKinds, mount.kind) != localKinds.end();
-         });
+  return mountOf(path, all) != nullptr && !isDistant(path, distantPoints(all));
 }
 
 }  // namespace tarnwick

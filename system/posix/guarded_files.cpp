@@ -88,16 +88,22 @@ FileAnswer HomeFiles::ask(const FileQuestion& question) {
 bool HomeFiles::follow(std::string& path) {
   const double now = clock_.uptime();
   if (!readAt_ || now - *readAt_ > mountSeconds) {
-    mounts_ = mounts();
+    const std::vector<Mount> all = mounts();
+    distant_ =
+        all.empty() ? std::vector<std::string>{"/"} : distantPoints(all);  // nothing is known: all of it
     folders_.clear();
     readAt_ = now;
   }
   const std::string folder = folderOf(path);
   const auto [known, isNew] = folders_.try_emplace(folder);
-  if (isNew) known->second = wayTo(folder, mounts_);
-  path.replace(0, folder.size(), known->second.path);
-  if (!known->second.local) return false;
-  Way way = wayTo(path, mounts_);
+  if (isNew) known->second = wayTo(folder, distant_);
+  Way way = known->second;
+  const std::string rest = path.substr(folder.size());
+  if (way.local) {
+    way = wayFrom(way, rest, distant_);
+  } else {
+    way.path.append("/").append(rest);
+  }
   path = std::move(way.path);
   return way.local;
 }

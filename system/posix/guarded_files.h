@@ -72,7 +72,7 @@ class HomeFiles final : public Files {
 
   Files& files_;
   Clock& clock_;
-  std::vector<Mount> mounts_;
+  std::vector<std::string> distant_;
   std::map<std::string, Way> folders_;  // as they are named, while the list of mounts is good
   std::optional<double> readAt_;        // uptime
 };

@@ -6,6 +6,9 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <utility>
+
+#include "system/mounts.h"
 
 namespace tarnwick {
 namespace {
@@ -21,7 +24,8 @@ std::string takePart(std::string& path) {
 
 // Absent for what is no link.
 std::optional<std::string> linkTarget(const std::string& path) {
-  std::array<char, 4'096> target{};
+  std::array<char, 4'096>
+      target;  // NOLINT(cppcoreguidelines-pro-type-member-init): zeros would cost more than the call
   const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
   if (length <= 0) return std::nullopt;
   return std::string(target.data(), static_cast<std::size_t>(length));
@@ -29,9 +33,13 @@ std::optional<std::string> linkTarget(const std::string& path) {
 
 }  // namespace
 
-Way wayTo(const std::string& path, const std::vector<Mount>& all) {
+Way wayTo(const std::string& path, const std::vector<std::string>& distant) {
+  return wayFrom({}, path, distant);
+}
+
+Way wayFrom(const Way& folder, const std::string& path, const std::vector<std::string>& distant) {
   constexpr int mostLinks = 40;
-  std::string done;  // has no links
+  std::string done = folder.path == "/" ? std::string() : folder.path;  // has no links
   std::string rest = path;
   for (int links = 0; !rest.empty();) {
     const std::string part = takePart(rest);
@@ -42,12 +50,12 @@ Way wayTo(const std::string& path, const std::vector<Mount>& all) {
     }
     std::string next = done;
     next.append("/").append(part);
-    if (!isLocal(next, all)) return {next + rest, false};
+    if (isDistant(next, distant)) return {next + rest, false};
     const auto target = linkTarget(next);
     if (!target) {
-      done = next;
+      done = std::move(next);
     } else if (++links > mostLinks) {
-      return {path, false};
+      return {std::move(next), false};
     } else {
       if (target->starts_with('/')) done.clear();
       rest.insert(0, *target);

@@ -5,8 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "system/mounts.h"
-
 namespace tarnwick {
 
 struct Way {
@@ -14,7 +12,11 @@ struct Way {
   bool local = false;  // everything on the way, and what stands at its end, is this machine's own
 };
 
-// `path` is absolute. Nothing need stand there. Links that go round in circles are not local.
-Way wayTo(const std::string& path, const std::vector<Mount>& all);
+// `path` is absolute. Nothing need stand there. Links that go round in circles are not local. `distant`: the
+// points of mounts that need somebody else to answer.
+Way wayTo(const std::string& path, const std::vector<std::string>& distant);
+
+// The same for what lies in a folder to which the way is known, and local.
+Way wayFrom(const Way& folder, const std::string& rest, const std::vector<std::string>& distant);
 
 }  // namespace tarnwick
