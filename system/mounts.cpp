@@ -23,6 +23,7 @@ bool holds(std::string_view point, std::string_view path) {
 
 // The kernel writes blanks, tabs, line feeds and backslashes as three octal digits.
 std::string unescaped(std::string_view text) {
+  if (text.find('\\') == std::string_view::npos) return std::string(text);
   const auto isOctal = [](char c) { return c >= '0' && c <= '7'; };
   std::string plain;
   for (std::size_t at = 0; at < text.size(); ++at) {
