@@ -23,7 +23,7 @@ Machine::Machine(const Outside& outside, PrTitles titles, Checks checks)
     : outside_(outside),
       limitedTools_(outside_.tools, outside_.limits),
       marks_(processorMilliseconds),
-      places_(outside_.toolCandidates),
+      places_(outside_.toolCandidates, &outside_.homeFiles),
       docker_(outside_.transport, outside_.engineSockets),
       git_(limitedTools_, places_, outside_.clock, outside_.files, outside_.self.home,
            mayLookUp(titles, outside_.settings)),
@@ -32,7 +32,7 @@ Machine::Machine(const Outside& outside, PrTitles titles, Checks checks)
       processes_(outside_.sources.processes(), checks),
       scan_({processes_, outside_.sources.machine(), outside_.sources.workspace(), outside_.clock, marks_,
              docker_, [this] { return outside_.sources.dockerRuns(docker_); }, outside_.browsers,
-             &outside_.limits},
+             &outside_.limits, &outside_.homeFiles},
             outside_.self.home) {}
 
 Snapshot Machine::scan(double interval) {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/cli/command_line.h"
@@ -14,8 +15,12 @@
 #include "app/modes.h"
 #include "app/panel/panel_jobs.h"
 #include "app/program/own_process.h"
+#include "system/files.h"
 #include "system/posix/file_answers.h"
+#include "system/posix/file_worker.h"
+#include "system/posix/replaced_file.h"
 #include "system/self.h"
+#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {
@@ -26,19 +31,31 @@ void complainUnknownWords(std::vector<std::string> words) {
   complain(unknownWordsText(words));
 }
 
+// By a process of its own, which finishes what it has begun whatever ends this one. A device or a pipe is no
+// file that another one could take the place of.
+bool writePicture(const std::string& path, const std::string& bytes) {
+  constexpr double seconds = 3'600;  // who waits for a slow disk can end the program
+  if (pathExists(path) && !isRegularFile(path)) return writeInto(path, bytes);
+  FileAnswer written;
+  FileWorker writer(ownExecutable().value_or(""));
+  writer.ask({.kind = FileQuestion::Kind::replace, .path = path, .content = bytes}, seconds, written);
+  return written.has_value();
+}
+
 int drawPanel(const ProgramRun& run) {
   const auto check = run.words.live ? std::optional(liveCheck(run)) : demoCheck(run);
   if (!check) return printUnknownScenario(run);
   if (!check->seen) return complainUnseen();
-  panel::writePanelImage({.snapshot = check->snapshot,
-                          .found = check->found,
-                          .dark = run.words.dark,
-                          .open = run.words.open,
-                          .path = *run.words.imagePath});
+  panel::writePanelImage(
+      {.snapshot = check->snapshot,
+       .found = check->found,
+       .dark = run.words.dark,
+       .open = run.words.open,
+       .write = [&run](const std::string& bytes) { return writePicture(*run.words.imagePath, bytes); }});
   return 0;  // also when the picture could not be drawn or written
 }
 
-int showApplication(const ProgramRun& run, const std::function<void(int)>& leaveNow) {
+int showApplication(const ProgramRun& run, std::optional<RealOutside>& real) {
   const Outside outside = run.outside();
   Machine machine(outside, titlesOf(run.words));
   return panel::showApplication({.makeModel =
@@ -47,7 +64,12 @@ int showApplication(const ProgramRun& run, const std::function<void(int)>& leave
                                      },
                                  .now = [&] { return machine.now(); },
                                  .settings = &outside.settings,
-                                 .leaveNow = leaveNow,
+                                 .leaveNow =
+                                     [&](int status) {
+                                       real->endTools();
+                                       std::_Exit(status);
+                                     },
+                                 .atTheEnd = [&](auto act) { real->atTheEnd(std::move(act)); },
                                  .exercise = run.words.exercise});
 }
 
@@ -71,11 +93,7 @@ int run(const CommandLine& words) {
                            },
                        .print = isLiveReport ? printAndLeave : printText};
   if (words.mode == Mode::snapshot) return drawPanel(run);
-  const auto leaveNow = [&outside](int status) {
-    if (outside) outside->endTools();
-    std::_Exit(status);
-  };
-  return words.mode == Mode::application ? showApplication(run, leaveNow) : runTextMode(run);
+  return words.mode == Mode::application ? showApplication(run, outside) : runTextMode(run);
 }
 
 bool mayAskModel(const CommandLine& words) {

@@ -18,11 +18,18 @@ Self withFiles(Self self, Files& files) {
 RealOutside::RealOutside(const Self& self, const std::string& program)
     : self_(self),
       files_(program, clock_, limits_),
+      settingsFiles_(program, clock_, unlimited_),
       placed_(withFiles(self, homeFiles_)),
-      settings_(userSettings(placed_)),
+      settings_(userSettings(placed_, settingsHome_)),
       sources_(liveMachine(placed_, homeFiles_, limits_)),
       browsers_(systemBrowsers(limitedTools_)),
       targets_(systemTargets(*sources_, self)) {}
+
+void RealOutside::beforeTheEnd() {
+  tools_.endAll();
+  const MutexLock lock(endMutex_);
+  if (endAct_) endAct_();
+}
 
 Outside RealOutside::parts() {
   return {.self = self_,
@@ -30,6 +37,7 @@ Outside RealOutside::parts() {
           .clock = clock_,
           .limits = limits_,
           .files = files_,
+          .homeFiles = homeFiles_,
           .tools = tools_,
           .toolCandidates = toolCandidates(placed_.home),
           .transport = transport_,

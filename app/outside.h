@@ -1,8 +1,10 @@
 // The world outside the program, in small objects: the program takes the real ones, tests hand in twins.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/remedies/system_targets.h"
@@ -15,6 +17,7 @@
 #include "system/check_limits.h"
 #include "system/clock.h"
 #include "system/files.h"
+#include "system/mutex.h"
 #include "system/posix/ending_signals.h"
 #include "system/posix/guarded_files.h"
 #include "system/unix_socket.h"
@@ -27,7 +30,8 @@ struct Outside {
   UserSettings& settings;
   Clock& clock;
   CheckLimits& limits;
-  Files& files;  // in folders of other programs
+  Files& files;      // in folders of other programs
+  Files& homeFiles;  // the user's own, and the system's
   ToolRunner& tools;
   ToolCandidates toolCandidates;
   SocketTransport& transport;
@@ -49,21 +53,35 @@ class RealOutside {
   // program that is about to have many threads.
   void watchForTheEnd() { endings_.watch(); }
 
+  // What is to be done besides when a signal ends the program; it must be quick and is done by a thread of
+  // its own. Empty: nothing. Any thread.
+  void atTheEnd(std::function<void()> act) {
+    const MutexLock lock(endMutex_);
+    endAct_ = std::move(act);
+  }
+
   // Ends every tool that runs, for good. Any thread.
   void endTools() { tools_.endAll(); }
 
  private:
+  void beforeTheEnd();
+
   const Self self_;
   SystemClock clock_;
   CheckLimits limits_{clock_};
   GuardedFiles files_;
   HomeFiles homeFiles_{files_, clock_};
+  CheckLimits unlimited_{clock_};  // what the panel asks for itself belongs to no check
+  GuardedFiles settingsFiles_;
+  HomeFiles settingsHome_{settingsFiles_, clock_};
   const Self placed_;  // as self_, with a home that has no files where the real one does not answer
   std::unique_ptr<UserSettings> settings_;
+  Mutex endMutex_;
+  std::function<void()> endAct_ TARNWICK_GUARDED_BY(endMutex_);
   PosixToolRunner tools_{[this] { endings_.watch(); }};
-  EndingSignals endings_{[this] { tools_.endAll(); }};
+  EndingSignals endings_{[this] { beforeTheEnd(); }};
   LimitedToolRunner limitedTools_{tools_, limits_};
-  UnixSocketTransport transport_;
+  UnixSocketTransport transport_{&homeFiles_};
   std::unique_ptr<LiveMachine> sources_;
   std::unique_ptr<Browsers> browsers_;
   std::unique_ptr<SystemTargets> targets_;

@@ -182,6 +182,10 @@ std::optional<std::string> GitReader::prTitle(const std::optional<std::string>& 
   const std::string key = *repo + "#" + *pr;
   const auto known = prCache.find(key);
   if (known != prCache.end()) return known->second;
+  // To start what lies in a folder that does not answer takes for ever, and that of gh may be the user's own.
+  const std::size_t before = files_.misses();
+  files_.isExecutableFile(*places_.ghBin());
+  if (files_.misses() != before) return std::nullopt;
   ToolOptions options = codeHostOnly();
   options.seconds = ghSeconds;
   const auto output =

@@ -9,7 +9,6 @@
 #include "records/browsers.h"
 #include "records/limits.h"
 #include "sampling/decode/memory_saver.h"
-#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {
@@ -169,7 +168,9 @@ void Scan::readDisk(Snapshot& snapshot) {
 
 void Scan::readMemorySaver(Snapshot& snapshot) const {
   if (!runs(snapshot.apps, chrome)) return;
-  const auto text = readSmallFile(home_ + chromeSettings, mostChromeSettings);
+  DirectFiles direct;
+  Files& files = sources_.homeFiles == nullptr ? direct : *sources_.homeFiles;
+  const auto text = files.readSmallFile(home_ + chromeSettings, mostChromeSettings);
   if (text) snapshot.memorySaver = memorySaverState(*text);
 }
 

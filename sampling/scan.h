@@ -16,6 +16,7 @@
 #include "sampling/workspace.h"
 #include "system/check_limits.h"
 #include "system/clock.h"
+#include "system/files.h"
 
 namespace tarnwick {
 
@@ -36,6 +37,7 @@ class Scan {
     std::function<bool()> dockerRuns;  // is there an engine to ask?
     BrowserQuestions& browsers;
     CheckLimits* limits = nullptr;  // of the check; null: it may take as long as it takes
+    Files* homeFiles = nullptr;     // for the user's own files; null: they are asked here and now
   };
 
   // At this much free space or less the system is asked what it could purge, which is slow. Just under 30

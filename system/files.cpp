@@ -1,6 +1,7 @@
 #include "system/files.h"
 
 #include <cstring>
+#include <utility>
 
 namespace tarnwick {
 
@@ -27,6 +28,16 @@ bool Files::isRegularFile(const std::string& path) { return ask({Kind::regular, 
 bool Files::isExecutableFile(const std::string& path) { return ask({Kind::program, path}).has_value(); }
 
 bool Files::isOwn(const std::string& path) { return ask({Kind::own, path}).has_value(); }
+
+bool Files::isOpenSocket(const std::string& path) { return ask({Kind::socket, path}).has_value(); }
+
+bool Files::replaceFile(const std::string& path, std::string content) {
+  return ask({.kind = Kind::replace, .path = path, .content = std::move(content)}).has_value();
+}
+
+bool Files::removeFile(const std::string& path) { return ask({Kind::remove, path}).has_value(); }
+
+bool Files::makeFolder(const std::string& path) { return ask({Kind::makeFolder, path}).has_value(); }
 
 // Names come one after another, each with a NUL behind it.
 std::vector<std::string> Files::folderEntries(const std::string& path) {

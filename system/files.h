@@ -33,11 +33,18 @@ struct FileQuestion {
     own,
     names,
     real,
-    volume
+    volume,
+    socket,
+    replace,
+    remove,
+    makeFolder
   };
   Kind kind = Kind::exists;
   std::string path;
-  std::uint64_t bytes = 0;  // how much is wanted; only of content, head and tail
+  std::uint64_t bytes = 0;   // how much is wanted; only of content, head and tail
+  std::string content = {};  // what the file shall hold; only of replace
+
+  bool changes() const { return kind >= Kind::replace; }
 };
 
 // The bytes that were asked for; empty where the answer is just "yes".
@@ -78,6 +85,14 @@ class Files {
   bool isExecutableFile(const std::string& path);
   bool isOwn(const std::string& path);
   std::vector<std::string> folderEntries(const std::string& path);
+
+  // A socket that this user may open.
+  bool isOpenSocket(const std::string& path);
+
+  // As the functions of replaced_file.h.
+  bool replaceFile(const std::string& path, std::string content);
+  bool removeFile(const std::string& path);
+  bool makeFolder(const std::string& path);
 
   // The path without links and dots; absent when there is nothing.
   std::optional<std::string> realPath(const std::string& path);

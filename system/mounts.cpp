@@ -23,6 +23,7 @@ bool holds(std::string_view point, std::string_view path) {
 
 // The kernel writes blanks, tabs, line feeds and backslashes as three octal digits.
 std::string unescaped(std::string_view text) {
+  if (text.find('\\') == std::string_view::npos) return std::string(text);
   const auto isOctal = [](char c) { return c >= '0' && c <= '7'; };
   std::string plain;
   for (std::size_t at = 0; at < text.size(); ++at) {
@@ -64,11 +65,20 @@ const Mount* mountOf(std::string_view path, const std::vector<Mount>& all) {
   return best;
 }
 
+std::vector<std::string> distantPoints(const std::vector<Mount>& all) {
+  std::vector<std::string> points;
+  for (const Mount& mount : all) {
+    if (std::ranges::find(localKinds, mount.kind) == localKinds.end()) points.push_back(mount.point);
+  }
+  return points;
+}
+
+bool isDistant(std::string_view path, const std::vector<std::string>& points) {
+  return std::ranges::any_of(points, [path](const std::string& point) { return holds(point, path); });
+}
+
 bool isLocal(std::string_view path, const std::vector<Mount>& all) {
-  const Mount* holder = mountOf(path, all);
-  return holder != nullptr && std::ranges::all_of(all, [&](const Mount& mount) {
-           return !holds(mount.point, path) || std::ranges::find(localKinds, mount.kind) != localKinds.end();
-         });
+  return mountOf(path, all) != nullptr && !isDistant(path, distantPoints(all));
 }
 
 }  // namespace tarnwick

@@ -22,6 +22,12 @@ std::vector<Mount> mountsIn(std::string_view mountinfo);
 // longest fitting point, of several the last. Null when none does.
 const Mount* mountOf(std::string_view path, const std::vector<Mount>& all);
 
+// The points of those that need somebody else to answer.
+std::vector<std::string> distantPoints(const std::vector<Mount>& all);
+
+// Does one of these points hold the path?
+bool isDistant(std::string_view path, const std::vector<std::string>& points);
+
 // Is everything on the way to `path` a file system of this machine, which needs nobody else to answer?
 bool isLocal(std::string_view path, const std::vector<Mount>& all);
 

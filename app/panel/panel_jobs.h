@@ -25,6 +25,8 @@ struct PanelApplication {
   // Ends the program at once with that status, and whatever it has started: for a user who quits while a
   // check waits for somebody.
   std::function<void(int)> leaveNow;
+  // Takes what is to be done when a signal ends the program, on whatever thread; empty: nothing.
+  std::function<void(std::function<void()>)> atTheEnd;
   bool exercise = false;  // open, open one card and close by themselves after 1, 4 and 9 seconds
 };
 
@@ -36,8 +38,8 @@ struct PanelPicture {
   const Snapshot& snapshot;
   const std::vector<Finding>& found;
   bool dark = false;
-  bool open = false;  // the first card and the leftovers are open
-  std::string path;
+  bool open = false;                              // the first card and the leftovers are open
+  std::function<bool(const std::string&)> write;  // takes the whole file; false when it was not written
 };
 
 // What such a picture shows.

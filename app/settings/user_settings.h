@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "records/basics.h"
+#include "system/files.h"
 
 namespace tarnwick {
 
@@ -21,7 +22,7 @@ class UserSettings {
   virtual void setPrTitles(bool on) = 0;
 };
 
-// The choices of the user on this system.
-std::unique_ptr<UserSettings> userSettings(const Self& self);
+// The choices of the user on this system. `files` is nobody else's and must outlive the result.
+std::unique_ptr<UserSettings> userSettings(const Self& self, Files& files);
 
 }  // namespace tarnwick

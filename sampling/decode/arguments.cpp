@@ -53,12 +53,19 @@ std::vector<std::string> procArguments(std::string_view bytes) {
   constexpr std::size_t most = longestCommandLine / bytesPerArgument;
   std::size_t count = 0;
   for (std::size_t at = 0; at < bytes.size() && count < most; ++count) at = endOfArgument(bytes, at) + 1;
+  // Nearly all are so short that no limit can bite, even if repairing made them three times as long.
+  const bool isShort = 3 * bytes.size() + bytesPerArgument * count <= longestArgument;
   std::vector<std::string> arguments;
   arguments.reserve(count);
   std::size_t room = longestCommandLine;
   for (std::size_t at = 0; at < bytes.size();) {
     const std::size_t end = endOfArgument(bytes, at);
-    if (!addArgument(bytes.substr(at, end - at), arguments, room)) break;
+    const std::string_view argument = bytes.substr(at, end - at);
+    if (isShort) {
+      arguments.push_back(repairUtf8(argument));
+    } else if (!addArgument(argument, arguments, room)) {
+      break;
+    }
     at = end + 1;
   }
   return arguments;

@@ -27,6 +27,22 @@ bool isRequestWord(std::string_view word) {
   return !word.empty() && std::all_of(word.begin(), word.end(), [](char c) { return c > ' ' && c < '\x7f'; });
 }
 
+std::string requestFor(std::string_view method, std::string_view path) {
+  std::string request(method);
+  request += ' ';
+  request += path;
+  request += " HTTP/1.0\r\nHost: docker\r\nContent-Length: 0\r\n\r\n";
+  return request;
+}
+
+// Of a successful reply.
+std::optional<std::string> bodyOf(std::optional<std::string> reply) {
+  const auto body = reply ? successfulBody(*reply) : std::nullopt;
+  if (!body) return std::nullopt;
+  reply->erase(0, reply->size() - body->size());
+  return reply;
+}
+
 // Did a question that was asked when `before` seconds were left use up all the time that it may take?
 bool tookItsTime(const Deadline& deadline, double before) {
   return deadline.passed() || before - deadline.left() >= askSeconds;
@@ -67,9 +83,8 @@ class MemoryRound {
 
   void ask(Container& container) {
     if (!isPlainContainerId(container.id) || measured_.contains(container.id)) return;
-    const std::string path = "/containers/" + container.id + "/stats?stream=false&one-shot=true";
     const double before = deadline_.left();
-    if (const std::optional<std::string> body = docker_.dockerAPI("GET", path, askSeconds, deadline_)) {
+    if (const std::optional<std::string> body = docker_.statistics(container.id, deadline_)) {
       container.mem = memoryOf(*body);
       unanswered_.store(0);
     } else {
@@ -100,7 +115,7 @@ bool Docker::present() const {
 std::optional<std::string> Docker::replyFrom(std::size_t place, const std::string& request, int timeout,
                                              const Deadline& deadline) const {
   const double left = deadline.left();
-  if (left <= 0 || !transport_.reachable(places_[place])) return std::nullopt;
+  if (left <= 0) return std::nullopt;
   const double silence = std::max(timeout, 1);
   const std::size_t most = request.starts_with(listRequest) ? mostListReply : mostOtherReply;
   const ExchangeLimits limits{std::min(silence, left), std::min(silence * totalTimeFactor, left), most};
@@ -110,24 +125,22 @@ std::optional<std::string> Docker::replyFrom(std::size_t place, const std::strin
 std::optional<std::string> Docker::dockerAPI(std::string_view method, std::string_view path, int timeout,
                                              const Deadline& deadline) const {
   if (!isRequestWord(method) || !isRequestWord(path)) return std::nullopt;
-  std::string request(method);
-  request += ' ';
-  request += path;
-  request += " HTTP/1.0\r\nHost: docker\r\nContent-Length: 0\r\n\r\n";
-  std::size_t place = answering_.load();
+  const std::string request = requestFor(method, path);
+  const std::size_t known = answering_.load();
   std::optional<std::string> reply;
-  if (place != nobody) {
+  for (std::size_t place = 0; place < places_.size() && !reply && !deadline.passed(); ++place) {
+    if ((known != nobody && place != known) || !transport_.reachable(places_[place])) continue;
     reply = replyFrom(place, request, timeout, deadline);
-  } else {
-    for (place = 0; place < places_.size() && !reply; ++place)
-      reply = replyFrom(place, request, timeout, deadline);
-    if (reply) answering_.store(place - 1);
+    if (reply) answering_.store(place);
   }
-  if (!reply) return std::nullopt;
-  const std::optional<std::string_view> body = successfulBody(*reply);
-  if (!body) return std::nullopt;
-  reply->erase(0, reply->size() - body->size());
-  return reply;
+  return bodyOf(std::move(reply));
+}
+
+std::optional<std::string> Docker::statistics(const std::string& container, const Deadline& deadline) const {
+  const std::size_t place = answering_.load();
+  if (place == nobody) return std::nullopt;
+  const std::string path = "/containers/" + container + "/stats?stream=false&one-shot=true";
+  return bodyOf(replyFrom(place, requestFor("GET", path), askSeconds, deadline));
 }
 
 std::vector<Container> Docker::dockerContainers(const std::set<std::string>& measured,

@@ -1,8 +1,8 @@
 // A small client of the container engine's HTTP API over its Unix-domain socket: which containers run, how
 // much memory each holds, and the request that stops one. The request is HTTP/1.0 by hand, so that a reply
 // simply ends where the stream ends. Nothing here reports an error: an engine that is not there, falls
-// silent or refuses is an absent reply. Remembers only which engine answered; any thread, each call blocks
-// only its own.
+// silent or refuses is an absent reply. Remembers only which engine answered. Used by one thread at a time,
+// but for statistics().
 #pragma once
 
 #include <atomic>
@@ -37,6 +37,10 @@ class Docker {
   // deadline.
   std::optional<std::string> dockerAPI(std::string_view method, std::string_view path, int timeout,
                                        const Deadline& deadline = {}) const;
+
+  // What the engine that answered the last list says about a container of it; its id is a plain one. Asks no
+  // file, so that several threads can ask side by side.
+  std::optional<std::string> statistics(const std::string& container, const Deadline& deadline) const;
 
   // The running containers of the first engine that answers, in its order; empty when none answers. The
   // memory of all but the `measured` ones is asked side by side, because a real engine takes a full second

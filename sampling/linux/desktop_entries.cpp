@@ -9,7 +9,6 @@
 #include "records/text.h"
 #include "records/utf8.h"
 #include "sampling/decode/desktop_entry.h"
-#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {
@@ -26,29 +25,30 @@ struct FoundEntry {
 };
 
 // The entry `id` of a folder: "a-b" is the file a-b.desktop or, in a subfolder, a/b.desktop.
-std::optional<FoundEntry> findIn(const std::string& folder, const std::string& id, int depth) {
+std::optional<FoundEntry> findIn(Files& files, const std::string& folder, const std::string& id, int depth) {
   if (!isSafe(id)) return std::nullopt;
   const std::string file = folder + "/" + id + ".desktop";
-  if (auto text = readSmallFile(file, desktopEntryLimit)) return FoundEntry{file, std::move(*text)};
+  if (auto text = files.readSmallFile(file, desktopEntryLimit)) return FoundEntry{file, std::move(*text)};
   if (depth == deepestFolder) return std::nullopt;
   for (auto dash = id.find('-'); dash != std::string::npos; dash = id.find('-', dash + 1)) {
     const std::string below = folder + "/" + id.substr(0, dash);
-    if (dash == 0 || !isDirectory(below)) continue;
-    if (auto found = findIn(below, id.substr(dash + 1), depth + 1)) return found;
+    if (dash == 0 || !files.isDirectory(below)) continue;
+    if (auto found = findIn(files, below, id.substr(dash + 1), depth + 1)) return found;
   }
   return std::nullopt;
 }
 
 // Adds the ids of the entries below `folder`; `before` is what the folders above it add to an id.
-void collectIds(const std::string& folder, const std::string& before, int depth, std::set<std::string>& ids) {
+void collectIds(Files& files, const std::string& folder, const std::string& before, int depth,
+                std::set<std::string>& ids) {
   constexpr std::string_view ending = ".desktop";
-  for (const std::string& name : folderEntries(folder)) {
+  for (const std::string& name : files.folderEntries(folder)) {
     const std::string below = std::string(folder).append("/").append(name);
     if (name.ends_with(ending) && isSafe(name)) {
       ids.insert(before + name.substr(0, name.size() - ending.size()));
     } else if (depth < deepestFolder && isSafe(name) && name.find('.') == std::string::npos &&
-               isDirectory(below)) {
-      collectIds(below, std::string(before).append(name).append("-"), depth + 1, ids);
+               files.isDirectory(below)) {
+      collectIds(files, below, std::string(before).append(name).append("-"), depth + 1, ids);
     }
   }
 }
@@ -67,8 +67,11 @@ std::vector<std::string> applicationFolders(const std::string& home) {
   return folders;
 }
 
-DesktopEntries::DesktopEntries(std::vector<std::string> applicationFolders, const std::string& locale)
-    : folders_(std::move(applicationFolders)), variants_(localeVariants(locale)) {}
+DesktopEntries::DesktopEntries(std::vector<std::string> applicationFolders, const std::string& locale,
+                               Files* files)
+    : files_(files == nullptr ? direct_ : *files),
+      folders_(std::move(applicationFolders)),
+      variants_(localeVariants(locale)) {}
 
 std::optional<DesktopEntry> DesktopEntries::find(const std::string& id) {
   const auto known = answers_.find(id);
@@ -79,9 +82,9 @@ std::optional<DesktopEntry> DesktopEntries::find(const std::string& id) {
 const std::vector<DesktopEntry>& DesktopEntries::all() {
   if (all_) return *all_;
   // Most sessions name folders that nobody has made; each entry would be looked for in them again.
-  std::erase_if(folders_, [](const std::string& folder) { return !isDirectory(folder); });
+  std::erase_if(folders_, [this](const std::string& folder) { return !files_.isDirectory(folder); });
   std::set<std::string> ids;
-  for (const std::string& folder : folders_) collectIds(folder, "", 0, ids);
+  for (const std::string& folder : folders_) collectIds(files_, folder, "", 0, ids);
   all_.emplace();
   for (const std::string& id : ids) {
     if (all_->size() == mostDesktopEntries) break;
@@ -90,9 +93,9 @@ const std::vector<DesktopEntry>& DesktopEntries::all() {
   return *all_;
 }
 
-std::optional<DesktopEntry> DesktopEntries::read(const std::string& id) const {
+std::optional<DesktopEntry> DesktopEntries::read(const std::string& id) {
   for (const std::string& folder : folders_) {
-    const auto found = findIn(folder, id, 0);
+    const auto found = findIn(files_, folder, id, 0);
     if (!found) continue;
     const auto entry = desktopEntryText(found->text, variants_);
     // The first folder decides, even with an entry that says nothing: so users hide applications.

@@ -1,6 +1,7 @@
 // The applications that are installed for this user, found by their desktop entries. Answers are kept for
 // the life of the object, absent ones too: a check asks for the same few applications each time. One per
-// run, used by one thread at a time. What cannot be read is absent.
+// run, used by one thread at a time. What cannot be read is absent, and so is for this run what did not
+// answer when all were read.
 #pragma once
 
 #include <map>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "system/environment.h"
+#include "system/files.h"
 
 namespace tarnwick {
 
@@ -28,8 +30,14 @@ std::vector<std::string> applicationFolders(const std::string& home);
 
 class DesktopEntries {
  public:
+  // `files` asks the folders and must outlive it; null: the system is asked here and now.
   explicit DesktopEntries(std::vector<std::string> applicationFolders,
-                          const std::string& locale = messageLocale());
+                          const std::string& locale = messageLocale(), Files* files = nullptr);
+  DesktopEntries(const DesktopEntries&) = delete;
+  DesktopEntries& operator=(const DesktopEntries&) = delete;
+
+  // Who asks about the folders, for whoever follows what the entries name.
+  Files& files() { return files_; }
 
   // All of them, by id; read once.
   const std::vector<DesktopEntry>& all();
@@ -38,8 +46,10 @@ class DesktopEntries {
   std::optional<DesktopEntry> find(const std::string& id);
 
  private:
-  std::optional<DesktopEntry> read(const std::string& id) const;
+  std::optional<DesktopEntry> read(const std::string& id);
 
+  DirectFiles direct_;
+  Files& files_;
   std::vector<std::string> folders_;
   std::vector<std::string> variants_;  // of localized keys, best first
   std::map<std::string, std::optional<DesktopEntry>> answers_;

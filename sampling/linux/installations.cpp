@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <tuple>
 #include <utility>
 
@@ -12,7 +11,6 @@
 #include "records/text.h"
 #include "sampling/decode/desktop_entry.h"
 #include "sampling/decode/launch_command.h"
-#include "system/small_file.h"
 
 namespace tarnwick {
 namespace {
@@ -48,12 +46,6 @@ bool isOneOf(std::string_view word, const Words& words) {
 
 std::string parentOf(const std::string& path) {
   return path.substr(0, std::max<std::size_t>(path.rfind('/'), 1));
-}
-
-std::string resolved(const std::string& path) {
-  std::error_code error;
-  const auto real = std::filesystem::canonical(path, error);
-  return error ? std::string() : real.string();
 }
 
 // The interpreter that a script names in its first line, by its file's name; empty for another file.
@@ -96,8 +88,8 @@ bool Installations::anyUnknown() {
 
 const Installations::Installation* Installations::ofExecutable(const std::string& path) {
   readAll();
-  const auto file = files_.find(path);
-  const Installation* exact = file == files_.end() ? nullptr : &file->second;
+  const auto file = programs_.find(path);
+  const Installation* exact = file == programs_.end() ? nullptr : &file->second;
   if (exact != nullptr && exact->entries.front().shown) return exact;
   if (path.starts_with(imageMounts)) return ofImage(path.substr(0, path.find('/', imageMounts.size())));
   for (std::string folder = parentOf(path); folder.size() > 1; folder = parentOf(folder)) {
@@ -110,9 +102,9 @@ const Installations::Installation* Installations::ofExecutable(const std::string
 const Installations::Installation* Installations::ofImage(const std::string& mount) {
   auto& image = images_[mount];
   if (!image) {
-    for (const std::string& id : folderEntries(mount)) {
+    for (const std::string& id : files_.folderEntries(mount)) {
       if (!id.ends_with(".desktop")) continue;
-      DesktopEntries its({mount});
+      DesktopEntries its({mount}, messageLocale(), &files_);
       if (auto entry = its.find(id.substr(0, id.rfind('.')))) image = Installation{{std::move(*entry)}, {}};
     }
   }
@@ -141,7 +133,7 @@ void Installations::place(const DesktopEntry& entry) {
   // What the bus starts for the application need not be what the menu starts.
   if (entry.id.find('.') == std::string::npos) return;
   const auto service =
-      readSmallFile("/usr/share/dbus-1/services/" + entry.id + ".service", desktopEntryLimit);
+      files_.readSmallFile("/usr/share/dbus-1/services/" + entry.id + ".service", desktopEntryLimit);
   std::string_view text = service ? std::string_view(*service) : std::string_view();
   while (!text.empty()) {
     const std::string_view line = takeLine(text);
@@ -154,8 +146,8 @@ void Installations::place(const DesktopEntry& entry) {
 bool Installations::placeProgram(const std::string& file, const DesktopEntry& entry, int depth) {
   const std::string_view name = lastPathComponent(file);
   if (file.empty() || isSharedRuntime(name)) return false;
-  auto head = readFileHead(file, firstBytes);
-  if (head && head->starts_with("#!")) head = readFileHead(file, scriptBytes);
+  auto head = files_.readFileHead(file, firstBytes);
+  if (head && head->starts_with("#!")) head = files_.readFileHead(file, scriptBytes);
   if (!head) return false;
   const std::string interpreter = interpreterOf(*head);
   const std::string folder = installationFolder(file);
@@ -165,7 +157,7 @@ bool Installations::placeProgram(const std::string& file, const DesktopEntry& en
   if (!folder.empty() && !byLanguage)
     add(folders_, folder, interpreter.empty() ? file : std::string(), entry);
   if (interpreter.empty()) {
-    add(files_, file, file, entry);
+    add(programs_, file, file, entry);
     return true;
   }
   if (!isInteractiveShell(interpreter)) {
@@ -191,15 +183,15 @@ void Installations::add(std::map<std::string, Installation, std::less<>>& where,
 }
 
 // The real file behind a program's name or path; empty when there is none.
-std::string Installations::located(const std::string& program) const {
-  if (program.starts_with('/')) return resolved(program);
+std::string Installations::located(const std::string& program) {
+  if (program.starts_with('/')) return files_.realPath(program).value_or("");
   if (program.empty() || program.find('/') != std::string::npos) return {};
   for (const std::string_view folder : searched) {
     std::string file = std::string(folder) + program;
-    if (isExecutableFile(file)) return resolved(file);
+    if (files_.isExecutableFile(file)) return files_.realPath(file).value_or("");
   }
   const std::string own = home_ + "/.local/bin/" + program;
-  return isExecutableFile(own) ? resolved(own) : std::string();
+  return files_.isExecutableFile(own) ? files_.realPath(own).value_or("") : std::string();
 }
 
 // The folder that holds nothing but the application of the file; empty when there is none.

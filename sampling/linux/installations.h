@@ -17,7 +17,8 @@ namespace tarnwick {
 class Installations {
  public:
   // `entries` must live longer.
-  Installations(DesktopEntries& entries, std::string home) : entries_(entries), home_(std::move(home)) {}
+  Installations(DesktopEntries& entries, std::string home)
+      : entries_(entries), files_(entries.files()), home_(std::move(home)) {}
 
   // One installation, which several entries may start: an office suite's programs, a browser's web pages.
   struct Installation {
@@ -46,16 +47,17 @@ class Installations {
   bool placeProgram(const std::string& file, const DesktopEntry& entry, int depth);
   void add(std::map<std::string, Installation, std::less<>>& where, const std::string& key,
            const std::string& program, const DesktopEntry& entry);
-  std::string located(const std::string& program) const;
+  std::string located(const std::string& program);
   bool isPrivate(const std::string& folder) const;
   std::string installationFolder(const std::string& file) const;
   const Installation* ofImage(const std::string& mount);
 
   DesktopEntries& entries_;
+  Files& files_;
   std::string home_;
   bool isRead_ = false;
   bool anyUnknown_ = false;
-  std::map<std::string, Installation, std::less<>> files_;     // by executable
+  std::map<std::string, Installation, std::less<>> programs_;  // by executable
   std::map<std::string, Installation, std::less<>> folders_;   // by folder, without a slash at its end
   std::map<std::string, Installation, std::less<>> flatpaks_;  // by id
   std::map<std::string, std::optional<Installation>, std::less<>> images_;  // by mount

@@ -11,7 +11,7 @@ namespace {
 class LinuxMachine : public LiveMachine {
  public:
   LinuxMachine(const Self& self, Files& files, CheckLimits& limits)
-      : entries_(applicationFolders(self.home)),
+      : entries_(applicationFolders(self.home), messageLocale(), &files),
         applications_(entries_, {.uid = self.uid, .home = self.home}),
         processes_({.uid = self.uid, .applications = &applications_, .limits = &limits}),
         machine_({.uid = self.uid, .home = self.home, .files = &processes_.machineFiles()}, &files) {}

@@ -1,24 +1,24 @@
 #include "sampling/tools/tool_places.h"
 
 #include "system/environment.h"
-#include "system/small_file.h"
 
 namespace tarnwick {
 
-std::optional<std::string> executable(const std::vector<std::string>& candidates) {
+std::optional<std::string> executable(const std::vector<std::string>& candidates, Files& files) {
   if (toolsAreOff()) return std::nullopt;
   for (const std::string& candidate : candidates) {
-    if (isExecutableFile(candidate)) return candidate;
+    if (files.isExecutableFile(candidate)) return candidate;
   }
   return std::nullopt;
 }
 
 void ToolPlaces::lookUp() {
-  std::call_once(lookedUp_, [this] {
-    gitBin_ = executable(candidates_.git);
-    simctlBin_ = executable(candidates_.simctl);
-    ghBin_ = executable(candidates_.gh);
-  });
+  if (lookedUp_) return;
+  const std::size_t before = files_.misses();
+  gitBin_ = executable(candidates_.git, files_);
+  simctlBin_ = executable(candidates_.simctl, files_);
+  ghBin_ = executable(candidates_.gh, files_);
+  lookedUp_ = files_.misses() == before;
 }
 
 const std::optional<std::string>& ToolPlaces::gitBin() {

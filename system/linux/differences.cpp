@@ -42,6 +42,6 @@ void closeAllFrom(int first) {
   for (int number = first; number < end; ++number) ::close(number);
 }
 
-void endWithParent() { ::prctl(PR_SET_PDEATHSIG, SIGKILL); }
+void endWithParent(bool wanted) { ::prctl(PR_SET_PDEATHSIG, wanted ? SIGKILL : 0); }
 
 }  // namespace tarnwick

@@ -44,6 +44,6 @@ void closeAllFrom(int first) {
 }
 
 // There is no such wish here; the worker ends when its socket is closed.
-void endWithParent() {}
+void endWithParent(bool /*wanted*/) {}
 
 }  // namespace tarnwick

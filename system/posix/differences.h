@@ -31,7 +31,7 @@ ssize_t sendQuietly(int socket, const void* bytes, std::size_t count);
 // Closes every descriptor from that number on.
 void closeAllFrom(int first);
 
-// Has the system end this process with the one that started it, where it can.
-void endWithParent();
+// Has the system end this process with the one that started it, where it can, or no longer.
+void endWithParent(bool wanted);
 
 }  // namespace tarnwick

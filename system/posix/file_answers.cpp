@@ -14,7 +14,9 @@
 
 #include "system/files.h"
 #include "system/posix/differences.h"
+#include "system/posix/replaced_file.h"
 #include "system/small_file.h"
+#include "system/unix_socket.h"
 
 namespace tarnwick {
 namespace {
@@ -72,12 +74,29 @@ bool sendAll(int socket, const void* bytes, std::size_t count) {
   return true;
 }
 
+bool receiveContent(int socket, FileQuestion& question) {
+  if (question.bytes > longestFileAnswer) return false;
+  question.content.resize(question.bytes);
+  return receiveWhole(socket, question.content.data(), question.content.size());
+}
+
+// What has been begun is finished, also when whoever wanted it is told to end meanwhile: a file under a
+// passing name would stay behind.
+FileAnswer changeWhole(const FileQuestion& question) {
+  endWithParent(false);
+  FileAnswer answer = answerTo(question);
+  endWithParent(true);
+  return answer;
+}
+
 bool serveOne(int socket) {
   FileQuestionHead head;
   if (!receiveWhole(socket, &head, sizeof head) || head.pathBytes > longestFilePath) return false;
   std::string path(head.pathBytes, '\0');
   if (!receiveWhole(socket, path.data(), path.size())) return false;
-  const FileAnswer answer = answerTo({static_cast<Kind>(head.kind), std::move(path), head.bytes});
+  FileQuestion question{static_cast<Kind>(head.kind), std::move(path), head.bytes};
+  if (question.changes() && !receiveContent(socket, question)) return false;
+  const FileAnswer answer = question.changes() ? changeWhole(question) : answerTo(question);
   const FileAnswerHead reply{.found = answer ? 1U : 0U,
                              .bytes = static_cast<std::uint32_t>(answer ? answer->size() : 0)};
   return sendAll(socket, &reply, sizeof reply) &&
@@ -113,6 +132,14 @@ FileAnswer answerTo(const FileQuestion& question) {
       return realPathOf(path);
     case Kind::volume:
       return volumeOf(path);
+    case Kind::socket:
+      return yesIf(UnixSocketTransport().reachable(path));
+    case Kind::replace:
+      return yesIf(replaceFile(path, question.content));
+    case Kind::remove:
+      return yesIf(removeFile(path));
+    case Kind::makeFolder:
+      return yesIf(makeFolder(path));
   }
   return std::nullopt;
 }
@@ -126,7 +153,7 @@ bool isFileWorker(int argc, char** argv) {
 // Nothing of its parent's may stay open in a process that may never end: a reader at the other end of a pipe
 // would wait for it.
 int serveFileQuestions() {
-  endWithParent();
+  endWithParent(true);
   closeAllFrom(STDERR_FILENO + 1);
   while (serveOne(STDIN_FILENO)) {
   }

@@ -1,6 +1,7 @@
 // The process that asks the system about files on behalf of another one, which can then do without it: the
-// program itself, started anew with a private word and a socket as standard input. A question is a head and a
-// path, its answer a head and bytes, both in the machine's own order; it ends when the other end hangs up.
+// program itself, started anew with a private word and a socket as standard input. A question is a head, a
+// path and what shall be written, its answer a head and bytes, all in the machine's own order; it ends when
+// the other end hangs up.
 #pragma once
 
 #include <cstddef>

@@ -69,9 +69,10 @@ class Errand {
 bool carry(Errand& errand, const FileQuestion& question, FileAnswer& answer) {
   const FileQuestionHead head{.kind = static_cast<std::uint32_t>(question.kind),
                               .pathBytes = static_cast<std::uint32_t>(question.path.size()),
-                              .bytes = question.bytes};
+                              .bytes = question.changes() ? question.content.size() : question.bytes};
   std::string message(reinterpret_cast<const char*>(&head), sizeof head);
   message += question.path;
+  message += question.content;
   FileAnswerHead reply;
   if (!errand.send(message.data(), message.size()) || !errand.receive(&reply, sizeof reply)) return false;
   if (reply.bytes > longestFileAnswer) return false;
@@ -85,7 +86,8 @@ bool carry(Errand& errand, const FileQuestion& question, FileAnswer& answer) {
 
 FileWorker::Outcome FileWorker::ask(const FileQuestion& question, double seconds, FileAnswer& answer) {
   layToRest();
-  if (question.path.size() > longestFilePath) return Outcome::answered;
+  if (question.path.size() > longestFilePath || question.content.size() > longestFileAnswer)
+    return Outcome::answered;
   if (pid_ == 0 && !start()) return Outcome::broken;
   Errand errand(socket_.number(), seconds);
   if (carry(errand, question, answer)) return Outcome::answered;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace tarnwick {
 namespace {
@@ -22,7 +23,7 @@ std::string folderOf(const std::string& path) {
 FileAnswer GuardedFiles::ask(const FileQuestion& question) {
   if (!question.path.starts_with('/')) return std::nullopt;
   if (!hasTime() || !mayVisit(question.path)) return std::nullopt;
-  const double seconds = limits_.within(answerSeconds).left();
+  const double seconds = limits_.within(question.changes() ? changeSeconds : answerSeconds).left();
   FileAnswer answer;
   switch (worker_.ask(question, seconds, answer)) {
     case FileWorker::Outcome::answered:
@@ -77,12 +78,34 @@ void GuardedFiles::miss(const std::string& whom) {
 }
 
 FileAnswer HomeFiles::ask(const FileQuestion& question) {
+  if (question.changes() || !question.path.starts_with('/')) return files_.ask(question);
+  FileQuestion behindLinks = question;
+  const bool isNear = follow(behindLinks.path);
+  return isNear ? answerTo(question) : files_.ask(behindLinks);
+}
+
+// Most questions are about many files of few folders, so the way is gone to each folder once.
+bool HomeFiles::follow(std::string& path) {
   const double now = clock_.uptime();
   if (!readAt_ || now - *readAt_ > mountSeconds) {
-    mounts_ = mounts();
+    const std::vector<Mount> all = mounts();
+    distant_ =
+        all.empty() ? std::vector<std::string>{"/"} : distantPoints(all);  // nothing is known: all of it
+    folders_.clear();
     readAt_ = now;
   }
-  return isLocal(question.path, mounts_) ? answerTo(question) : files_.ask(question);
+  const std::string folder = folderOf(path);
+  const auto [known, isNew] = folders_.try_emplace(folder);
+  if (isNew) known->second = wayTo(folder, distant_);
+  Way way = known->second;
+  const std::string rest = path.substr(folder.size());
+  if (way.local) {
+    way = wayFrom(way, rest, distant_);
+  } else {
+    way.path.append("/").append(rest);
+  }
+  path = std::move(way.path);
+  return way.local;
 }
 
 }  // namespace tarnwick

@@ -14,6 +14,7 @@
 #include "system/files.h"
 #include "system/mounts.h"
 #include "system/posix/file_worker.h"
+#include "system/posix/local_way.h"
 
 namespace tarnwick {
 
@@ -21,6 +22,9 @@ class GuardedFiles final : public Files {
  public:
   // So long may one answer take, in seconds.
   static constexpr double answerSeconds = 1;
+
+  // So long may a change take, which is not asked for in a check; seconds.
+  static constexpr double changeSeconds = 5;
 
   // So long is a file system not asked that has missed; seconds. One of this machine's own, which is only
   // slow, is asked again in the next check.
@@ -48,23 +52,29 @@ class GuardedFiles final : public Files {
   std::map<std::string, double> stalled_;  // folders, and until when (uptime) nobody is sent there
 };
 
-// The same for places that are the user's own, the home folder say: where the way to them is local, they are
-// asked here and now. `files` must outlive it.
+// The same for the user's own places and the system's, the home folder say: where the way to them, through
+// all links, is local, they are asked here and now. Changes are always the worker's, because it finishes what
+// it has begun. `files` must outlive it.
 class HomeFiles final : public Files {
  public:
   HomeFiles(Files& files, Clock& clock) : files_(files), clock_(clock) {}
 
   FileAnswer ask(const FileQuestion& question) override;
   std::size_t misses() const override { return files_.misses(); }
+  void rest() override { files_.rest(); }
 
  private:
+  // Puts what the links on the way lead to in the place of the path. Is it this machine's own?
+  bool follow(std::string& path);
+
   // The list of mounts is good for so long, in seconds.
   static constexpr double mountSeconds = 30;
 
   Files& files_;
   Clock& clock_;
-  std::vector<Mount> mounts_;
-  std::optional<double> readAt_;  // uptime
+  std::vector<std::string> distant_;
+  std::map<std::string, Way> folders_;  // as they are named, while the list of mounts is good
+  std::optional<double> readAt_;        // uptime
 };
 
 }  // namespace tarnwick

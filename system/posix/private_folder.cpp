@@ -7,6 +7,9 @@
 
 #include <cerrno>
 
+#include "system/mounts.h"
+#include "system/posix/local_way.h"
+
 namespace tarnwick {
 namespace {
 
@@ -18,7 +21,7 @@ bool isOwn(const struct stat& facts) { return facts.st_uid == ::geteuid(); }
 }  // namespace
 
 std::optional<PrivateFolder> PrivateFolder::open(const std::string& path) {
-  if (!path.starts_with('/')) return std::nullopt;
+  if (!path.starts_with('/') || !wayTo(path, distantPoints(mounts())).local) return std::nullopt;
   Descriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   struct stat facts {};
   if (!folder.isOpen() || ::fstat(folder.number(), &facts) != 0) return std::nullopt;

@@ -13,7 +13,7 @@ namespace tarnwick {
 class PrivateFolder {
  public:
   // Absent unless `path` is absolute and names a folder, not a link to one, that belongs to the user with
-  // mode 0700.
+  // mode 0700, on a file system of this machine: one that waits for somebody else would hold the start up.
   static std::optional<PrivateFolder> open(const std::string& path);
 
   // What came of asking for a lock.

@@ -4,15 +4,15 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "system/environment.h"
 #include "system/mounts.h"
+#include "system/posix/local_way.h"
 #include "system/small_file.h"
 
 namespace tarnwick {
@@ -38,23 +38,6 @@ std::optional<std::string> realFolder(const std::string& path) {
   return real.get();
 }
 
-// Takes the first part of a path, without slashes, off the front of it.
-std::string takePart(std::string& path) {
-  const std::size_t start = std::min(path.find_first_not_of('/'), path.size());
-  const std::size_t end = std::min(path.find('/', start), path.size());
-  std::string part = path.substr(start, end - start);
-  path.erase(0, end);
-  return part;
-}
-
-// Absent for what is no link.
-std::optional<std::string> linkTarget(const std::string& path) {
-  std::array<char, 4'096> target{};
-  const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
-  if (length <= 0) return std::nullopt;
-  return std::string(target.data(), static_cast<std::size_t>(length));
-}
-
 }  // namespace
 
 std::string homeFolder(const std::optional<std::string>& environment,
@@ -68,31 +51,8 @@ std::string homeFolder(const std::optional<std::string>& environment,
 std::string resolvedHome(const std::string& home) {
   const std::vector<Mount> all = mounts();
   if (all.empty()) return realFolder(home).value_or(home);
-  constexpr int mostLinks = 40;
-  std::string done;  // has no links
-  std::string rest = home;
-  for (int links = 0; !rest.empty();) {
-    const std::string part = takePart(rest);
-    if (part.empty() || part == ".") continue;
-    if (part == "..") {
-      done.resize(std::min(done.rfind('/'), done.size()));
-      continue;
-    }
-    std::string next = done;
-    next.append("/").append(part);
-    if (!isLocal(next, all)) return next + rest;
-    const auto target = linkTarget(next);
-    if (!target) {
-      done = next;
-    } else if (++links > mostLinks) {
-      return home;
-    } else {
-      if (target->starts_with('/')) done.clear();
-      rest.insert(0, *target);
-    }
-  }
-  if (done.empty()) return "/";
-  return pathExists(done) ? done : home;
+  Way way = wayTo(home, distantPoints(all));
+  return way.local && !pathExists(way.path) ? home : std::move(way.path);
 }
 
 Self readSelf() {

@@ -96,6 +96,7 @@ std::optional<std::string> readToEnd(int socket, const ExchangeLimits& limits, I
 }  // namespace
 
 bool UnixSocketTransport::reachable(const std::string& path) {
+  if (files_ != nullptr) return files_->isOpenSocket(path);
   struct stat status {};
   return ::stat(path.c_str(), &status) == 0 && S_ISSOCK(status.st_mode) &&
          ::access(path.c_str(), R_OK | W_OK) == 0;

@@ -1,4 +1,7 @@
 #include "context/git_files.h"
+
+#include <sys/stat.h>
+
 #include "context/git_reader.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/recording_tool_runner.h"
@@ -14,6 +17,7 @@ TEST(GitFiles, HeadNamesABranchOrACommit) {
       {"0123456789abcdef0123456789abcdef01234567\n", "0123456"},
       {"ref: refs/remotes/origin/x\n", "ref: re"},
       {"éééééééé", "ééééééé"},
+      {"ref: refs/heads/" + std::string(4'097, 'b'), std::string(4'096, 'b')},
       {"", ""},
   };
   for (const auto& [head, branch] : cases) EXPECT_EQ(branchFrom(head), branch) << head;
@@ -145,6 +149,9 @@ TEST_F(GitCacheTest, AnAnswerIsGoodForLessThanFiveMinutes) {
   EXPECT_THAT(Strings(asked.begin(), asked.begin() + 4),
               ElementsAre(folder_.at("git"), "-C", project_, "--git-dir=" + project_ + "/.git"));
   EXPECT_THAT(Strings(asked.end() - 3, asked.end()), ElementsAre("log", "-1", "--format=%cr%n%s"));
+  const auto& set = runner_.options.addedVariables;
+  EXPECT_THAT(set, Contains(Pair("GIT_CEILING_DIRECTORIES", home_)));
+  EXPECT_THAT(set, AllOf(Contains(Pair("GIT_ALLOW_PROTOCOL", "")), Contains(Pair("LC_ALL", "C.UTF-8"))));
 
   lay("project", "other");
   clock_.turn(299);
@@ -231,7 +238,10 @@ TEST_F(GitCacheTest, TheLibraryOfTheHomeIsNeverRead) {
   for (const char* folder : {"Library/x", "Library2"}) lay(folder, "main");
   EXPECT_EQ(reader_.git(home_ + "/Library/x"), std::nullopt);
   EXPECT_EQ(reader_.git("."), std::nullopt) << "only an absolute path is a folder";
-  EXPECT_TRUE(runner_.calls.empty());
+  folder_.write("home/pipe/.git/config", "");
+  ASSERT_EQ(::mkfifo((home_ + "/pipe/.git/HEAD").c_str(), 0600), 0);
+  EXPECT_TRUE(reader_.git(home_ + "/pipe"));
+  EXPECT_TRUE(runner_.calls.empty()) << "git would wait for the pipe";
   EXPECT_TRUE(reader_.git(home_ + "/Library2"));
 }
 
@@ -241,7 +251,8 @@ TEST_F(GitCacheTest, OutputOfGitIsTakenLineByLine) {
       {"\n 2 days ago\nSubject \n\n", "2 days ago", "Subject"},
       {"2 days ago\n", "2 days ago", ""},
       {"", "", ""},
-      {"now\n" + std::string(5'000, 's'), "now", std::string(4'096, 's')}};
+      {"now\n" + std::string(5'000, 's'), "now", std::string(4'096, 's')},
+      {std::string(5'000, 'a') + "\ns", std::string(4'096, 'a'), "s"}};
   for (const auto& [output, ago, subject] : cases) {
     runner_.answer.output = output;
     const Git git = reader_.readGit(project_).value();
@@ -274,15 +285,18 @@ TEST_F(GitCacheTest, ATitleIsAskedForOncePerRun) {
   const Strings asked = {folder_.at("gh"), "pr",   "view",   "--repo", "acme/shop", "--json",
                          "title",          "--jq", ".title", "--",     "42"};
   EXPECT_EQ(runner_.calls, std::vector<Strings>{asked});
+  EXPECT_TRUE(runner_.options.emptyInput);
 
+  runner_.answer.output = std::string(5'000, 't');
+  EXPECT_EQ(askingReader_.prTitle("acme/long", "4"), std::string(4'096, 't'));
   runner_.answer.output = " \n";
   EXPECT_EQ(askingReader_.prTitle("acme/shop", "4"), std::nullopt);
-  EXPECT_EQ(runner_.calls.size(), 2U);
+  EXPECT_EQ(runner_.calls.size(), 3U);
   runner_.answer.output = "Too late";
   clock_.turn(1e6);
   EXPECT_EQ(askingReader_.prTitle("acme/shop", "42"), "Fix the “cart”");
   EXPECT_EQ(askingReader_.prTitle("acme/shop", "4"), std::nullopt);
-  EXPECT_EQ(runner_.calls.size(), 2U);
+  EXPECT_EQ(runner_.calls.size(), 3U);
 }
 
 }  // namespace

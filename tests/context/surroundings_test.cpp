@@ -150,7 +150,9 @@ TEST_F(LiveSurroundingsTest, HeadsOfFilesAreValidText) {
 
 struct CountingFiles : Files {
   FileAnswer ask(const FileQuestion& question) override { return ++asked[question.path], answerTo(question); }
+  bool hasTime() override { return inTime; }
   std::map<std::string, int> asked;
+  bool inTime = true;
 };
 
 // Many servers share their ancestors, most of which have no mark.
@@ -165,6 +167,15 @@ TEST_F(LiveSurroundingsTest, AFolderIsAskedForOnceInACheck) {
   live.beginCheck();
   EXPECT_TRUE(live.exists(mark) && live.exists(mark));
   EXPECT_THAT(files.asked, ElementsAre(Pair(mark, 2)));
+  files.inTime = false;
+  live.beginCheck();
+  EXPECT_FALSE(live.exists(mark));
+  EXPECT_THAT(files.asked, ElementsAre(Pair(mark, 2))) << "no time to ask";
+  ClaudeReader claude(home_.path(), files);
+  const std::string folder = home_.at(".claude/projects/p/");
+  std::filesystem::create_directories(folder);
+  for (int session = 0; session < 2; ++session) claude.transcript("gone");
+  EXPECT_EQ(files.asked[folder + "gone.jsonl"], 1);
 }
 
 TEST_F(LiveSurroundingsTest, ADeviceIsNamedByItsPropertyListAndASimulatorTakesItsTool) {

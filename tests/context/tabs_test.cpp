@@ -78,6 +78,9 @@ TEST(TabScripts, OutputIsSplitAtLineEnds) {
   EXPECT_THAT(urlsOfLines("a\nb\r\n\n\rc"), ElementsAre("a", "b", "c"));
   EXPECT_THAT(urlsOfLines("a\n"), ElementsAre("a"));
   EXPECT_THAT(urlsOfLines("\n\n"), IsEmpty());
+  std::string many;
+  for (int line = 0; line < 10'001; ++line) many += "a\n";
+  EXPECT_THAT(urlsOfLines(many), SizeIs(10'000));
 }
 
 TEST(AutomationStatus, OnlyThreeAnswersAreClear) {

@@ -210,6 +210,14 @@ TEST_F(Simulators, AreOneCardThatShutsThemDown) {
                  "iPad and iPhone 17 have been on for 5 days. Shut them down if you are not testing on them.",
                  "iPad and iPhone 17 have been on for 5 days."));
   EXPECT_THAT(both.actions, IsEmpty()) << "nothing that could shut them down";
+  for (Pid pid = 100; pid < 170; ++pid) {
+    const std::string udid = "00000000-0000-0000-0000-000000000" + std::to_string(pid);
+    around.devices[folder + udid + "/device.plist"] = "Nr" + udid;
+    launch(pid, folder + udid + plist, 60);
+  }
+  m.index();
+  const std::string many = only(simulators(m, around)).detail;
+  EXPECT_EQ(std::ranges::count(many, 'N'), 64) << "of 72";
   around.devices.clear();
   EXPECT_THAT(simulators(m, around), IsEmpty());
 }

@@ -20,6 +20,7 @@ TEST(Kinds, AreToldByTheFirstWordThatIsFound) {
 }
 
 TEST(ServerKind, NamesTheToolThatServes) {
+  const std::string longest = std::string(100, 'n') + " server";
   const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{"python3", "-m", "uvicorn", "app:app"}, "Python API"},
       {{"python3.11", "Flask", "run"}, "Python server"},  // no runtime by that name: no script either
@@ -30,6 +31,7 @@ TEST(ServerKind, NamesTheToolThatServes) {
       {{"/opt/bin/Caddy", "run"}, "Caddy server"},
       {{"caddy", "-m", "VITE"}, "Vite dev server"},
       {{""}, " server"},
+      {{"/opt/" + std::string(101, 'n')}, longest.c_str()},
   };
   for (const auto& [args, kind] : cases) EXPECT_EQ(serverKind({.args = args}), kind) << args.front();
   EXPECT_EQ(serverKind({.path = "/usr/local/bin/node"}), "Node server");

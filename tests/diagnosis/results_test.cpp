@@ -65,7 +65,12 @@ std::string saidWith(const std::string& end) {
   m.index();
   BenchMarks marks([] { return 0.0; });
   const std::vector<Finding> found = findings(m, {}, around, marks);
-  return text(m, found, {}) + verdict(m, found).cause.value_or("no cause");
+  std::string said = text(m, found, {}) + verdict(m, found).cause.value_or("no cause");
+  for (const Finding& finding : found) {
+    said += finding.metric.value_or("");
+    for (const Step& step : finding.steps) said += step.text + (step.action ? step.action->label : "");
+  }
+  return said;
 }
 
 TEST(Findings, NoNameSaysALineOfItsOwn) {

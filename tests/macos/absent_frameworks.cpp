@@ -24,7 +24,7 @@ std::optional<std::string> propertyListText(const std::string& /*list*/, const s
 void askApplicationsToQuit(const std::string& /*bundleID*/) {}
 std::optional<bool> openAddress(const std::string& /*address*/) { return false; }
 void copyToPasteboard(const std::string& /*text*/) {}
-std::unique_ptr<UserSettings> userSettings(const Self& /*self*/) { return nullptr; }
+std::unique_ptr<UserSettings> userSettings(const Self& /*self*/, Files& /*files*/) { return nullptr; }
 
 int panel::showApplication(const panel::PanelApplication& /*application*/) { return 1; }
 bool panel::writePanelImage(const panel::PanelPicture& /*picture*/) { return false; }

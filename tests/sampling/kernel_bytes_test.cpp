@@ -36,6 +36,9 @@ TEST(ArgumentBlock, ArgumentsAreTakenFromBetweenPathAndEnvironment) {
       {"bytes that are no UTF-8", block(1, ended(path) + ended("a\xFF\x62")), {"a\xEF\xBF\xBD\x62"}},
   };
   for (const auto& [what, bytes, arguments] : cases) EXPECT_EQ(argumentsInBlock(bytes), arguments) << what;
+  std::string many = ended(path);
+  for (int i = 0; i < 2'000; ++i) many += ended("a");
+  EXPECT_THAT(argumentsInBlock(block(2'000, many)), SizeIs(993)) << "of 32,768 bytes each takes 33";
 }
 
 // The kernel's side of an argument buffer: one block, cut where the buffer ends.

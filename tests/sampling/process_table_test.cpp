@@ -76,9 +76,11 @@ TEST_F(ProcessTableTest, AsksInOrderAndFillsEveryField) {
 TEST_F(ProcessTableTest, WhatNoMachineHasIsNotBelieved) {
   constexpr std::uint64_t most = std::uint64_t{1} << 48U;
   source.processes[7] = server();
-  source.processes[7].usage = ProcessUsage{most, most + 1, 50};
-  EXPECT_EQ(read().footprint, most);
-  EXPECT_EQ(read().resident, 0U);
+  for (const std::uint64_t beyond : {0U, 1U}) {
+    source.processes[7].usage = ProcessUsage{most + beyond, most + 1 - beyond, 50};
+    EXPECT_EQ(std::pair(read().footprint, read().resident),
+              beyond == 0 ? std::pair(most, 0UL) : std::pair(0UL, most));
+  }
 }
 
 TEST_F(ProcessTableTest, InsideAnApplicationNothingPersonalIsAsked) {

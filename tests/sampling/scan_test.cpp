@@ -180,11 +180,14 @@ TEST(Scan, AsksForPurgeableSpaceOnlyWhenDiskIsScarce) {
 
 TEST(Scan, EveryAbsentSourceLeavesItsFieldNeutralAndNoOther) {
   using Removal = std::function<void(Machine&)>;
+  static constexpr std::uint64_t absurd = (std::uint64_t{1} << 48U) + 1;
   const std::tuple<const char*, Removal, std::function<void(Snapshot&)>> cases[] = {
       {"ticks", [](Machine& m) { m.machine.ticks.clear(); }, [](Snapshot& s) { s.cpuBusy = 0; }},
       {"heat", [](Machine& m) { m.machine.thermalAnswer = {}; }, [](Snapshot& s) { s.thermal = {}; }},
       {"pressure", [](Machine& m) { m.machine.pressureAnswer = {}; }, [](Snapshot& s) { s.pressure = 1; }},
       {"ram", [](Machine& m) { m.machine.ramAnswer = 0; }, [](Snapshot& s) { s.ram = 0; }},
+      {"absurd ram", [](Machine& m) { m.machine.ramAnswer = absurd; }, [](Snapshot& s) { s.ram = 0; }},
+      {"absurd swap", [](Machine& m) { m.machine.swapAnswer = absurd; }, [](Snapshot& s) { s.swapUsed = 0; }},
       {"cores", [](Machine& m) { m.machine.coresAnswer = 0; }, [](Snapshot& s) { s.cores = 0; }},
       {"boot time", [](Machine& m) { m.machine.bootAnswer = {}; }, [](Snapshot& s) { s.uptime = 0; }},
       {"boot to come", [](Machine& m) { m.machine.bootAnswer = 1'800'000'000; },
@@ -235,6 +238,17 @@ TEST(MemorySaver, OnlyAnIntegerCounts) {
     EXPECT_EQ(memorySaverState(text), std::nullopt) << text.substr(0, 99);
 }
 
+TEST(MemorySaver, IsReadFromSettingsOfAtMostFourMebibytes) {
+  for (const std::size_t beyond : {0U, 1U}) {
+    Machine m;
+    m.workspace.apps.push_back({.bundleID = "com.google.Chrome"});
+    std::string text = settings("2");
+    text.resize((4U << 20U) + beyond, ' ');
+    m.home.write("Library/Application Support/Google/Chrome/Local State", text);
+    EXPECT_EQ(m.scan().memorySaver, beyond == 0 ? std::optional(2) : std::nullopt);
+  }
+}
+
 TEST(MemorySaver, IsFoundInItsOwnPlaceOnly) {
   const std::pair<const char*, std::optional<int>> cases[] = {
       {R"({"x":[{"performance_tuning":1}],"performance_tuning":{"high_efficiency_mode":{"state":1,"state":2}}})",
@@ -260,6 +274,10 @@ TEST(Scan, OfVeryManyContainersTheBiggestAreListed) {
   EXPECT_EQ(snapshot.moreContainers, (UnlistedContainers{88, 42 * 43 + 43 + 7}));
   listBiggest(snapshot);
   EXPECT_EQ(snapshot.moreContainers.count, 88);
+  constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+  snapshot.containers.assign(514, {.mem = most});
+  listBiggest(snapshot);
+  EXPECT_EQ(snapshot.moreContainers.bytes, most);
 }
 
 TEST(Scan, ReadsMemorySaverOnlyWhileChromeRuns) {

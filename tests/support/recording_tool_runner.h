@@ -9,12 +9,14 @@ namespace tarnwick {
 struct RecordingToolRunner : ToolRunner {
   // The words of every call, the program first.
   std::vector<std::vector<std::string>> calls;
+  ToolOptions options;  // of the last one
   // What every tool answers from now on.
   ToolResult answer{"", 0};
 
   using ToolRunner::start;
   std::unique_ptr<RunningTool> start(const std::string& path, const std::vector<std::string>& args,
-                                     const ToolOptions&) override {
+                                     const ToolOptions& given) override {
+    options = given;
     calls.push_back({path});
     calls.back().insert(calls.back().end(), args.begin(), args.end());
     return std::make_unique<Prepared>(answer);

@@ -7,7 +7,6 @@
 #import "app/panel/macos/painter.h"
 #include "app/panel/panel_jobs.h"
 #include "records/checked.h"
-#include "system/macos/foundation_text.h"
 
 // What a picture of the panel is drawn on: the background colour of a window.
 __attribute__((objc_runtime_name("TarnwickBackdrop")))
@@ -110,10 +109,7 @@ bool writePanelImage(const PanelPicture& picture) {
     if (!findDisplay()) return false;
     [NSApplication sharedApplication];
     NSData* image = drawPicture(picture);
-    NSString* path = foundationText(picture.path);
-    // A device cannot be replaced by a file that is already whole.
-    return image != nil && ([image writeToFile:path options:NSDataWritingAtomic error:nil] ||
-                            [image writeToFile:path options:0 error:nil]);
+    return image != nil && picture.write({static_cast<const char*>(image.bytes), image.length});
   }
 }
 

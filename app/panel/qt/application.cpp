@@ -12,6 +12,7 @@
 #include "app/panel/qt/jobs.h"
 #include "app/panel/qt/panel.h"
 #include "app/panel/qt/single_instance.h"
+#include "app/program/exit_act.h"
 
 namespace tarnwick::panel {
 namespace {
@@ -128,7 +129,14 @@ int runApplication(const PanelApplication& application) {
   QApplication::setQuitOnLastWindowClosed(false);
   Theme::install();
   RunningApplication running(application, *instance);
+  // A signal may end the program, or the toolkit when the display is gone.
+  application.atTheEnd(instance->removal());
+  const ExitAct displayGone([&application, removal = instance->removal()] {
+    removal();
+    application.leaveNow(1);
+  });
   const int status = QApplication::exec();
+  application.atTheEnd({});
   if (running.endWithin(quitSeconds)) return status;
   instance.reset();  // takes its socket and its lock away
   application.leaveNow(status);

@@ -1,7 +1,7 @@
 // The panel drawn into a PNG, without a screen.
+#include <QBuffer>
 #include <QImage>
 #include <QPainter>
-#include <QSaveFile>
 #include <memory>
 
 #include "app/panel/qt/jobs.h"
@@ -39,9 +39,9 @@ QImage drawPicture(const PanelPicture& picture) {
 
 bool savePicture(const PanelPicture& picture) {
   const QImage image = drawPicture(picture);
-  QSaveFile file(QString::fromStdString(picture.path));
-  file.setDirectWriteFallback(true);
-  return !image.isNull() && file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit();
+  QBuffer file;
+  return !image.isNull() && file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") &&
+         picture.write(file.data().toStdString());
 }
 
 }  // namespace tarnwick::panel

@@ -1,5 +1,7 @@
 #include "app/panel/qt/single_instance.h"
 
+#include <unistd.h>
+
 #include <QLocalSocket>
 #include <utility>
 
@@ -25,6 +27,11 @@ bool SingleInstance::askToOpen() const {
   if (!socket.waitForConnected(answerMilliseconds)) return false;
   // The first one hangs up when it has understood.
   return socket.waitForDisconnected(answerMilliseconds);
+}
+
+std::function<void()> SingleInstance::removal() const {
+  if (lock_.state != PrivateFolder::Lock::State::held) return [] {};
+  return [path = socket_.toStdString()] { ::unlink(path.c_str()); };
 }
 
 void SingleInstance::listen(std::function<void()> open) {

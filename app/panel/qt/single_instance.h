@@ -26,6 +26,9 @@ class SingleInstance {
   // Of a later start: true when the first one was told.
   bool askToOpen() const;
 
+  // Of the first: takes its socket away, also after this object has gone. Any thread.
+  std::function<void()> removal() const;
+
   // Of the first: calls `open` on the main loop whenever a later start asks. Needs the QApplication.
   void listen(std::function<void()> open);
 

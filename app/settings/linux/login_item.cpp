@@ -1,8 +1,6 @@
 #include "app/settings/linux/login_item.h"
 
-#include <filesystem>
 #include <sstream>
-#include <system_error>
 #include <utility>
 
 #include "app/settings/linux/config_file.h"
@@ -30,11 +28,13 @@ std::string quotedCommand(const std::string& path) {
 
 }  // namespace
 
-LoginItem::LoginItem(std::string folder, std::string executable)
-    : file_(std::move(folder) + "/autostart/tarnwick.desktop"), executable_(std::move(executable)) {}
+LoginItem::LoginItem(Files& files, std::string folder, std::string executable)
+    : files_(files),
+      file_(std::move(folder) + "/autostart/tarnwick.desktop"),
+      executable_(std::move(executable)) {}
 
 bool LoginItem::isEnabled() const {
-  std::istringstream lines(readConfigFile(file_));
+  std::istringstream lines(readConfigFile(files_, file_).value_or(""));
   bool startsSomething = false;
   for (std::string line; std::getline(lines, line);) {
     if (line.starts_with("Hidden=true") || line.starts_with("X-GNOME-Autostart-enabled=false")) return false;
@@ -44,11 +44,8 @@ bool LoginItem::isEnabled() const {
 }
 
 bool LoginItem::setEnabled(bool on) const {
-  if (!on) {
-    std::error_code failure;
-    return std::filesystem::remove(file_, failure);
-  }
-  return replaceConfigFile(file_,
+  if (!on) return files_.removeFile(file_);
+  return replaceConfigFile(files_, file_,
                            "[Desktop Entry]\n"
                            "Type=Application\n"
                            "Name=Tarnwick\n"

@@ -3,12 +3,15 @@
 
 #include <string>
 
+#include "system/files.h"
+
 namespace tarnwick {
 
 class LoginItem {
  public:
   // `folder`: the user's configuration folder. `executable`: absolute path of this program.
-  LoginItem(std::string folder, std::string executable);
+  // `files` must outlive it.
+  LoginItem(Files& files, std::string folder, std::string executable);
 
   // Is there an entry that a desktop would start? One that is hidden or switched off does not count.
   bool isEnabled() const;
@@ -17,6 +20,7 @@ class LoginItem {
   bool setEnabled(bool on) const;
 
  private:
+  Files& files_;
   std::string file_;
   std::string executable_;
 };

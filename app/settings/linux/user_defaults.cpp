@@ -17,10 +17,11 @@ std::string_view valueOf(std::string_view line, std::string_view name) {
 
 }  // namespace
 
-UserDefaults::UserDefaults(std::string folder) : file_(std::move(folder) + "/tarnwick/defaults") {}
+UserDefaults::UserDefaults(Files& files, std::string folder)
+    : files_(files), file_(std::move(folder) + "/tarnwick/defaults") {}
 
 bool UserDefaults::isTrue(std::string_view name) const {
-  const std::string text = readConfigFile(file_);
+  const std::string text = readConfigFile(files_, file_).value_or("");
   bool value = false;
   for (std::string_view rest = text; !rest.empty();) {
     const std::string_view found = valueOf(takeLine(rest), name);
@@ -30,14 +31,15 @@ bool UserDefaults::isTrue(std::string_view name) const {
 }
 
 bool UserDefaults::set(std::string_view name, bool value) const {
-  const std::string old = readConfigFile(file_);
+  const auto old = readConfigFile(files_, file_);
+  if (!old) return false;
   std::string text;
-  for (std::string_view rest = old; !rest.empty();) {
+  for (std::string_view rest = *old; !rest.empty();) {
     const std::string_view line = takeLine(rest);
     if (valueOf(line, name).empty()) text.append(line) += '\n';
   }
   text.append(name).append(value ? " = true\n" : " = false\n");
-  return replaceConfigFile(file_, text);
+  return replaceConfigFile(files_, file_, text);
 }
 
 }  // namespace tarnwick

@@ -6,12 +6,14 @@
 #include <string>
 #include <string_view>
 
+#include "system/files.h"
+
 namespace tarnwick {
 
 class UserDefaults {
  public:
-  // `folder`: the configuration folder; made when something is written.
-  explicit UserDefaults(std::string folder);
+  // `folder`: the configuration folder; made when something is written. `files` must outlive it.
+  UserDefaults(Files& files, std::string folder);
 
   bool isTrue(std::string_view name) const;
 
@@ -19,6 +21,7 @@ class UserDefaults {
   bool set(std::string_view name, bool value) const;
 
  private:
+  Files& files_;
   std::string file_;
 };
 

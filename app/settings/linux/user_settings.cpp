@@ -7,6 +7,7 @@
 #include "app/settings/linux/login_item.h"
 #include "app/settings/linux/user_defaults.h"
 #include "system/environment.h"
+#include "system/mutex.h"
 
 namespace tarnwick {
 namespace {
@@ -19,23 +20,44 @@ std::string executablePath() {
 
 class LinuxSettings final : public UserSettings {
  public:
-  explicit LinuxSettings(const std::string& home)
-      : loginItem_(configFolder(home), executablePath()), defaults_(configFolder(home)) {}
+  LinuxSettings(const std::string& home, Files& files)
+      : files_(files),
+        loginItem_(files, configFolder(home), executablePath()),
+        defaults_(files, configFolder(home)) {}
 
-  bool opensAtLogin() override { return loginItem_.isEnabled(); }
-  void setOpensAtLogin(bool on) override { loginItem_.setEnabled(on); }
-  bool prTitles() override { return defaults_.isTrue("prTitles"); }
-  void setPrTitles(bool on) override { defaults_.set("prTitles", on); }
+  bool opensAtLogin() override {
+    return alone([this] { return loginItem_.isEnabled(); });
+  }
+  void setOpensAtLogin(bool on) override {
+    alone([this, on] { return loginItem_.setEnabled(on); });
+  }
+  bool prTitles() override {
+    return alone([this] { return defaults_.isTrue("prTitles"); });
+  }
+  void setPrTitles(bool on) override {
+    alone([this, on] { return defaults_.set("prTitles", on); });
+  }
 
  private:
+  // The panel and its checks ask, each on its own thread, and seldom.
+  template <class Question>
+  bool alone(const Question& question) {
+    const MutexLock lock(mutex_);
+    const bool answer = question();
+    files_.rest();
+    return answer;
+  }
+
+  Mutex mutex_;
+  Files& files_ TARNWICK_GUARDED_BY(mutex_);
   LoginItem loginItem_;
   UserDefaults defaults_;
 };
 
 }  // namespace
 
-std::unique_ptr<UserSettings> userSettings(const Self& self) {
-  return std::make_unique<LinuxSettings>(self.home);
+std::unique_ptr<UserSettings> userSettings(const Self& self, Files& files) {
+  return std::make_unique<LinuxSettings>(self.home, files);
 }
 
 }  // namespace tarnwick

@@ -69,6 +69,8 @@ class MacosSettings final : public UserSettings {
 
 }  // namespace
 
-std::unique_ptr<UserSettings> userSettings(const Self& /*self*/) { return std::make_unique<MacosSettings>(); }
+std::unique_ptr<UserSettings> userSettings(const Self& /*self*/, Files& /*files*/) {
+  return std::make_unique<MacosSettings>();
+}
 
 }  // namespace tarnwick

@@ -86,6 +86,8 @@ TEST_P(HangingMount, CostsItsOwnAnswersAndNothingElse) {
   const OrphanServer lost(dead);
   const OrphanServer alive(shop);
   ASSERT_TRUE(lost.port() > 0 && alive.port() > 0);
+  std::filesystem::create_directories(world.folder.at(".local/share/applications"));
+  std::filesystem::create_symlink(dead + "/x", world.folder.at(".local/share/applications/x.desktop"));
   mount->die(3 * generous);
 
   ClockAhead clock;
@@ -96,6 +98,7 @@ TEST_P(HangingMount, CostsItsOwnAnswersAndNothingElse) {
                    .clock = clock,
                    .limits = here.limits,
                    .files = here.files,
+                   .homeFiles = here.homeFiles,
                    .tools = here.tools,
                    .toolCandidates = here.toolCandidates,
                    .transport = here.transport,
@@ -116,6 +119,22 @@ TEST_P(HangingMount, CostsItsOwnAnswersAndNothingElse) {
     EXPECT_THAT(cards["stack:" + dead], HasSubstr("(port " + std::to_string(lost.port()) + ")")) << time;
     if (swallowed == 0) swallowed = mount->swallowed();
     EXPECT_EQ(mount->swallowed(), swallowed) << "nobody is sent there again";
+  }
+}
+
+TEST_P(HangingMount, AsAHomeThatDiesLaterHoldsNeitherChecksNorSettingsUp) {
+  RealOutside real[] = {{Self{::getpid(), ::getuid(), dead}, TARNWICK_PROGRAM},
+                        {Self{::getpid(), ::getuid(), dead}, TARNWICK_PROGRAM}};
+  Machine machines[] = {{real[0].parts(), PrTitles::whenChosen}, {real[1].parts(), PrTitles::whenChosen}};
+  machines[0].check({});  // the other one finds it dead at its first
+  mount->die(5 * generous);
+  for (int i : {0, 1}) {
+    const double before = now.uptime();
+    EXPECT_THAT(machines[i].check({}).leftOut, ElementsAre(dead));
+    UserSettings& settings = real[i].parts().settings;
+    EXPECT_FALSE(settings.opensAtLogin() || settings.prTitles());
+    settings.setPrTitles(true);
+    EXPECT_LT(now.uptime() - before, generous);
   }
 }
 

@@ -25,6 +25,12 @@ TEST(DesktopEntryText, NameAndShown) {
     const auto entry = desktopEntryText(text, localeVariants("de_AT.UTF-8"));
     EXPECT_EQ(entry, (DesktopEntryText{name, shown})) << text;
   }
+  const auto cut =
+      desktopEntryText(app + "Name=" + std::string(300, 'n') + "\nIcon=" + std::string(5'000, 'i') +
+                           "\nExec=" + std::string(4'097, 'e'),
+                       {})
+          .value();
+  EXPECT_EQ(std::tuple(cut.name.size(), cut.icon.size(), cut.command), std::tuple(255U, 4'096U, ""));
   EXPECT_EQ(desktopEntryText("Name=a\nType=Application\n", {}), std::nullopt);
   EXPECT_EQ(localeVariants("sr_RS.UTF-8@latin"), (Strings{"sr_RS@latin", "sr_RS", "sr@latin", "sr"}));
   EXPECT_THAT(localeVariants("C.UTF-8"), IsEmpty());
@@ -65,6 +71,8 @@ TEST(DesktopEntries, WhatIsNoSmallFileIsNotThereAndAnswersStayForTheRun) {
     for (const char* id : {"pipe", "big", "late"}) EXPECT_FALSE(entries.find(id)) << id;
     for (const char* file : {"fits.desktop", "late.desktop"}) folder.write(file, entry("After"));
   }
+  for (int file = 0; file < 2'050; ++file) folder.write(std::to_string(file) + ".desktop", text);
+  EXPECT_THAT(DesktopEntries({folder.path()}, "").all(), SizeIs(2'048));
 }
 
 constexpr const char* slice = "/user.slice/user-7.slice/user@7.service/app.slice/";

@@ -22,6 +22,7 @@ struct ToolPlacesTest : testing::Test {
   ~ToolPlacesTest() override { ::unsetenv("TARNWICK_NO_TOOLS"); }
 
   TempFolder folder_;
+  DirectFiles direct;
 };
 
 TEST_F(ToolPlacesTest, TakesTheFirstExecutableFileAndKeepsTheAnswer) {
@@ -29,9 +30,9 @@ TEST_F(ToolPlacesTest, TakesTheFirstExecutableFileAndKeepsTheAnswer) {
   const std::string first = folder_.script("first", "exit 0");
   const std::string link = folder_.at("link");
   std::filesystem::create_symlink(folder_.script("second", "exit 0"), link);
-  EXPECT_EQ(executable({}), std::nullopt);
-  EXPECT_EQ(executable({plain, folder_.path(), first, link}), first);
-  EXPECT_EQ(executable({link, first}), link);
+  EXPECT_EQ(executable({}, direct), std::nullopt);
+  EXPECT_EQ(executable({plain, folder_.path(), first, link}, direct), first);
+  EXPECT_EQ(executable({link, first}, direct), link);
 
   ToolPlaces places({.git = {first}, .gh = {folder_.at("gh")}});
   for (int look = 0; look < 2; ++look) {
@@ -48,7 +49,7 @@ TEST_F(ToolPlacesTest, NoToolExistsWhileToolsAreOff) {
   EXPECT_EQ(ToolPlaces(folder_.path()).ghBin(), tool) << "the user's own folder comes first";
   for (const char* value : {"", "0"}) {
     ::setenv("TARNWICK_NO_TOOLS", value, 1);
-    EXPECT_EQ(executable({tool}), std::nullopt) << value;
+    EXPECT_EQ(executable({tool}, direct), std::nullopt) << value;
     EXPECT_EQ(ToolPlaces(folder_.path()).ghBin(), std::nullopt) << value;
   }
 }

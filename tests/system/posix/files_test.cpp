@@ -7,6 +7,7 @@
 #include "system/posix/guarded_files.h"
 #include "system/posix/private_folder.h"
 #include "tests/support/fake_clock.h"
+#include "tests/support/posix/child_process.h"
 #include "tests/support/testing.h"
 
 namespace tarnwick {
@@ -59,6 +60,9 @@ TEST(SmallFile, FoldersListTheirNames) {
   folder.write(".hidden/inner", "");
   EXPECT_THAT(folderEntries(folder.path()), UnorderedElementsAre("one", ".hidden"));
   EXPECT_TRUE(folderEntries(folder.at("missing")).empty());
+  for (int name = 0; name < 65'535; ++name)
+    ASSERT_EQ(::symlink("x", folder.at(std::to_string(name)).c_str()), 0);
+  EXPECT_THAT(folderEntries(folder.path()), SizeIs(65'536)) << "of 65,537";
 }
 
 // Under one name, now a file and now a pipe without a writer, which would read as an empty file.
@@ -181,14 +185,16 @@ TEST_F(GuardedFilesTest, TheProgramAsksTheSystemOnOthersBehalf) {
   const std::string tool = folder_.script("sub/tool", "");
   const std::string pipe = folder_.at("pipe");
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  makeSocket(folder_.at("socket"), 0600);
   std::filesystem::create_symlink(tool, folder_.at("link"));
   GuardedFiles files(TARNWICK_PROGRAM, clock_, limits_);
   DirectFiles direct;
   const Kind kinds[] = {Kind::content, Kind::head,    Kind::tail,  Kind::exists, Kind::directory,
-                        Kind::regular, Kind::program, Kind::names, Kind::real};
+                        Kind::regular, Kind::program, Kind::names, Kind::real,   Kind::socket};
   int found = 0;
-  for (const std::string& path : {file, tool, pipe, folder_.at("link"), folder_.path(), folder_.at("missing"),
-                                  folder_.path() + std::string("\0x", 2), std::string(9'000, '/')}) {
+  for (const std::string& path :
+       {file, tool, pipe, folder_.at("link"), folder_.at("socket"), folder_.path(), folder_.at("missing"),
+        folder_.path() + std::string("\0x", 2), std::string(9'000, '/')}) {
     for (const Kind kind : kinds) {
       const FileQuestion question{kind, path, path == file ? 100'009U : 3U};
       const FileAnswer answer = files.ask(question);
@@ -198,10 +204,51 @@ TEST_F(GuardedFilesTest, TheProgramAsksTheSystemOnOthersBehalf) {
       if (answer) ++found;
     }
   }
-  EXPECT_EQ(found, 6 + 6 + 2 + 6 + 4 + 5) << "what is no folder has an empty list of names";
+  EXPECT_EQ(found, 6 + 6 + 2 + 6 + 4 + 5 + 4) << "what is no folder has an empty list of names";
   EXPECT_EQ(files.volume(folder_.path()).value().blocks, direct.volume(folder_.path()).value().blocks);
   EXPECT_EQ(files.ask({Kind::exists, "usr"}), std::nullopt) << "relative to whose folder?";
   EXPECT_EQ(files.misses(), 0U);
+}
+
+TEST_F(GuardedFilesTest, FilesAreReplacedAsTheyAreFound) {
+  GuardedFiles files(TARNWICK_PROGRAM, clock_, limits_);
+  const std::string old = folder_.write("sub/old", "old");
+  fs::permissions(old, fs::perms(0640));
+  const std::string large(3'000'000, 'x');
+  fs::create_symlink("sub/old", folder_.at("link"));
+  fs::create_symlink("sub/new", folder_.at("dangling"));
+  ASSERT_EQ(::mkfifo(folder_.at("pipe").c_str(), 0600), 0);
+  for (const char* name : {"link", "dangling", "sub/other", "sub", "pipe", "no/file"}) {
+    const bool isFile = name != std::string("sub") && name[0] != 'p' && name[0] != 'n';
+    EXPECT_EQ(files.replaceFile(folder_.at(name), large), isFile) << name;
+    if (isFile) {
+      EXPECT_EQ(textOfFile(folder_.at(name)), large) << name;
+    }
+  }
+  EXPECT_TRUE(fs::is_symlink(folder_.at("link")) && fs::is_symlink(folder_.at("dangling")));
+  EXPECT_EQ(fs::status(old).permissions(), fs::perms(0640));
+  EXPECT_TRUE(files.removeFile(folder_.at("sub/other")) && files.makeFolder(folder_.at("a/b")));
+  EXPECT_FALSE(files.removeFile(folder_.at("sub/other")) || files.makeFolder(old));
+  EXPECT_THAT(folderEntries(folder_.at("sub")), UnorderedElementsAre("old", "new"));
+}
+
+// Whoever wants a file replaced is ended at some moment of it; the settings of the panel, and its picture.
+TEST_F(GuardedFilesTest, WhatIsBegunIsFinishedAfterTheEndOfWhoeverWantedIt) {
+  const std::string small(1'000'000, 'a');
+  const std::string large(2'000'000, 'b');
+  const std::string file = folder_.write("folder/file", small);
+  for (int round = 0; round < 30; ++round) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+      GuardedFiles files(TARNWICK_PROGRAM, clock_, limits_);
+      for (bool grows = true;; grows = !grows) files.replaceFile(file, grows ? large : small);
+    }
+    ChildProcess wants = ChildProcess::adopt(child);
+    ::usleep(static_cast<useconds_t>(4'000 + 700 * round));
+    wants.killed();
+  }
+  EXPECT_TRUE(waitUntil([&] { return folderEntries(folder_.at("folder")) == Strings{"file"}; }));
+  EXPECT_THAT(textOfFile(file), testing::AnyOf(small, large));
 }
 
 TEST_F(GuardedFilesTest, WhoeverDoesNotAnswerIsAbandonedAndItsFolderLeftAloneForTheCheck) {

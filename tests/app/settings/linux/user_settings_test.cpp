@@ -1,6 +1,5 @@
 #include <sys/stat.h>
 
-#include "app/settings/linux/config_file.h"
 #include "app/settings/linux/login_item.h"
 #include "app/settings/linux/user_defaults.h"
 #include "tests/support/testing.h"
@@ -10,11 +9,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
+DirectFiles files;
+
 TEST(UserSettings, DefaultsReadOneNameAmongOthers) {
   const TempFolder folder;
   const auto isTrue = [&](const std::string& text) {
     folder.write("tarnwick/defaults", text);
-    return UserDefaults(folder.path()).isTrue("prTitles");
+    return UserDefaults(files, folder.path()).isTrue("prTitles");
   };
   for (const char* on :
        {"prTitles = true\n", "  prTitles\t=  true \r\n", "prTitles = false\nprTitles = true\n",
@@ -29,13 +30,13 @@ TEST(UserSettings, DefaultsReadOneNameAmongOthers) {
 
 TEST(UserSettings, DefaultsKeepWhatTheyDoNotKnow) {
   const TempFolder folder;
-  const UserDefaults defaults(folder.path());
+  const UserDefaults defaults(files, folder.path());
   EXPECT_FALSE(defaults.isTrue("prTitles"));
   EXPECT_TRUE(defaults.set("prTitles", true)) << "the folder is made";
   EXPECT_TRUE(defaults.isTrue("prTitles"));
   folder.write("tarnwick/defaults", "# mine\nother =\nprTitles =\nprTitles = true\nprTitles = true");
   EXPECT_TRUE(defaults.set("prTitles", false));
-  EXPECT_EQ(readConfigFile(folder.at("tarnwick/defaults")), "# mine\nother =\nprTitles =\nprTitles = false\n")
+  EXPECT_EQ(textOfFile(folder.at("tarnwick/defaults")), "# mine\nother =\nprTitles =\nprTitles = false\n")
       << "a line without a value is somebody's own";
 }
 
@@ -44,22 +45,23 @@ TEST(UserSettings, ALinkedFileStaysALinkAndAPipeIsNotRead) {
   folder.write("elsewhere/defaults", "prTitles = true\n");
   const std::string file = folder.write("tarnwick/file", "");
   fs::create_symlink(folder.at("elsewhere/defaults"), folder.at("tarnwick/defaults"));
-  EXPECT_TRUE(UserDefaults(folder.path()).set("prTitles", false));
+  EXPECT_TRUE(UserDefaults(files, folder.path()).set("prTitles", false));
   EXPECT_TRUE(fs::is_symlink(folder.at("tarnwick/defaults")));
-  EXPECT_EQ(readConfigFile(folder.at("elsewhere/defaults")), "prTitles = false\n");
+  EXPECT_EQ(textOfFile(folder.at("elsewhere/defaults")), "prTitles = false\n");
   fs::remove(folder.at("tarnwick/defaults"));
   ASSERT_EQ(mkfifo(folder.at("tarnwick/defaults").c_str(), 0600), 0);
-  EXPECT_FALSE(UserDefaults(folder.path()).isTrue("prTitles")) << "and does not wait for a writer";
-  EXPECT_FALSE(UserDefaults(file).set("prTitles", true) || LoginItem(file, "/bin/x").setEnabled(true));
+  EXPECT_FALSE(UserDefaults(files, folder.path()).isTrue("prTitles")) << "and does not wait for a writer";
+  EXPECT_FALSE(UserDefaults(files, file).set("prTitles", true) ||
+               LoginItem(files, file, "/bin/x").setEnabled(true));
 }
 
 TEST(UserSettings, TheLoginItemComesAndGoes) {
   const TempFolder folder;
-  const LoginItem item(folder.path(), "/opt/my tools/tarnwick");
+  const LoginItem item(files, folder.path(), "/opt/my tools/tarnwick");
   EXPECT_FALSE(item.isEnabled());
   EXPECT_TRUE(item.setEnabled(true));
   EXPECT_TRUE(item.isEnabled());
-  EXPECT_THAT(readConfigFile(folder.at("autostart/tarnwick.desktop")),
+  EXPECT_THAT(textOfFile(folder.at("autostart/tarnwick.desktop")),
               AllOf(HasSubstr("[Desktop Entry]\nType=Application\nName=Tarnwick\n"),
                     HasSubstr("\nExec=\"/opt/my tools/tarnwick\"\n")));
   EXPECT_TRUE(item.setEnabled(false));
@@ -85,8 +87,8 @@ TEST(UserSettings, TheLoginItemStartsThisVeryProgram) {
       {R"(/opt/a\\$x\)", R"("/opt/a\\\\\\\\\\$x\\\\")"},
   };
   for (const auto& [path, exec] : cases) {
-    ASSERT_TRUE(LoginItem(folder.path(), path).setEnabled(true));
-    EXPECT_THAT(readConfigFile(folder.at("autostart/tarnwick.desktop")),
+    ASSERT_TRUE(LoginItem(files, folder.path(), path).setEnabled(true));
+    EXPECT_THAT(textOfFile(folder.at("autostart/tarnwick.desktop")),
                 HasSubstr(std::string("\nExec=") + exec + "\n"));
   }
 }
