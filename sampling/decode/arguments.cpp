@@ -42,7 +42,8 @@ std::vector<std::string> argumentsInBlock(std::string_view block) {
   std::size_t room = longestCommandLine;
   // The count is not believed beyond this: memory grows with the bytes that are there.
   for (; count > 0 && at < block.size(); --count) {
-    const std::size_t end = endOfArgument(block, at);
+    const std::size_t end = block.find('\0', at);
+    if (end == std::string_view::npos) break;
     if (!addArgument(block.substr(at, end - at), arguments, room)) break;
     at = end + 1;
   }

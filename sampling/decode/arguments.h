@@ -20,7 +20,7 @@ namespace tarnwick {
 std::vector<std::string> procArguments(std::string_view bytes);
 
 // The arguments in a block. Empty when the count is not positive, the path has no end, or nothing follows it;
-// what the block holds of them when it ends early.
+// when the block ends early, those that it holds to their end.
 std::vector<std::string> argumentsInBlock(std::string_view block);
 
 // The buffer that the command lines of one pass are read into: small at first, and large for the rest of the

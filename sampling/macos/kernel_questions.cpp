@@ -14,15 +14,22 @@ static_assert(sizeof(proc_fdinfo) == 8);
 static_assert(sizeof(socket_fdinfo) == 792);
 static_assert(TSI_S_LISTEN == 1);
 
-// Between the question for the size and the list itself the process may open more; those are not seen.
+// Between the question for the size and the list itself the process may open more than the kernel has spare
+// room for: a list that fills its room is asked for anew, but not for ever.
 std::vector<proc_fdinfo> openDescriptors(Pid pid) {
-  const int wanted = ::proc_pidinfo(pid, PROC_PIDLISTFDS, 0, nullptr, 0);
-  std::vector<proc_fdinfo> descriptors(
-      wholeRecords(wanted, sizeof(proc_fdinfo), std::numeric_limits<std::size_t>::max()));
-  if (descriptors.empty()) return {};
-  const auto room = static_cast<int>(descriptors.size() * sizeof(proc_fdinfo));
-  const int answered = ::proc_pidinfo(pid, PROC_PIDLISTFDS, 0, descriptors.data(), room);
-  descriptors.resize(wholeRecords(answered, sizeof(proc_fdinfo), descriptors.size()));
+  constexpr int attempts = 3;
+  std::vector<proc_fdinfo> descriptors;
+  for (int attempt = 0; attempt < attempts; ++attempt) {
+    const int wanted = ::proc_pidinfo(pid, PROC_PIDLISTFDS, 0, nullptr, 0);
+    const std::size_t room =
+        wholeRecords(wanted, sizeof(proc_fdinfo), std::numeric_limits<std::size_t>::max());
+    if (room == 0) return {};
+    descriptors.resize(room);
+    const int answered = ::proc_pidinfo(pid, PROC_PIDLISTFDS, 0, descriptors.data(),
+                                        static_cast<int>(room * sizeof(proc_fdinfo)));
+    descriptors.resize(wholeRecords(answered, sizeof(proc_fdinfo), room));
+    if (descriptors.size() < room) break;
+  }
   return descriptors;
 }
 

@@ -85,7 +85,10 @@ std::string MacosProcessSource::OneProcess::path() {
 std::vector<std::string> MacosProcessSource::OneProcess::args() {
   const auto block =
       source_.argumentBuffer_.read([this](std::span<char> buffer) { return argumentBlock(pid_, buffer); });
-  return block ? argumentsInBlock(*block) : std::vector<std::string>();
+  // Of a block that is larger than the buffer the kernel leaves out the beginning: what would be read as
+  // arguments is environment.
+  if (!block || block->size() >= ArgumentBuffer::mostBytes) return {};
+  return argumentsInBlock(*block);
 }
 
 std::optional<ProcessUsage> MacosProcessSource::OneProcess::usage() {
@@ -98,7 +101,8 @@ std::optional<ProcessUsage> MacosProcessSource::OneProcess::usage() {
 
 std::string MacosProcessSource::OneProcess::cwd() {
   proc_vnodepathinfo folders{};
-  if (::proc_pidinfo(pid_, PROC_PIDVNODEPATHINFO, 0, &folders, sizeof folders) < 1) return {};
+  const int answered = ::proc_pidinfo(pid_, PROC_PIDVNODEPATHINFO, 0, &folders, sizeof folders);
+  if (!isWholeRecord(answered, sizeof folders)) return {};
   const auto& path = folders.pvi_cdir.vip_path;
   return textInField(std::string_view(path, sizeof path));
 }
@@ -129,7 +133,8 @@ std::optional<std::uint64_t> MacosProcessSource::processorTime(Pid pid) {
 std::unique_ptr<Process> MacosProcessSource::process(Pid pid) {
   const auto record = processRecord(pid);
   constexpr std::uint64_t latest = std::numeric_limits<std::int64_t>::max();
-  if (!record || record->pbi_start_tvsec > latest) return nullptr;
+  // The pid may be somebody else's by now.
+  if (!record || record->pbi_uid != self_.uid || record->pbi_start_tvsec > latest) return nullptr;
   return std::make_unique<OneProcess>(*this, pid,
                                       ProcessFacts{static_cast<Pid>(record->pbi_ppid), record->pbi_uid,
                                                    static_cast<std::int64_t>(record->pbi_start_tvsec)});

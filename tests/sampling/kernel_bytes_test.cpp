@@ -32,6 +32,7 @@ TEST(ArgumentBlock, ArgumentsAreTakenFromBetweenPathAndEnvironment) {
       {"a negative count", block(-1, ended(path) + words), {}},
       {"a path without an end", block(1, path), {}},
       {"an empty path", block(1, zeros(3) + ended("a")), {"a"}},
+      {"an argument without an end", block(2, ended(path) + ended("a") + "b"), {"a"}},
       {"a cut count", std::string("\1\0\0", 3), {}},
       {"bytes that are no UTF-8", block(1, ended(path) + ended("a\xFF\x62")), {"a\xEF\xBF\xBD\x62"}},
   };
@@ -65,12 +66,12 @@ std::string blockOfSize(std::size_t bytes) {
 }
 
 TEST(ArgumentBuffer, ABlockThatFillsTheBufferIsReadAgainIntoALargeOne) {
-  const std::pair<std::size_t, std::vector<std::size_t>> cases[] = {
-      {65'535, {65'536}}, {65'536, {65'536, 1'048'576}}, {1'048'577, {65'536, 1'048'576}}};
-  for (const auto& [blockBytes, asked] : cases) {
+  const std::tuple<std::size_t, std::vector<std::size_t>, std::size_t> cases[] = {
+      {65'535, {65'536}, 1}, {65'536, {65'536, 1'048'576}, 1}, {1'048'577, {65'536, 1'048'576}, 0}};
+  for (const auto& [blockBytes, asked, arguments] : cases) {
     FakeKernel kernel{blockOfSize(blockBytes)};
     ArgumentBuffer buffer;
-    EXPECT_THAT(argumentsInBlock(*buffer.read(kernel.query())), ElementsAre(SizeIs(4'096)));
+    EXPECT_EQ(argumentsInBlock(*buffer.read(kernel.query())), Strings(arguments, std::string(4'096, 'x')));
     EXPECT_EQ(kernel.asked, asked) << blockBytes;
   }
 }
