@@ -17,11 +17,13 @@ Words::const_iterator find(const Words& words, const Option& option) {
 // Takes over what one option asks for. One that lacks its value asks for nothing.
 void apply(const Option& option, const Words& words, CommandLine& line) {
   const auto found = find(words, option);
-  const bool takesValue = option.value != OptionValue::none;
-  if (found == words.end() || (takesValue && std::next(found) == words.end())) return;
+  if (found == words.end()) return;
+  const auto next = std::next(found);
+  const bool hasValue = next != words.end() && isValue(option, *next);
+  if (!hasValue && option.value != OptionValue::none && !option.valueIsOptional) return;
   if (option.mode) line.mode = std::min(line.mode, *option.mode);
   if (option.flag != nullptr) line.*option.flag = true;
-  if (option.text != nullptr) line.*option.text = *std::next(found);
+  if (option.text != nullptr && hasValue) line.*option.text = *next;
 }
 
 // The words that no option accounts for. What stands behind an option that takes a value was meant as one,
@@ -31,8 +33,8 @@ Words unknownWords(const Words& words) {
   const Option* before = nullptr;
   for (const std::string& word : words) {
     const Option* option = optionOf(word);
-    const bool isValue = before != nullptr && before->value != OptionValue::none;
-    if (option == nullptr && !isValue) unknown.push_back(word);
+    const bool belongs = before != nullptr && isValue(*before, word);
+    if (option == nullptr && !belongs) unknown.push_back(word);
     before = option;
   }
   return unknown;

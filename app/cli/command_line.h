@@ -28,7 +28,8 @@ struct CommandLine {
 };
 
 // Words are matched whole and case-sensitively; an option that takes a value takes the very next word,
-// whatever it is, and is ignored when it is last. Words that mean nothing change nothing.
+// whatever it is, and is ignored when it is last; one whose value may be left out takes it unless it is an
+// option or begins with two dashes. Words that mean nothing change nothing.
 CommandLine parseCommandLine(const std::vector<std::string>& words);
 
 }  // namespace tarnwick

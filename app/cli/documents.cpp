@@ -42,7 +42,7 @@ std::string manualEntry(const Option& option) {
   std::string entry = ".TP\n";
   if (!option.shortForm.empty()) entry += "\\fB" + roff(option.shortForm) + "\\fR, ";
   entry += "\\fB" + roff(option.word) + "\\fR";
-  if (option.value != OptionValue::none) entry.append(" \\fI").append(valueName(option.value)).append("\\fR");
+  if (option.value != OptionValue::none) entry.append(" \\fI").append(valueName(option)).append("\\fR");
   std::string text = fullDescription(option);
   text.front() = static_cast<char>(text.front() - 'a' + 'A');
   return entry + "\n" + paragraph("", 0, roff(text) + ".");
@@ -142,7 +142,7 @@ std::string bashCompletion() {
   std::string cases;
   std::string words;
   for (const Option& option : options()) {
-    if (option.value != OptionValue::none) cases += bashCase(option);
+    if (option.value != OptionValue::none && !option.valueIsOptional) cases += bashCase(option);
     words.append(words.empty() ? "" : " ").append(option.word);
     if (!option.shortForm.empty()) words.append(" ").append(option.shortForm);
   }
@@ -177,6 +177,7 @@ std::string zshCompletion() {
     if (option.value == OptionValue::name) what += ":name:(" + joined(option.choices) + ")";
     if (option.value == OptionValue::path) what += ":path:_files";
     if (option.value == OptionValue::text) what += ":text: ";
+    if (option.valueIsOptional) what += "::value: ";
     specs.append(" \\\n  ").append(zshSpec(option, what));
   }
   return "#compdef tarnwick\n# zsh " + std::string(madeFrom) + "_arguments" + specs + "\n";

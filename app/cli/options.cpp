@@ -76,9 +76,15 @@ const Option* optionOf(std::string_view word) {
   return found == table.end() ? nullptr : &*found;
 }
 
-std::string_view valueName(OptionValue value) {
-  constexpr std::array<std::string_view, 4> names{"", "NAME", "PATH", "TEXT"};
-  return names.at(static_cast<std::size_t>(value));
+std::string valueName(const Option& option) {
+  constexpr std::array<std::string_view, 6> names{"", "NAME", "PATH", "TEXT", "COMMAND", "SECONDS"};
+  const std::string name(names.at(static_cast<std::size_t>(option.value)));
+  return option.valueIsOptional ? "[" + name + "]" : name;
+}
+
+bool isValue(const Option& option, std::string_view word) {
+  if (option.value == OptionValue::none) return false;
+  return !option.valueIsOptional || (!word.starts_with("--") && optionOf(word) == nullptr);
 }
 
 std::string choicesOf(const Option& option) {
