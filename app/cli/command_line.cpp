@@ -3,6 +3,9 @@
 #include <algorithm>
 
 #include "app/cli/options.h"
+#include "app/cli/terminal_text.h"
+#include "records/formatted.h"
+#include "records/text.h"
 
 namespace tarnwick {
 namespace {
@@ -45,8 +48,25 @@ Words unknownWords(const Words& words) {
 CommandLine parseCommandLine(const std::vector<std::string>& words) {
   CommandLine line;
   for (const Option& option : options()) apply(option, words, line);
+  if (line.json && line.mode == Mode::application) line.mode = Mode::print;
   line.unknown = unknownWords(words);
   return line;
+}
+
+std::optional<std::size_t> rowsOf(const CommandLine& line) {
+  if (!line.topRows) return usualRows;
+  const auto rows = wholeNumber<std::size_t>(*line.topRows);
+  return rows && *rows >= 1 && *rows <= mostRows ? rows : std::nullopt;
+}
+
+std::optional<std::string> wrongWords(const CommandLine& line) {
+  if (line.top && !rowsOf(line)) {
+    return formatted("“{}” is no number of rows for --top. Use 1 to {}.", harmlessInLine(*line.topRows),
+                     mostRows);
+  }
+  const bool prints = line.mode == Mode::print || line.mode == Mode::demo || line.mode == Mode::top;
+  if (line.json && !prints) return "--json goes with --print, --demo or --top, or stands alone.";
+  return std::nullopt;
 }
 
 }  // namespace tarnwick

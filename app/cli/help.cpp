@@ -62,6 +62,8 @@ std::string helpText() {
 
 std::string versionText() { return "tarnwick " TARNWICK_VERSION "\n"; }
 
+std::string_view programVersion() { return TARNWICK_VERSION; }
+
 std::string unknownWordsText(const std::vector<std::string>& words) {
   std::vector<std::string> quoted;
   for (const std::string& word : words) quoted.push_back("“" + word + "”");

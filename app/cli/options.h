@@ -19,6 +19,7 @@ enum class OptionValue {
   text,     // anything
   command,  // that of a remedy
   seconds,
+  count,  // of rows
 };
 
 struct Option {
