@@ -19,8 +19,9 @@ std::function<bool()> mayLookUp(PrTitles titles, UserSettings& settings) {
 
 }  // namespace
 
-Machine::Machine(const Outside& outside, PrTitles titles, Checks checks)
+Machine::Machine(const Outside& outside, PrTitles titles, Checks checks, std::size_t biggest)
     : outside_(outside),
+      biggest_(biggest),
       limitedTools_(outside_.tools, outside_.limits),
       marks_(processorMilliseconds),
       places_(outside_.toolCandidates, &outside_.homeFiles),
@@ -39,23 +40,35 @@ Snapshot Machine::scan(double interval) {
   const Turn turn(turns_);
   outside_.limits.begin();
   outside_.files.mayVisit(outside_.self.home);  // names one that does not answer
-  return scan_.scan(interval);
+  return scan_.scan(interval, biggest_ > 0 ? Everybody::asked : Everybody::whereItMatters);
+}
+
+std::vector<Finding> Machine::findingsOf(const Snapshot& snapshot, const std::set<Pid>& termed) {
+  surroundings_.beginCheck();
+  return tarnwick::findings(snapshot, termed, surroundings_, marks_);
+}
+
+void Machine::endCheck() {
+  outside_.files.rest();
+  outside_.limits.end();
 }
 
 std::vector<Finding> Machine::findings(const Snapshot& snapshot, const std::set<Pid>& termed) {
   const Turn turn(turns_);
-  surroundings_.beginCheck();
-  std::vector<Finding> found = tarnwick::findings(snapshot, termed, surroundings_, marks_);
-  outside_.files.rest();
-  outside_.limits.end();
+  std::vector<Finding> found = findingsOf(snapshot, termed);
+  endCheck();
   return found;
 }
 
 Check Machine::check(const std::set<Pid>& termed) {
   Snapshot snapshot = scan(checkSeconds);
-  std::vector<Finding> found = findings(snapshot, termed);
+  const Turn turn(turns_);
+  std::vector<Finding> found = findingsOf(snapshot, termed);
+  BiggestUsers users;
+  if (biggest_ > 0) users = biggestUsers(snapshot, biggest_, surroundings_);
+  endCheck();
   const bool seen = wasSeen(snapshot);
-  return {std::move(snapshot), std::move(found), seen, outside_.limits.leftOut()};
+  return {std::move(snapshot), std::move(found), seen, outside_.limits.leftOut(), std::move(users)};
 }
 
 void Machine::resetCaches() {

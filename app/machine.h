@@ -3,6 +3,7 @@
 // fault.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <set>
 #include <string>
@@ -38,7 +39,8 @@ class Machine final : public ModelServices {
   static constexpr double checkSeconds = 1.0;
 
   // What `outside` names must outlive the machine.
-  Machine(const Outside& outside, PrTitles titles, Checks checks = Checks::many);
+  // `biggest`: so many of the biggest users does a check look for; 0 asks nothing for them.
+  Machine(const Outside& outside, PrTitles titles, Checks checks = Checks::many, std::size_t biggest = 0);
 
   Check check(const std::set<Pid>& termed) override;
   void resetCaches() override;
@@ -57,7 +59,13 @@ class Machine final : public ModelServices {
   BenchMarks& benchMarks() { return marks_; }
 
  private:
+  // The second half of a check, and its end.
+  std::vector<Finding> findingsOf(const Snapshot& snapshot, const std::set<Pid>& termed)
+      TARNWICK_REQUIRES(turns_);
+  void endCheck();
+
   const Outside outside_;
+  const std::size_t biggest_;
   LimitedToolRunner limitedTools_;
   BenchMarks marks_;
   ToolPlaces places_;

@@ -11,6 +11,7 @@
 #include "app/cli/help.h"
 #include "app/cli/output.h"
 #include "app/cli/terminal_text.h"
+#include "app/cli/terminal_width.h"
 #include "app/explain/language_model.h"
 #include "app/modes.h"
 #include "app/panel/panel_jobs.h"
@@ -57,7 +58,7 @@ int drawPanel(const ProgramRun& run) {
 
 int showApplication(const ProgramRun& run, std::optional<RealOutside>& real) {
   const Outside outside = run.outside();
-  Machine machine(outside, titlesOf(run.words));
+  Machine machine(outside, titlesOf(run.words), Checks::many, panel::namedUsers);
   return panel::showApplication({.makeModel =
                                      [&](Executor& executor, Model::CopyText copyText) {
                                        return std::make_unique<Model>(executor, machine, std::move(copyText));
@@ -76,13 +77,17 @@ int showApplication(const ProgramRun& run, std::optional<RealOutside>& real) {
 // The report is the last thing that its mode does. What it was made from lies on the stack above and goes
 // with the process, whose memory the system takes back at once: to give back many thousands of texts one by
 // one costs as much as a rule. Whoever looks for leaks at the end still finds all of it held.
-int printAndLeave(std::string_view text) { std::exit(printText(text)); }
+template <int (*print)(std::string_view)>
+int printAndLeave(std::string_view text) {
+  std::exit(print(text));
+}
 
 int run(const CommandLine& words) {
   if (!words.unknown.empty()) complainUnknownWords(words.unknown);
   const Self self = readSelf();
   std::optional<RealOutside> outside;
-  const bool isLiveReport = words.mode == Mode::print && !words.scenario;
+  if (const auto wrong = wrongWords(words)) return complain(*wrong);
+  const bool isLiveReport = (words.mode == Mode::print || words.mode == Mode::top) && !words.scenario;
   const ProgramRun run{.words = words,
                        .self = self,
                        .outside =
@@ -91,7 +96,9 @@ int run(const CommandLine& words) {
                              if (words.mode == Mode::application) outside->watchForTheEnd();
                              return outside->parts();
                            },
-                       .print = isLiveReport ? printAndLeave : printText};
+                       .print = isLiveReport ? printAndLeave<printText> : printText,
+                       .printDocument = isLiveReport ? printAndLeave<printDocument> : printDocument,
+                       .columns = terminalColumns(standardOutput)};
   if (words.mode == Mode::snapshot) return drawPanel(run);
   return words.mode == Mode::application ? showApplication(run, outside) : runTextMode(run);
 }

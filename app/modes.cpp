@@ -3,8 +3,10 @@
 #include <string>
 
 #include "app/cli/help.h"
+#include "app/cli/json_report.h"
 #include "app/cli/output.h"
 #include "app/cli/terminal_text.h"
+#include "app/cli/top_table.h"
 #include "app/demo/demo.h"
 #include "app/demo/demo_check.h"
 #include "app/explain/explain.h"
@@ -25,9 +27,19 @@ Guesses guessesAbout(const Check& check) {
                           [&](const std::string& evidence) { return explain(evidence, model.get()); });
 }
 
+// So many of the biggest users does what is printed name.
+std::size_t wantedRows(const CommandLine& words) {
+  return words.top || words.json ? rowsOf(words).value_or(usualRows) : 0;
+}
+
 int printReport(const ProgramRun& run, const std::optional<Check>& check, bool askModel) {
   if (!check) return printUnknownScenario(run);
   const Guesses guesses = askModel ? guessesAbout(*check) : Guesses{};
+  if (run.words.json) {
+    return run.printDocument(jsonReport(
+        {check->snapshot, check->found, guesses, check->users, check->leftOut}, JsonLayout::indented));
+  }
+  if (run.words.top) return run.print(topTable(check->users, check->snapshot, run.columns));
   return run.print(text(check->snapshot, check->found, guesses));
 }
 
@@ -70,18 +82,23 @@ Check liveCheck(const ProgramRun& run) {
   std::optional<Check> check;
   {
     const WaitingLine waiting("Checking your Mac…");
-    check = Machine(run.outside(), titlesOf(run.words), Checks::one).check({});
+    check = Machine(run.outside(), titlesOf(run.words), Checks::one, wantedRows(run.words)).check({});
   }
   if (check->seen && !check->leftOut.empty()) complain(leftOutText(check->leftOut));
   return std::move(*check);
 }
 
 std::optional<Check> demoCheck(const ProgramRun& run) {
-  return checkDemo(run.words.scenario, reader(run.self));
+  return checkDemo(run.words.scenario, reader(run.self), wantedRows(run.words));
 }
 
 int printUnknownScenario(const ProgramRun& run) {
-  run.print(unknownScenario(*run.words.scenario));
+  std::string sentence = unknownScenario(*run.words.scenario);
+  if (run.words.json) {  // whoever reads documents takes no sentence for one
+    sentence.pop_back();
+    return complain(sentence);
+  }
+  run.print(sentence);
   return 1;
 }
 
@@ -101,6 +118,7 @@ int runTextMode(const ProgramRun& run) {
     case Mode::bench:
       return runBenchmark(run);
     case Mode::print:
+    case Mode::top:
       return run.words.scenario ? printReport(run, demoCheck(run), run.words.askModel) : printLive(run);
     case Mode::help:
       return run.print(helpText());

@@ -1,6 +1,7 @@
 // The modes that print a text, and the checks that the panel's modes show. Main thread.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <span>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "app/cli/command_line.h"
+#include "app/cli/output.h"
 #include "app/demo/self_test.h"
 #include "app/machine.h"
 
@@ -20,6 +22,8 @@ struct ProgramRun {
   Self self;
   std::function<Outside()> outside;            // asked once, and only by modes that look at this machine
   std::function<int(std::string_view)> print;  // gives the exit status
+  std::function<int(std::string_view)> printDocument = tarnwick::printDocument;  // the same of a document
+  std::optional<std::size_t> columns = {};  // of the terminal that both print to; absent: to none
   std::span<const ExpectedDiagnosis> expected = expectedDiagnoses();  // of the self-test
 };
 

@@ -14,6 +14,8 @@
 namespace tarnwick {
 namespace {
 
+constexpr std::size_t shownCommandLength = 60;  // characters
+
 constexpr std::int32_t askToEnd = 15;
 constexpr std::int32_t forceToEnd = 9;
 
@@ -90,6 +92,11 @@ std::string commandLine(const Proc& proc) {
   appendWords(line, proc.name());
   for (std::size_t i = 1; i < proc.args.size(); ++i) appendWords(line, proc.args[i]);
   return line;
+}
+
+std::string shortenedCommand(const std::string& command) {
+  if (characterCount(command) <= shownCommandLength) return command;
+  return firstCharacters(command, shownCommandLength - 1) + "…";
 }
 
 bool isInLibrary(const std::string& path, const Self& self) {

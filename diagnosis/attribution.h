@@ -26,6 +26,9 @@ std::string facts(const std::optional<std::string>& who, const std::optional<Git
 // The process's name and its arguments in one line: every run of white space is one blank.
 std::string commandLine(const Proc& proc);
 
+// A command line of at most 60 characters; of a longer one the beginning and "…".
+std::string shortenedCommand(const std::string& command);
+
 // The nearest folder from `path` upward that holds ".git", but never the home directory or a folder with a
 // name as short; `path` itself when there is none, or when it lies in the home directory's Library.
 std::string projectRoot(const std::string& path, Surroundings& surroundings);

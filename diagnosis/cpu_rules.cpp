@@ -2,13 +2,13 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
-#include <map>
 #include <span>
 
 #include "diagnosis/attribution.h"
 #include "diagnosis/browser_names.h"
 #include "diagnosis/detect.h"
 #include "diagnosis/machine_share.h"
+#include "diagnosis/process_groups.h"
 #include "diagnosis/process_kinds.h"
 #include "diagnosis/system_services.h"
 #include "records/formatted.h"
@@ -20,45 +20,23 @@ namespace {
 
 constexpr double idleCores = 0.01;
 constexpr double awakeSeconds = 3'600;
-constexpr std::size_t shownCharacters = 60;
 constexpr std::size_t evidenceCharacters = 300;
 
-// What is reported as one: an application, or everything below one root.
-struct Group {
-  double cpu = 0;  // cores' worth
-  std::int64_t count = 0;
-  const Proc* root = nullptr;
-};
-
-struct BusyGroups {
-  std::map<std::string_view, Group> apps;  // by application name
-  std::map<Pid, Group> roots;              // by the root's pid
-};
-
-BusyGroups busyGroups(const Snapshot& snapshot, const Self& self, Starters& starters) {
+ProcessGroups busyGroups(const Snapshot& snapshot, const Self& self, Starters& starters) {
   const bool safariRuns = isSafariRunning(snapshot);
   const Proc* vm = dockerVM(snapshot);
-  BusyGroups groups;
+  ProcessGroups groups;
   for (const auto& [pid, proc] : snapshot.procs) {
     if (!(proc.cpu > idleCores) || pid == self.pid || &proc == vm) continue;
     if (vm == nullptr && proc.inContainer) continue;  // the docker rule's
     if (browserOf(proc, safariRuns) || serviceOf(proc.name()) != nullptr) continue;
-    const Proc* root = proc.app ? &proc : starters.of(proc).root;
-    Group& group = proc.app ? groups.apps[*proc.app] : groups.roots[root->pid];
-    if (group.root == nullptr) group.root = root;
-    group.cpu += proc.cpu;
-    ++group.count;
+    groups.add(proc, starters);
   }
   return groups;
 }
 
-std::string shortened(const std::string& command) {
-  if (characterCount(command) <= shownCharacters) return command;
-  return firstCharacters(command, shownCharacters - 1) + "…";
-}
-
 // What every finding of this rule has; the rest is said by one of the three below.
-Finding groupFinding(std::string_view key, const Group& group, const Snapshot& snapshot) {
+Finding groupFinding(std::string_view key, const ProcessGroup& group, const Snapshot& snapshot) {
   Finding finding;
   finding.id = formatted("cpu:{}", key);
   finding.bucket = Bucket::now;
@@ -67,7 +45,7 @@ Finding groupFinding(std::string_view key, const Group& group, const Snapshot& s
   return finding;
 }
 
-void describeApp(const Group& group, const Snapshot& snapshot, Finding& finding) {
+void describeApp(const ProcessGroup& group, const Snapshot& snapshot, Finding& finding) {
   const std::string& name = *group.root->app;
   const RunningApp* app = runningApp(name, snapshot);
   finding.title = name + " is busy";
@@ -77,12 +55,12 @@ void describeApp(const Group& group, const Snapshot& snapshot, Finding& finding)
   finding.icon = app != nullptr ? app->path : "app";
 }
 
-void describeBackground(const Group& group, Finding& finding) {
+void describeBackground(const ProcessGroup& group, Finding& finding) {
   const Proc& root = *group.root;
   const std::string command = commandLine(root);
   finding.title = "A background process is busy";
   finding.detail =
-      formatted("Its name is “{}”. It runs {}.", shortened(command), plural(group.count, "process"));
+      formatted("Its name is “{}”. It runs {}.", shortenedCommand(command), plural(group.count, "process"));
   finding.evidence = formatted("A background process. No app or terminal started it.\nCommand: {}\nPath: {}",
                                firstCharacters(command, evidenceCharacters), root.path);
   finding.subject = std::string(root.name());
@@ -97,7 +75,7 @@ void describeWork(const Starter& start, const Snapshot& snapshot, Surroundings& 
   const std::string& who = *start.who;
   const bool byUser = who == "you";
   const std::string command = commandLine(root);
-  const std::string shown = shortened(command);
+  const std::string shown = shortenedCommand(command);
   const std::string_view kind = workKind(shown).value_or("a command");
   const double age = secondsBetween(root.started, snapshot.now);
 
@@ -149,13 +127,13 @@ Finding awakeFinding(const Proc& proc, const Starter& start, const Snapshot& sna
 
 std::vector<Finding> cpuHogs(const Snapshot& snapshot, Surroundings& surroundings) {
   Starters starters(snapshot);
-  const BusyGroups groups = busyGroups(snapshot, surroundings.self(), starters);
+  const ProcessGroups groups = busyGroups(snapshot, surroundings.self(), starters);
   std::vector<Finding> found;
   for (const auto& [name, group] : groups.apps) {
     if (group.cpu < busyCores) continue;
     describeApp(group, snapshot, found.emplace_back(groupFinding(name, group, snapshot)));
   }
-  for (const auto& [pid, group] : groups.roots) {
+  for (const auto& [pid, group] : groups.jobs) {
     if (group.cpu < busyCores) continue;
     Finding& finding = found.emplace_back(groupFinding(formatted("pid:{}", pid), group, snapshot));
     if (const Starter start = starters.of(*group.root); start.who) {

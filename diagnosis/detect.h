@@ -39,6 +39,9 @@ std::vector<Finding> caffeinates(const Snapshot& snapshot, const std::set<Pid>& 
 // The process that is Docker's virtual machine: it belongs to the docker rule alone. Null when there is none.
 const Proc* dockerVM(const Snapshot& snapshot);
 
+// What ends that machine with all its containers.
+Action quitDocker(const Snapshot& snapshot);
+
 // Development machinery that stays up (docker_rules.cpp).
 std::vector<Finding> docker(const Snapshot& snapshot);
 std::vector<Finding> simulators(const Snapshot& snapshot, Surroundings& surroundings);

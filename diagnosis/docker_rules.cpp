@@ -91,9 +91,8 @@ const RunningApp* dockerApp(const Snapshot& snapshot) {
   return app == snapshot.apps.end() ? nullptr : &*app;
 }
 
-std::vector<Action> quitAndStopActions(const RunningApp* app, const Snapshot& snapshot) {
-  std::vector<Action> actions{
-      {"Quit Docker", {QuitApp{app == nullptr ? std::string(dockerID) : app->bundleID}}}};
+std::vector<Action> quitAndStopActions(const Snapshot& snapshot) {
+  std::vector<Action> actions{quitDocker(snapshot)};
   for (Action& stop : stopActions(snapshot)) actions.push_back(std::move(stop));
   return actions;
 }
@@ -161,7 +160,7 @@ Finding dockerFinding(const Proc& vm, const Snapshot& snapshot) {
   Finding finding = loadFinding({vm.footprint, vm.cpu}, snapshot);
   finding.detail = std::move(detail);
   finding.summary = std::move(summary);
-  finding.actions = quitAndStopActions(app, snapshot);
+  finding.actions = quitAndStopActions(snapshot);
   if (app != nullptr) finding.icon = app->path;
   return finding;
 }
@@ -251,6 +250,11 @@ const Proc* dockerVM(const Snapshot& snapshot) {
     return entry.second.path.find("/Docker.app/") != std::string::npos;
   });
   return dockerRuns ? vm : nullptr;
+}
+
+Action quitDocker(const Snapshot& snapshot) {
+  const RunningApp* app = dockerApp(snapshot);
+  return {"Quit Docker", {QuitApp{app == nullptr ? std::string(dockerID) : app->bundleID}}};
 }
 
 std::vector<Finding> docker(const Snapshot& snapshot) {

@@ -1,15 +1,20 @@
 #include <algorithm>
 #include <array>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "app/cli/json_report.h"
+#include "app/cli/terminal_width.h"
+#include "app/cli/top_table.h"
 #include "app/panel/content.h"
 #include "diagnosis/findings.h"
 #include "diagnosis/report.h"
 #include "diagnosis/verdict.h"
 #include "fuzz/targets.h"
+#include "records/text.h"
 #include "records/utf8.h"
 
 namespace tarnwick {
@@ -160,6 +165,9 @@ Snapshot machine(Bytes& bytes) {
   }
   for (std::uint64_t count = bytes.number(3); count > 0; --count)
     made.others.push_back({static_cast<Pid>(count), 0, bytes.text(), bytes.figure(), bytes.cores()});
+  made.memoryInUse = bytes.figure();
+  for (std::uint64_t count = bytes.number(3); count > 0; --count)
+    made.containerUse.push_back({bytes.text(), bytes.figure(), bytes.cores(), 1});
   const auto count = static_cast<Pid>(bytes.number(40));
   for (Pid pid = 2; pid < count; ++pid) made.procs[pid] = process(bytes, pid);
   made.index();
@@ -216,6 +224,15 @@ void runMachine(std::string_view input) {
   promise(!said.headline.empty(), "something is said");
   const std::string report = text(*snapshot, found, {});
   promise(repairUtf8(report) == report, "the report is valid UTF-8");
+  const BiggestUsers users = biggestUsers(*snapshot, 3, around);
+  promise(users.restCpu >= 0 && users.restCount >= 0, "no more is explained than there is");
+  const std::string document = jsonReport({*snapshot, found, {}, users, {}}, JsonLayout::oneLine);
+  promise(repairUtf8(document) == document && document.find('\n') == document.size() - 1,
+          "the document is one line of valid UTF-8");
+  promise(nlohmann::json::accept(document), "the document is JSON");
+  std::string table = topTable(users, *snapshot, 20);
+  for (std::string_view rest = table; !rest.empty();)
+    promise(cellWidth(takeLine(rest)) <= 20, "the table fits its terminal");
   const std::optional<Note> noNote;
   const std::optional<std::string> open = found.empty() ? std::nullopt : std::optional(found.front().id);
   panel::content({snapshot, found, false, noNote, {}, open}, {true, true, true, 900.0}, now);

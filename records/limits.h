@@ -43,6 +43,10 @@ inline constexpr std::size_t mostProcessTexts = std::size_t{8} << 20U;  // comma
 inline constexpr std::size_t fewestProcessTexts = 512;  // of one process, whatever others have
 inline constexpr std::size_t longestServerTool = 100;   // of a program that gives a server its kind
 
+// The list of the users that the system knows itself, and the name of one.
+inline constexpr std::size_t mostAccounts = std::size_t{1} << 20U;
+inline constexpr std::size_t longestAccountName = 255;
+
 // Names in a folder, desktop entries, and the texts in one of those.
 inline constexpr std::size_t mostFolderEntries = 65'536;
 inline constexpr std::size_t mostDesktopEntries = 2'048;

@@ -63,6 +63,11 @@ struct OtherProc {
   std::string name;            // the kernel's, at most 15 characters; kernel threads have longer ones
   std::uint64_t resident = 0;  // resident set, bytes; what is shared counts for each
   double cpu = 0;              // as in Proc
+  Timestamp started;           // whole seconds; 1970 when unknown
+  // Bytes that no file stands behind, with nothing shared in them; absent unless everybody was asked for.
+  std::optional<std::uint64_t> footprint = {};
+  bool kernel = false;       // a thread of the kernel's own
+  bool inContainer = false;  // as in Proc
 
   bool operator==(const OtherProc&) const = default;
 };
@@ -74,6 +79,16 @@ struct ContainerLoad {
   double cpu = 0;           // cores' worth over the interval
 
   bool operator==(const ContainerLoad&) const = default;
+};
+
+// What one container uses that runs on this system itself.
+struct ContainerUse {
+  std::string id;           // the engine's, its first 12 characters
+  std::uint64_t bytes = 0;  // in use without droppable cache
+  double cpu = 0;           // cores' worth over the interval
+  std::int64_t count = 0;   // processes
+
+  bool operator==(const ContainerUse&) const = default;
 };
 
 // Running containers that are counted and not listed.
@@ -135,20 +150,25 @@ struct ClaudeWork {
 };
 
 struct Snapshot {
-  PidMap<Proc> procs;                 // visited in ascending pid
-  std::vector<OtherProc> others;      // ascending pid; only where the user's own explain less than half
+  PidMap<Proc> procs;             // visited in ascending pid
+  std::vector<OtherProc> others;  // ascending pid; only where the user's own explain less than half, or
+                                  // where everybody was asked for
+  std::map<std::uint32_t, std::string> userNames;  // of the owners of `others` by uid; where everybody was
+                                                   // asked for, and only those that this system knows itself
   std::vector<Container> containers;  // running containers in the engine's order, of very many the biggest
   UnlistedContainers moreContainers;  // all others
   std::optional<ContainerLoad> containerLoad;  // absent where no container runs on this system itself
+  std::vector<ContainerUse> containerUse;      // each of those
   std::vector<RunningApp> apps;                // in the order the workspace lists them
   std::int64_t diskFree = 0;                   // bytes free on the volume that fills up first, mostly "/"
   std::int64_t diskTotal = 0;                  // bytes of that volume; 0 when unknown
   std::uint64_t ram = 0;                       // installed memory, bytes; 0 when unknown
   std::uint64_t swapUsed = 0;                  // bytes
-  double cpuBusy = 0;                          // share of all processor time that was not idle, 0..1
-  int cores = 0;                               // active cores; readers take less than 1 as 1
-  double uptime = 0;                           // seconds since the machine started
-  Timestamp now;                               // when the sample was complete
+  std::uint64_t memoryInUse = 0;  // bytes that cannot be given out at once, those in swap too; 0 when unknown
+  double cpuBusy = 0;             // share of all processor time that was not idle, 0..1
+  int cores = 0;                  // active cores; readers take less than 1 as 1
+  double uptime = 0;              // seconds since the machine started
+  Timestamp now;                  // when the sample was complete
   ThermalState thermal = ThermalState::nominal;
   std::int32_t pressure = 1;             // memory pressure: 1 normal, 2 warning, 4 critical
   std::optional<int> memorySaver;        // Chrome's Memory Saver state; absent when unknown

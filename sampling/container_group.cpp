@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <numeric>
+#include <unordered_set>
 #include <utility>
 
 #include "records/checked.h"
@@ -48,13 +50,21 @@ void listBiggest(Snapshot& snapshot) {
   all = std::move(biggest);
 }
 
+void markOthers(const ContainerInterval& interval, std::vector<OtherProc>& others) {
+  std::unordered_set<Pid> contained;
+  for (const ContainerGroup& group : interval.after) contained.insert(group.pids.begin(), group.pids.end());
+  for (OtherProc& other : others) other.inContainer = contained.contains(other.pid);
+}
+
 void addContainers(const ContainerInterval& interval, Snapshot& snapshot) {
   if (interval.after.empty()) return;
   ContainerLoad load;
   for (const ContainerGroup& group : interval.after) {
+    const double cpu = coresOf(group, interval);
     ++load.count;
     load.bytes = saturatingAdd(load.bytes, group.bytes);
-    load.cpu += coresOf(group, interval);
+    load.cpu += cpu;
+    snapshot.containerUse.push_back({group.id, group.bytes, cpu, std::ssize(group.pids)});
     for (const Pid pid : group.pids) {
       if (const auto proc = snapshot.procs.find(pid); proc != snapshot.procs.end()) {
         proc->second.inContainer = true;

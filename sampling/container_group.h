@@ -29,8 +29,11 @@ struct ContainerInterval {
 // first.
 void listBiggest(Snapshot& snapshot);
 
-// Puts the load, the memory of the containers that the engine named, and whose a process is into the
-// snapshot.
+// Says of each which of them are in a container.
+void markOthers(const ContainerInterval& interval, std::vector<OtherProc>& others);
+
+// Puts the load, what each container uses, the memory of the containers that the engine named, and whose a
+// process is into the snapshot.
 void addContainers(const ContainerInterval& interval, Snapshot& snapshot);
 
 }  // namespace tarnwick

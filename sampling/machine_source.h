@@ -17,6 +17,7 @@ struct MemoryState {
   std::uint64_t ram = 0;                 // bytes installed; 0 when unknown
   std::uint64_t swapUsed = 0;            // bytes; 0 when unknown
   std::optional<std::int32_t> pressure;  // 1 normal, 2 warning, 4 critical; absent when unknown
+  std::uint64_t inUse = 0;               // bytes of `ram` that cannot be given out at once; 0 when unknown
 };
 
 class MachineSource {

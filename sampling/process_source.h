@@ -36,6 +36,8 @@ struct StrangerFacts {
   std::string name;                 // the kernel's
   std::uint64_t resident = 0;       // bytes of its resident set
   std::uint64_t processorTime = 0;  // as in ProcessUsage
+  std::int64_t started = 0;         // seconds since 1970, whole; 0 when unknown
+  bool kernel = false;              // a thread of the kernel's own
 };
 
 // One process of the user, asked for in the second pass. Each question stands for itself, in any order. What
@@ -100,6 +102,13 @@ class ProcessSource {
   // About a process of another user that candidates() named, at the price of one file; absent when it is
   // gone, is the user's own, or the system tells nobody.
   virtual std::optional<StrangerFacts> stranger(Pid /*pid*/) { return std::nullopt; }
+
+  // Its bytes that no file stands behind and that it shares with nobody, at the price of one more; absent as
+  // above.
+  virtual std::optional<std::uint64_t> strangerMemory(Pid /*pid*/) { return std::nullopt; }
+
+  // How this system itself, without asking a network, calls a user; absent when it does not know.
+  virtual std::optional<std::string> userName(std::uint32_t /*uid*/) { return std::nullopt; }
 
   // Null when the process is gone, cannot be read or is not the user's.
   virtual std::unique_ptr<Process> process(Pid pid) = 0;

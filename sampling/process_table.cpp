@@ -4,6 +4,7 @@
 #include <iterator>
 #include <map>
 #include <memory>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -157,7 +158,7 @@ const ProcessTable::Look* ProcessTable::firstLook(Pid pid) {
   return nextLook_ == std::ssize(firstLooks_) ? nullptr : &looks[nextLook_++].second;
 }
 
-std::vector<OtherProc> ProcessTable::others() {
+std::vector<OtherProc> ProcessTable::others(bool memory) {
   std::vector<OtherProc> found;
   for (const Pid pid : notMine_) {
     if (found.size() == ProcessSource::mostProcesses) break;
@@ -168,9 +169,23 @@ std::vector<OtherProc> ProcessTable::others() {
                      .uid = facts->uid,
                      .name = std::move(facts->name),
                      .resident = believed(facts->resident),
-                     .cpu = cpu});
+                     .cpu = cpu,
+                     .started = timestamp(static_cast<double>(facts->started)),
+                     .kernel = facts->kernel});
+    if (!memory || facts->kernel) continue;
+    if (const auto bytes = source_.strangerMemory(pid)) found.back().footprint = believed(*bytes);
   }
   return found;
+}
+
+std::map<std::uint32_t, std::string> ProcessTable::namesOf(const std::vector<OtherProc>& others) {
+  std::map<std::uint32_t, std::string> names;
+  std::set<std::uint32_t> asked;
+  for (const OtherProc& other : others) {
+    if (!asked.insert(other.uid).second) continue;
+    if (auto name = source_.userName(other.uid)) names[other.uid] = std::move(*name);
+  }
+  return names;
 }
 
 void ProcessTable::countSharedOnce(PidMap<Proc>& procs, KnownByPid& fresh, Timestamp now) {

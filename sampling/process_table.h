@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -44,7 +45,11 @@ class ProcessTable {
 
   // The processes of other users, to be asked for after the second pass, over the same intervals; ascending,
   // the first `ProcessSource::mostProcesses`. Empty where they cannot be read.
-  std::vector<OtherProc> others();
+  // `memory`: with what each of them holds alone, too.
+  std::vector<OtherProc> others(bool memory = false);
+
+  // The names of their owners.
+  std::map<std::uint32_t, std::string> namesOf(const std::vector<OtherProc>& others);
 
  private:
   // What a process was found to hold of the memory that it shares.

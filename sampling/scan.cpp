@@ -75,7 +75,7 @@ bool wasSeen(const Snapshot& snapshot) { return !snapshot.procs.empty() && snaps
 
 Scan::Scan(const Sources& sources, std::string home) : sources_(sources), home_(std::move(home)) {}
 
-Snapshot Scan::scan(double interval) {
+Snapshot Scan::scan(double interval, Everybody everybody) {
   sources_.marks.mark("start");
   const bool dockerRuns = sources_.dockerRuns();
   Interval sample = sampleProcesses(interval, dockerRuns && dockerIsStale());
@@ -95,7 +95,7 @@ Snapshot Scan::scan(double interval) {
   limitToCores(snapshot.procs, snapshot.cores);
   addContainers(sample.containers, snapshot);
   listBiggest(snapshot);
-  if (isBusyWithOthers(snapshot)) snapshot.others = sources_.processes.others();
+  readOthers(sample.containers, everybody, snapshot);
   snapshot.apps = sources_.workspace.runningApps();
   readMemorySaver(snapshot);
   sources_.marks.mark("system and apps");
@@ -144,11 +144,21 @@ Scan::Interval Scan::sampleProcesses(double interval, bool askDocker) {
           .containers = std::move(containers)};
 }
 
+void Scan::readOthers(const ContainerInterval& containers, Everybody everybody, Snapshot& snapshot) {
+  const bool asked = everybody == Everybody::asked;
+  if (!asked && !isBusyWithOthers(snapshot)) return;
+  snapshot.others = sources_.processes.others(asked);
+  if (!asked) return;
+  markOthers(containers, snapshot.others);
+  snapshot.userNames = sources_.processes.namesOf(snapshot.others);
+}
+
 void Scan::readCounters(Snapshot& snapshot, double cpuBusy) {
   MachineSource& machine = sources_.machine;
   const MemoryState memory = machine.memory();
   snapshot.ram = believed(memory.ram);
   snapshot.swapUsed = believed(memory.swapUsed);
+  if (memory.inUse > 0) snapshot.memoryInUse = believed(memory.inUse) + snapshot.swapUsed;
   snapshot.pressure = memory.pressure.value_or(snapshot.pressure);
   snapshot.cores = machine.cores();
   const auto boot = machine.bootTime();

@@ -24,6 +24,12 @@ namespace tarnwick {
 // find then, nothing, says nothing.
 bool wasSeen(const Snapshot& snapshot);
 
+// Are the processes of other users asked about? Each costs two files.
+enum class Everybody {
+  whereItMatters,  // where the user's own explain less than half of a busy machine, and then one file each
+  asked            // always
+};
+
 class Scan {
  public:
   // What a scan asks; all of it must live longer than the scan.
@@ -52,7 +58,7 @@ class Scan {
   Scan(const Sources& sources, std::string home);
 
   // `interval`: seconds between the two looks; 0 does not wait.
-  Snapshot scan(double interval);
+  Snapshot scan(double interval, Everybody everybody = Everybody::whereItMatters);
 
   // Forgets what the engine and the browsers answered, so that the next scan asks them again.
   void resetCaches();
@@ -78,6 +84,7 @@ class Scan {
   bool dockerIsStale() const;
   void askEngine(const std::vector<ContainerGroup>& measured);
   Interval sampleProcesses(double interval, bool askDocker);
+  void readOthers(const ContainerInterval& containers, Everybody everybody, Snapshot& snapshot);
   void readCounters(Snapshot& snapshot, double cpuBusy);
   void readDisk(Snapshot& snapshot);
   void readMemorySaver(Snapshot& snapshot) const;

@@ -3,6 +3,9 @@
 #include <algorithm>
 
 #include "app/cli/options.h"
+#include "app/cli/terminal_text.h"
+#include "records/formatted.h"
+#include "records/text.h"
 
 namespace tarnwick {
 namespace {
@@ -17,11 +20,13 @@ Words::const_iterator find(const Words& words, const Option& option) {
 // Takes over what one option asks for. One that lacks its value asks for nothing.
 void apply(const Option& option, const Words& words, CommandLine& line) {
   const auto found = find(words, option);
-  const bool takesValue = option.value != OptionValue::none;
-  if (found == words.end() || (takesValue && std::next(found) == words.end())) return;
+  if (found == words.end()) return;
+  const auto next = std::next(found);
+  const bool hasValue = next != words.end() && isValue(option, *next);
+  if (!hasValue && option.value != OptionValue::none && !option.valueIsOptional) return;
   if (option.mode) line.mode = std::min(line.mode, *option.mode);
   if (option.flag != nullptr) line.*option.flag = true;
-  if (option.text != nullptr) line.*option.text = *std::next(found);
+  if (option.text != nullptr && hasValue) line.*option.text = *next;
 }
 
 // The words that no option accounts for. What stands behind an option that takes a value was meant as one,
@@ -31,8 +36,8 @@ Words unknownWords(const Words& words) {
   const Option* before = nullptr;
   for (const std::string& word : words) {
     const Option* option = optionOf(word);
-    const bool isValue = before != nullptr && before->value != OptionValue::none;
-    if (option == nullptr && !isValue) unknown.push_back(word);
+    const bool belongs = before != nullptr && isValue(*before, word);
+    if (option == nullptr && !belongs) unknown.push_back(word);
     before = option;
   }
   return unknown;
@@ -43,8 +48,25 @@ Words unknownWords(const Words& words) {
 CommandLine parseCommandLine(const std::vector<std::string>& words) {
   CommandLine line;
   for (const Option& option : options()) apply(option, words, line);
+  if (line.json && line.mode == Mode::application) line.mode = Mode::print;
   line.unknown = unknownWords(words);
   return line;
+}
+
+std::optional<std::size_t> rowsOf(const CommandLine& line) {
+  if (!line.topRows) return usualRows;
+  const auto rows = wholeNumber<std::size_t>(*line.topRows);
+  return rows && *rows >= 1 && *rows <= mostRows ? rows : std::nullopt;
+}
+
+std::optional<std::string> wrongWords(const CommandLine& line) {
+  if (line.top && !rowsOf(line)) {
+    return formatted("“{}” is no number of rows for --top. Use 1 to {}.", harmlessInLine(*line.topRows),
+                     mostRows);
+  }
+  const bool prints = line.mode == Mode::print || line.mode == Mode::demo || line.mode == Mode::top;
+  if (line.json && !prints) return "--json goes with --print, --demo or --top, or stands alone.";
+  return std::nullopt;
 }
 
 }  // namespace tarnwick

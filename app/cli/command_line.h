@@ -2,6 +2,7 @@
 // looked at is that of Mode and nowhere else.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -9,13 +10,16 @@
 namespace tarnwick {
 
 // The modes in the order they are looked at; the first that is asked for runs.
-enum class Mode { selfTest, explain, demo, bench, print, snapshot, help, version, application };
+enum class Mode { selfTest, explain, demo, bench, print, top, snapshot, help, version, application };
 
 struct CommandLine {
   Mode mode = Mode::application;
   std::optional<std::string> scenario;   // demo scenario by name, unchecked; absent: none was named
   std::optional<std::string> evidence;   // explain: the facts about one process; there in that mode
   std::optional<std::string> imagePath;  // snapshot: where the picture goes; there in that mode
+  std::optional<std::string> topRows;    // top: how many rows, unchecked; absent: as many as usual
+  bool top = false;                      // print, demo: the biggest users instead of the report
+  bool json = false;                     // print, demo, top: a document instead of text
   bool askModel = false;                 // print: ask the on-device model about each finding's evidence
   bool live = false;                     // snapshot: this machine instead of a demo
   bool dark = false;                     // snapshot: dark appearance
@@ -28,7 +32,18 @@ struct CommandLine {
 };
 
 // Words are matched whole and case-sensitively; an option that takes a value takes the very next word,
-// whatever it is, and is ignored when it is last. Words that mean nothing change nothing.
+// whatever it is, and is ignored when it is last; one whose value may be left out takes it unless it is an
+// option or begins with two dashes. Words that mean nothing change nothing.
+// What would change another mode's text starts --print where nothing else is started.
 CommandLine parseCommandLine(const std::vector<std::string>& words);
+
+inline constexpr std::size_t usualRows = 10;
+inline constexpr std::size_t mostRows = 100;
+
+// So many rows are asked for; absent when the words name no such number.
+std::optional<std::size_t> rowsOf(const CommandLine& line);
+
+// What is wrong with the words, as one sentence for whoever wrote them; absent when they can be carried out.
+std::optional<std::string> wrongWords(const CommandLine& line);
 
 }  // namespace tarnwick

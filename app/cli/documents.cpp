@@ -42,7 +42,7 @@ std::string manualEntry(const Option& option) {
   std::string entry = ".TP\n";
   if (!option.shortForm.empty()) entry += "\\fB" + roff(option.shortForm) + "\\fR, ";
   entry += "\\fB" + roff(option.word) + "\\fR";
-  if (option.value != OptionValue::none) entry.append(" \\fI").append(valueName(option.value)).append("\\fR");
+  if (option.value != OptionValue::none) entry.append(" \\fI").append(valueName(option)).append("\\fR");
   std::string text = fullDescription(option);
   text.front() = static_cast<char>(text.front() - 'a' + 'A');
   return entry + "\n" + paragraph("", 0, roff(text) + ".");
@@ -83,12 +83,16 @@ constexpr std::string_view manualOpening =
 constexpr std::string_view manualClosing =
     ".SH EXIT STATUS\n"
     "1 for an unknown scenario, for a text that cannot be written and for an\n"
-    "application that cannot start; 0 for everything else.\n"
+    "application that cannot start, for words that cannot be carried out and for a\n"
+    "document that was not written whole; 0 for everything else.\n"
     "A picture that cannot be drawn is no failure either.\n"
     ".SH EXAMPLES\n"
     ".TP\n"
     ".B tarnwick \\-\\-print\n"
     "What slows this machine, on the terminal.\n"
+    ".TP\n"
+    ".B tarnwick \\-\\-top 5\n"
+    "Who uses most of it, whether or not that is a cause.\n"
     ".TP\n"
     ".B tarnwick \\-\\-snapshot panel.png \\-\\-live \\-\\-dark\n"
     "The same as a picture.\n"
@@ -142,7 +146,7 @@ std::string bashCompletion() {
   std::string cases;
   std::string words;
   for (const Option& option : options()) {
-    if (option.value != OptionValue::none) cases += bashCase(option);
+    if (option.value != OptionValue::none && !option.valueIsOptional) cases += bashCase(option);
     words.append(words.empty() ? "" : " ").append(option.word);
     if (!option.shortForm.empty()) words.append(" ").append(option.shortForm);
   }
@@ -177,6 +181,7 @@ std::string zshCompletion() {
     if (option.value == OptionValue::name) what += ":name:(" + joined(option.choices) + ")";
     if (option.value == OptionValue::path) what += ":path:_files";
     if (option.value == OptionValue::text) what += ":text: ";
+    if (option.valueIsOptional) what += "::value: ";
     specs.append(" \\\n  ").append(zshSpec(option, what));
   }
   return "#compdef tarnwick\n# zsh " + std::string(madeFrom) + "_arguments" + specs + "\n";

@@ -13,7 +13,7 @@ constexpr std::size_t lineLength = 80;
 std::string formsOf(const Option& option) {
   std::string forms = option.shortForm.empty() ? "      " : "  " + std::string(option.shortForm) + ", ";
   forms += option.word;
-  if (option.value != OptionValue::none) forms.append(" ").append(valueName(option.value));
+  if (option.value != OptionValue::none) forms.append(" ").append(valueName(option));
   return forms;
 }
 
@@ -61,6 +61,8 @@ std::string helpText() {
 }
 
 std::string versionText() { return "tarnwick " TARNWICK_VERSION "\n"; }
+
+std::string_view programVersion() { return TARNWICK_VERSION; }
 
 std::string unknownWordsText(const std::vector<std::string>& words) {
   std::vector<std::string> quoted;

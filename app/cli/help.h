@@ -13,6 +13,9 @@ namespace tarnwick {
 std::string helpText();
 std::string versionText();
 
+// "0.4.0".
+std::string_view programVersion();
+
 // "with --snapshot: draw in the dark appearance": what is said about an option in one piece.
 std::string fullDescription(const Option& option);
 

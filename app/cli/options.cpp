@@ -11,6 +11,13 @@ constexpr std::array<std::string_view, 3> scenarios{"memory", "calm", "developer
 constexpr std::array table{
     Option{.word = "--print", .description = "check this machine and print the report", .mode = Mode::print},
     Option{.word = "--demo", .description = "print the report of an invented machine", .mode = Mode::demo},
+    Option{.word = "--top",
+           .value = OptionValue::count,
+           .valueIsOptional = true,
+           .description = "list the 10 biggest users of memory and of the processor, or so many",
+           .mode = Mode::top,
+           .flag = &CommandLine::top,
+           .text = &CommandLine::topRows},
     Option{.word = "--snapshot",
            .value = OptionValue::path,
            .description = "draw the panel of the invented machine into a PNG file",
@@ -35,10 +42,14 @@ constexpr std::array table{
            .with = "--print",
            .description = "add the on-device language model's guesses where it has any",
            .flag = &CommandLine::askModel},
+    Option{.word = "--json",
+           .with = "--print, --demo, --top or alone",
+           .description = "print one JSON document instead of text",
+           .flag = &CommandLine::json},
     Option{.word = "--scenario",
            .value = OptionValue::name,
            .choices = scenarios,
-           .with = "--demo, --print or --snapshot",
+           .with = "--demo, --print, --top or --snapshot",
            .description = "choose the invented machine",
            .text = &CommandLine::scenario},
     Option{.word = "--live",
@@ -76,9 +87,15 @@ const Option* optionOf(std::string_view word) {
   return found == table.end() ? nullptr : &*found;
 }
 
-std::string_view valueName(OptionValue value) {
-  constexpr std::array<std::string_view, 4> names{"", "NAME", "PATH", "TEXT"};
-  return names.at(static_cast<std::size_t>(value));
+std::string valueName(const Option& option) {
+  constexpr std::array<std::string_view, 7> names{"", "NAME", "PATH", "TEXT", "COMMAND", "SECONDS", "N"};
+  const std::string name(names.at(static_cast<std::size_t>(option.value)));
+  return option.valueIsOptional ? "[" + name + "]" : name;
+}
+
+bool isValue(const Option& option, std::string_view word) {
+  if (option.value == OptionValue::none) return false;
+  return !option.valueIsOptional || (!word.starts_with("--") && optionOf(word) == nullptr);
 }
 
 std::string choicesOf(const Option& option) {

@@ -13,16 +13,20 @@ namespace tarnwick {
 
 // What the very next word is to an option.
 enum class OptionValue {
-  none,  // a word like any other
-  name,  // one of Option::choices
-  path,  // a file
-  text,  // anything
+  none,     // a word like any other
+  name,     // one of Option::choices
+  path,     // a file
+  text,     // anything
+  command,  // that of a remedy
+  seconds,
+  count,  // of rows
 };
 
 struct Option {
   std::string_view word;       // whole, with its dashes
   std::string_view shortForm;  // the same in one letter, with its dash; empty: there is none
   OptionValue value = OptionValue::none;
+  bool valueIsOptional = false;  // then a word that begins with two dashes, or is an option, is none
   std::span<const std::string_view> choices;  // for a name: what may be said
   std::string_view with;              // what it goes with, as a list for readers; empty: it stands alone
   std::string_view description;       // in ASCII, without a full stop
@@ -40,8 +44,11 @@ bool isForm(const Option& option, std::string_view word);
 // The option of that word; null when there is none.
 const Option* optionOf(std::string_view word);
 
-// "NAME" for a name; empty for none.
-std::string_view valueName(OptionValue value);
+// "NAME" for a name, "[SECONDS]" where it may be left out; empty for none.
+std::string valueName(const Option& option);
+
+// Is that word, right behind the option, its value?
+bool isValue(const Option& option, std::string_view word);
 
 // "memory, calm or developer"; empty for an option without choices.
 std::string choicesOf(const Option& option);

@@ -10,6 +10,10 @@ namespace tarnwick {
 // be written, after one sentence on standard error.
 int printText(std::string_view text);
 
+// The same of a text of which a part is worth nothing: 1 also when the reader closed its end before it had
+// all.
+int printDocument(std::string_view text);
+
 // Writes "tarnwick: ", the sentence and a line feed to standard error; the result is 1.
 int complain(std::string_view sentence);
 

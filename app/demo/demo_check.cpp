@@ -30,13 +30,16 @@ class DemoSurroundings final : public NeutralSurroundings {
 
 }  // namespace
 
-std::optional<Check> checkDemo(const std::optional<std::string>& scenario, const DemoReader& reader) {
+std::optional<Check> checkDemo(const std::optional<std::string>& scenario, const DemoReader& reader,
+                               std::size_t biggest) {
   std::optional<Demo> demo = demoSnapshot(reader.now, scenario, reader.self);
   if (!demo) return std::nullopt;
   DemoSurroundings surroundings(*demo, reader);
   BenchMarks unarmed([] { return 0.0; });
   std::vector<Finding> found = findings(demo->snapshot, {}, surroundings, unarmed);
-  return Check{std::move(demo->snapshot), std::move(found)};
+  BiggestUsers users;
+  if (biggest > 0) users = biggestUsers(demo->snapshot, biggest, surroundings);
+  return Check{.snapshot = std::move(demo->snapshot), .found = std::move(found), .users = std::move(users)};
 }
 
 }  // namespace tarnwick

@@ -19,6 +19,8 @@ struct DemoReader {
 };
 
 // Absent when there is no demo of that name; without a name, the base demo.
-std::optional<Check> checkDemo(const std::optional<std::string>& scenario, const DemoReader& reader);
+// `biggest`: so many of the biggest users are looked for.
+std::optional<Check> checkDemo(const std::optional<std::string>& scenario, const DemoReader& reader,
+                               std::size_t biggest = 0);
 
 }  // namespace tarnwick

@@ -64,6 +64,7 @@ Model::Model(Executor& executor, ModelServices& services, CopyText copyText)
     : executor_(executor), services_(services), copyText_(std::move(copyText)) {}
 
 const std::optional<Snapshot>& Model::snap() const { return requireMainThread(), snap_; }
+const BiggestUsers& Model::users() const { return requireMainThread(), users_; }
 const std::vector<Finding>& Model::found() const { return requireMainThread(), found_; }
 bool Model::busy() const { return requireMainThread(), busy_; }
 const std::optional<Note>& Model::note() const { return requireMainThread(), note_; }
@@ -125,7 +126,9 @@ void Model::show(Check check, std::optional<Note> note) {
   if (!check.seen) return showUnseen();
   check.snapshot.procs.clear();
   check.snapshot.children.clear();
+  check.snapshot.others.clear();
   publish(snap_, std::move(check.snapshot));
+  users_ = std::move(check.users);
   publish(found_, std::move(check.found));
   publish(note_, std::move(note));
   publish(busy_, false);
@@ -135,6 +138,7 @@ void Model::show(Check check, std::optional<Note> note) {
 // What an earlier check saw is no news either.
 void Model::showUnseen() {
   publish(snap_, std::nullopt);
+  users_ = {};
   publish(found_, std::vector<Finding>());
   publish(note_, Note{unseenNote, troubleIcon, NoteColor::orange, services_.now()});
   publish(busy_, false);

@@ -53,13 +53,16 @@ class Model {
   Model(Executor& executor, ModelServices& services, CopyText copyText);
 
   // Published values. Observers are told before each change takes effect, so they still read the old value.
-  const std::optional<Snapshot>& snap() const;         // latest check; stored without `procs` and `children`;
-                                                       // absent too when it could not see the machine
+  const std::optional<Snapshot>& snap() const;         // latest check; stored without its processes; absent
+                                                       // too when it could not see the machine
   const std::vector<Finding>& found() const;           // its findings, in pipeline order
   bool busy() const;                                   // a check or a remedy runs; no second one starts
   const std::optional<Note>& note() const;             // banner of the last action
   const Guesses& guesses() const;                      // the language model's answers, by evidence text
   const std::optional<std::string>& openCard() const;  // id of the finding whose card is open
+
+  // Of the check that snap() is of; changes with it.
+  const BiggestUsers& users() const;
 
   // Plain values, only growing.
   const std::set<std::string>& asked() const;  // evidence texts that were asked about
@@ -104,6 +107,7 @@ class Model {
   ModelServices& services_;
   const CopyText copyText_;
   std::optional<Snapshot> snap_;
+  BiggestUsers users_;
   std::vector<Finding> found_;
   bool busy_ = false;
   std::optional<Note> note_;

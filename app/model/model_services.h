@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "diagnosis/biggest_users.h"
 #include "records/finding.h"
 #include "records/snapshot.h"
 
@@ -16,6 +17,7 @@ struct Check {
   std::vector<Finding> found;
   bool seen = true;                       // false: nothing can be said about the machine
   std::vector<std::string> leftOut = {};  // who did not answer in time, as a user would call them
+  BiggestUsers users = {};                // no rows unless some were wanted
 };
 
 class ModelServices {

@@ -82,7 +82,7 @@ Node content(const PanelView& view, const PanelState& state, Timestamp now) {
   all.insets = {panelMargin, panelMargin, panelMargin, panelMargin};
   all.width = panelWidth;
 
-  if (view.snap.has_value()) all.children.push_back(chipRow(*view.snap));
+  if (view.snap.has_value()) all.children.push_back(chipRow(view));
   if (view.note.has_value()) all.children.push_back(noteBanner(*view.note));
   Stack list = cardList(view, state);
   // An empty list would leave its two distances behind.

@@ -20,11 +20,13 @@ struct PanelView {
   const std::optional<Note>& note;
   const Guesses& guesses;
   const std::optional<std::string>& openCard;
+  const BiggestUsers* users = nullptr;  // whom the chips name; null: nobody
 };
 
 // Main thread, as everything of the model.
 inline PanelView viewOf(const Model& model) {
-  return {model.snap(), model.found(), model.busy(), model.note(), model.guesses(), model.openCard()};
+  return {model.snap(),    model.found(),    model.busy(),  model.note(),
+          model.guesses(), model.openCard(), &model.users()};
 }
 
 struct PanelState {

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "app/panel/content.h"
+#include "app/panel/panel_jobs.h"
 #include "app/panel/parts.h"
 #include "diagnosis/detect.h"
 #include "diagnosis/verdict.h"
@@ -11,11 +12,13 @@
 namespace tarnwick::panel {
 namespace {
 
-Node chip(const std::string& symbol, const std::string& text, bool warning) {
+// `users`: the biggest of what the chip is about; may be empty.
+Node chip(const std::string& symbol, const std::string& text, bool warning, const std::string& users = "") {
   Stack inside = row(8);
   inside.children.push_back(
       {Symbol{.name = symbol, .size = 12, .colour = warning ? ColourRole::orange : ColourRole::secondary}});
   inside.children.push_back(label(text, FontRole::caption, ColourRole::label));
+  if (!users.empty()) inside.toolTip = inside.description = "Most of it: " + users;
   return {Box{.insets = {3, 8, 3, 8},
               .background = warning ? ColourRole::orange : ColourRole::label,
               .opacity = warning ? 0.18 : 0.05,
@@ -72,10 +75,16 @@ Node verdictRow(const PanelView& view) {
                    {words, true}})};
 }
 
-Node chipRow(const Snapshot& snapshot) {
+Node chipRow(const PanelView& view) {
+  const Snapshot& snapshot = *view.snap;
+  const auto biggest = [&](Scarce kind) {
+    return view.users == nullptr ? "" : biggestOf(*view.users, kind, namedUsers, snapshot);
+  };
   const auto diskFree = static_cast<std::uint64_t>(std::max<std::int64_t>(snapshot.diskFree, 0));
-  return {row(6, {chip("memorychip", "Memory " + memoryWord(snapshot.pressure), snapshot.pressure >= 2),
-                  chip("cpu", "Processor " + wholePercent(snapshot.cpuBusy) + "%", snapshot.cpuBusy > 0.8),
+  return {row(6, {chip("memorychip", "Memory " + memoryWord(snapshot.pressure), snapshot.pressure >= 2,
+                       biggest(Scarce::memory)),
+                  chip("cpu", "Processor " + wholePercent(snapshot.cpuBusy) + "%", snapshot.cpuBusy > 0.8,
+                       biggest(Scarce::processor)),
                   chip("internaldrive", size(diskFree) + " free", snapshot.diskFree <= lowDiskBytes)})};
 }
 

@@ -2,6 +2,7 @@
 // load, so that the command line installs and runs without it. Main thread.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -29,6 +30,9 @@ struct PanelApplication {
   std::function<void(std::function<void()>)> atTheEnd;
   bool exercise = false;  // open, open one card and close by themselves after 1, 4 and 9 seconds
 };
+
+// So many of the biggest users does a chip name.
+inline constexpr std::size_t namedUsers = 3;
 
 // So long is a task waited for that still runs when the user quits, in seconds.
 inline constexpr double quitSeconds = 1;

@@ -44,7 +44,8 @@ struct Stack {
   Alignment alignment = Alignment::start;
   std::optional<double> width;  // insets included; absent: as wide as its children
   std::vector<Node> children;
-  std::string toolTip;  // of the whole stack; empty: none
+  std::string toolTip;      // of the whole stack; empty: none
+  std::string description;  // for those who hear the panel; empty: none
 };
 
 // A text that wraps at the width it has. It is never cut off.

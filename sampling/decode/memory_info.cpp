@@ -16,6 +16,10 @@ std::optional<std::uint64_t> kilobytes(std::string_view rest) {
   return *count * 1024;
 }
 
+std::uint64_t difference(std::optional<std::uint64_t> all, std::optional<std::uint64_t> part) {
+  return all && part && *part <= *all ? *all - *part : 0;
+}
+
 }  // namespace
 
 std::optional<std::uint64_t> kilobyteField(std::string_view text, std::string_view name) {
@@ -35,10 +39,9 @@ MemoryInfo memoryInfo(std::string_view meminfo) {
           .shared = kilobyteField(meminfo, "Shmem")};
 }
 
-std::uint64_t swapUsed(const MemoryInfo& memory) {
-  if (!memory.swapTotal || !memory.swapFree || *memory.swapFree > *memory.swapTotal) return 0;
-  return *memory.swapTotal - *memory.swapFree;
-}
+std::uint64_t swapUsed(const MemoryInfo& memory) { return difference(memory.swapTotal, memory.swapFree); }
+
+std::uint64_t memoryInUse(const MemoryInfo& memory) { return difference(memory.total, memory.available); }
 
 std::optional<ProcPages> procPages(std::string_view bytes) {
   NumberWords words(bytes);

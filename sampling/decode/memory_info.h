@@ -24,6 +24,9 @@ MemoryInfo memoryInfo(std::string_view meminfo);
 // Swap in use; 0 when one side is unknown or more is free than there is.
 std::uint64_t swapUsed(const MemoryInfo& memory);
 
+// Memory that is neither free nor droppable; 0 when one side is unknown or more is available than there is.
+std::uint64_t memoryInUse(const MemoryInfo& memory);
+
 // The pages of PID/statm that matter here.
 struct ProcPages {
   std::uint64_t resident = 0;

@@ -63,7 +63,8 @@ MemoryState LinuxMachineSource::memory() {
       readSmallFile(options_.procRoot + "/pressure/memory", sysTextLimit).value_or(std::string()));
   return {.ram = info.total.value_or(0),
           .swapUsed = swapUsed(info),
-          .pressure = stalls ? stalls : pressureFromAvailable(info)};
+          .pressure = stalls ? stalls : pressureFromAvailable(info),
+          .inUse = memoryInUse(info)};
 }
 
 int LinuxMachineSource::cores() {

@@ -7,6 +7,11 @@
 #include <limits>
 #include <utility>
 
+#include "records/limits.h"
+#include "sampling/decode/account_name.h"
+#include "sampling/decode/memory_info.h"
+#include "system/small_file.h"
+
 namespace tarnwick {
 namespace {
 
@@ -185,7 +190,25 @@ std::optional<StrangerFacts> LinuxProcessSource::stranger(Pid pid) {
   const std::uint64_t resident = memory_.bytes(residentPages(*text));
   auto time = live_ ? nanoseconds(processorClock(pid)) : std::nullopt;
   if (!time) time = timeFromTicks(*stat);
-  return StrangerFacts{files->uid(), stat->name, resident, time.value_or(0)};
+  return StrangerFacts{.uid = files->uid(),
+                       .name = stat->name,
+                       .resident = resident,
+                       .processorTime = time.value_or(0),
+                       .started = startSeconds(stat->startTicks, clockOfPass()).value_or(0),
+                       .kernel = stat->kernelThread()};
+}
+
+// As ProcessMemory reckons where nothing is swapped: what lies in swap only the owner may read.
+std::optional<std::uint64_t> LinuxProcessSource::strangerMemory(Pid pid) {
+  const auto text = reader_.read(pid, "statm", textBuffer_);
+  const auto pages = text ? procPages(*text) : std::nullopt;
+  if (!pages) return std::nullopt;
+  return memory_.bytes(pages->resident - std::min(pages->shared, pages->resident));
+}
+
+std::optional<std::string> LinuxProcessSource::userName(std::uint32_t uid) {
+  if (!accounts_) accounts_ = readSmallFile(options_.accounts, mostAccounts).value_or("");
+  return accountName(*accounts_, uid);
 }
 
 std::unique_ptr<Process> LinuxProcessSource::process(Pid pid) {

@@ -29,6 +29,7 @@ struct LinuxProcessOptions {
   std::uint32_t uid = 0;                 // whose processes: the real user's
   std::string procRoot = "/proc";        // any other root is a recording: no clocks, no netlink
   Applications* applications = nullptr;  // tells whose a process is; outlives the source. Null: nobody's
+  std::string accounts = "/etc/passwd";  // the users that this system knows itself
   CheckLimits* limits = nullptr;         // of the checks that ask; outlives the source. Null: there are none
 };
 
@@ -44,6 +45,8 @@ class LinuxProcessSource : public ProcessSource {
   std::optional<std::uint64_t> processorTime(Pid pid) override;
   std::optional<std::uint64_t> shareOfMemory(Pid pid) override;
   std::optional<StrangerFacts> stranger(Pid pid) override;
+  std::optional<std::uint64_t> strangerMemory(Pid pid) override;
+  std::optional<std::string> userName(std::uint32_t uid) override;
   // Null too for one that ended and that its parent has not asked about yet: it is gone for everybody else.
   // An orphan that the user's service manager or another process adopted has parent 1, as if there were no
   // such. What runs in a terminal inside an application's unit belongs to no application. Without arguments
@@ -100,6 +103,7 @@ class LinuxProcessSource : public ProcessSource {
   // The kernel derives the boot time from the time of day: when that is set, all start times move with it.
   ProcClock clock_;
   bool clockIsOld_ = false;
+  std::optional<std::string> accounts_;  // the file of that name; absent until somebody asks
 
   std::vector<Pid> listed_;  // all processes when `listedAt_` was the newest pid, and some that ended since
   std::optional<Pid> listedAt_;                               // absent: the list is to be made anew

@@ -35,11 +35,28 @@ CpuTicks MacosMachineSource::cpuTicks() {
   return ticks;
 }
 
+// What applications hold, what is wired down, and what the compressor holds for others. 0 when the kernel
+// does not tell.
+std::uint64_t MacosMachineSource::memoryInUse() const {
+  vm_statistics64 pages{};
+  mach_msg_type_number_t count = HOST_VM_INFO64_COUNT;
+  vm_size_t pageSize = 0;
+  if (::host_page_size(host_, &pageSize) != KERN_SUCCESS ||
+      ::host_statistics64(host_, HOST_VM_INFO64, reinterpret_cast<host_info64_t>(&pages), &count) !=
+          KERN_SUCCESS) {
+    return 0;
+  }
+  const std::uint64_t applications =
+      pages.internal_page_count - std::min<std::uint64_t>(pages.purgeable_count, pages.internal_page_count);
+  return (applications + pages.wire_count + pages.compressor_page_count) * pageSize;
+}
+
 MemoryState MacosMachineSource::memory() {
   const auto swap = sysctlValue<xsw_usage>("vm.swapusage");
   return {.ram = sysctlValue<std::uint64_t>("hw.memsize").value_or(0),
           .swapUsed = swap ? swap->xsu_used : 0,
-          .pressure = sysctlValue<std::int32_t>("kern.memorystatus_vm_pressure_level")};
+          .pressure = sysctlValue<std::int32_t>("kern.memorystatus_vm_pressure_level"),
+          .inUse = memoryInUse()};
 }
 
 int MacosMachineSource::cores() { return std::max(sysctlValue<std::int32_t>("hw.activecpu").value_or(0), 0); }

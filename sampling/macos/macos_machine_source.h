@@ -38,6 +38,8 @@ class MacosMachineSource : public MachineSource {
   std::optional<std::int64_t> importantCapacity() override { return frameworks_.importantCapacity(); }
 
  private:
+  std::uint64_t memoryInUse() const;
+
   Frameworks frameworks_;
   host_t host_;  // a right of our own, given back at the end
   // The kernel's counters are 32 bits wide: user, system, idle and nice ticks in its own order.

@@ -40,6 +40,9 @@ struct Twins {
     add(41, 1, "node", {"node", "server.mjs"}, "shop").ports = {3000};
     add(50, 11, "make", {"make", "all"}, "Library/cache").usage->processorTime = 1500;
     add(ownPid, 11, "tarnwick", {"tarnwick", "itself"}).usage->processorTime = 1500;
+    sources.processSource.processes[41].usage->footprint = 64U << 20U;
+    sources.processSource.strangers[90] = {.uid = 33, .name = "backupd", .resident = 9U << 20U};
+    sources.processSource.userNames[33] = "ada";
     transport.replies["GET /containers/json"] = "HTTP/1.0 200 OK\r\n\r\n[]";
   }
 
@@ -82,7 +85,8 @@ struct Twins {
     return {.words = parseCommandLine(words),
             .self = {ownPid, 501, home.path()},
             .outside = [this] { return outside(); },
-            .print = [this](std::string_view text) { return printed += text, 0; }};
+            .print = [this](std::string_view text) { return printed += text, 0; },
+            .printDocument = [this](std::string_view text) { return printed += text, 0; }};
   }
 
   // One line for everything that was asked, "~" for the home folder, and the lines that were printed.
@@ -160,6 +164,12 @@ TEST(Wiring, EveryPartIsAskedByWhomAndWhenItShould) {
        0},
       {"a busy command is reported", mode({"--print"}), "“make all”", 1},
       {"the program itself is not", mode({"--print"}), "itself", 0},
+      {"so it is among the biggest users", mode({"--top"}), "  kill -TERM 50\n", 1},
+      {"and in the document", mode({"--json", "--top"}), "\"what\": \"make all\"", 1},
+      {"which git is asked about too", mode({"--json"}), "\"branch\": \"cart\"", 1},
+      {"within the time of a check", mode({"--top"}), "rested 1.000000\n", 1},
+      {"other users are asked about for them", mode({"--top"}), "processes of ada, mostly backupd\n", 1},
+      {"a demo has its own", mode({"--json", "--demo"}), "looked at this machine 0\n{\n  \"schema\": 1,", 1},
       {"a demo looks at nothing here", mode({"--demo"}), "looked at this machine 0\n", 1},
       {"nor does a report about one", mode({"--print", "--scenario", "memory"}), "machine 0\n", 1},
       {"nor the self-test", mode({"--selftest"}), "looked at this machine 0\nselftest ok\n", 1},

@@ -42,7 +42,7 @@ const std::vector<Room>& rooms() {
       {"context/",
        {"context/", "system/", "records/", "diagnosis/surroundings.h", "sampling/tools/", "sampling/decode/",
         "sampling/browser_questions.h"}},
-      {"app/cli/", {"app/cli/", "records/"}},
+      {"app/cli/", {"app/cli/", "diagnosis/", "records/"}},
       {"app/", {"app/", "system/", "records/", "diagnosis/", "sampling/", "context/"}},
       {"bench/", {""}},
       {"fuzz/", {""}},

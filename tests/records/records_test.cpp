@@ -4,6 +4,7 @@
 #include "records/finding.h"
 #include "records/one_line.h"
 #include "records/snapshot.h"
+#include "records/utc_time.h"
 #include "records/utf8.h"
 #include "records/wording.h"
 #include "tests/support/testing.h"
@@ -185,6 +186,20 @@ TEST(Browsers, OneWithoutAnIdentifierCannotBeAsked) {
   EXPECT_EQ(scriptableBrowser(""), nullptr);
   EXPECT_EQ(scriptableBrowser("com.google.Chrome"), browserOfApp("Google Chrome"));
   EXPECT_EQ(browserOfApp("Chrome"), nullptr);
+}
+
+TEST(UtcTime, IsTheSecondThatHasBegun) {
+  const std::pair<double, const char*> cases[] = {
+      {0, "1970-01-01T00:00:00Z"},
+      {-0.001, "1969-12-31T23:59:59Z"},
+      {951'782'400, "2000-02-29T00:00:00Z"},
+      {1'790'000'000.999, "2026-09-21T14:13:20Z"},
+      {-62'167'219'200, "0000-01-01T00:00:00Z"},
+      {-1e18, "0000-01-01T00:00:00Z"},
+      {253'402'300'799.9, "9999-12-31T23:59:59Z"},
+      {std::numeric_limits<double>::infinity(), "9999-12-31T23:59:59Z"},
+      {std::nan(""), "0000-01-01T00:00:00Z"}};
+  for (const auto& [moment, text] : cases) EXPECT_EQ(utcTime(timestamp(moment)), text) << moment;
 }
 
 }  // namespace

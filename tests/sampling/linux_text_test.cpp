@@ -1,3 +1,4 @@
+#include "sampling/decode/account_name.h"
 #include "sampling/decode/app_unit.h"
 #include "sampling/decode/arguments.h"
 #include "sampling/decode/disk_space.h"
@@ -185,6 +186,17 @@ TEST(MachineText, MemoryInfoInBytes) {
             std::tuple(16316412ULL * 1024, std::nullopt, most, std::nullopt));
   EXPECT_EQ(swapUsed({{}, {}, 10, 4}), 6U);
   EXPECT_EQ(swapUsed({{}, {}, 4, 10}), 0U);
+  EXPECT_EQ(memoryInUse({10, 4}), 6U);
+  EXPECT_EQ(memoryInUse({4, 10}) + memoryInUse({4, {}}) + memoryInUse({{}, 4}), 0U);
+}
+
+TEST(MachineText, UsersAsTheSystemNamesThem) {
+  const std::string passwd =
+      "root:x:0:0:root:/root:/bin/sh\n::7:\nshort:x\n+\nww\xFFw:x:33:33\ntwice:x:33\nno:x:33x\nbig:x:4294967296:\nlast:x:9";
+  const std::pair<std::uint32_t, Text> cases[] = {
+      {0, "root"}, {33, "ww\uFFFDw"}, {7, {}}, {9, "last"}, {1, {}}};
+  for (const auto& [uid, name] : cases) EXPECT_EQ(accountName(passwd, uid), name) << uid;
+  EXPECT_EQ(accountName(std::string(400, 'a') + ":x:5:", 5), std::string(255, 'a'));
 }
 
 TEST(MachineText, PressureFromStalls) {

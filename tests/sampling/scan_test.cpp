@@ -140,6 +140,30 @@ TEST(Scan, OthersAreAskedAboutOnlyWhereTheUsersOwnExplainLessThanHalf) {
   }
 }
 
+TEST(Scan, EverybodyIsAskedAboutWhereThatIsWanted) {
+  Machine m;
+  m.machine.pressureAnswer = 1;
+  m.machine.ticks = {{0, 1000}, {0, 1100}, {0, 1000}, {0, 1100}};
+  m.machine.inUseAnswer = 5'000'000'000;
+  m.machine.groups = {{{"aaaaaaaaaaaa", 10, 0, {}}}, {{"aaaaaaaaaaaa", 10, 0, {52}}}};
+  m.process.strangers = {{50, {.uid = 0, .name = "kswapd0", .started = 7, .kernel = true}},
+                         {51, {.uid = 33, .name = "php", .resident = 9}},
+                         {52, {.uid = 34, .name = "contained", .resident = 9}}};
+  m.process.strangersMemory[51] = 4;
+  m.process.userNames = {{33, "www-data"}};
+  const Snapshot s = m.driver.scan(1, Everybody::asked);
+  EXPECT_EQ(s.others,
+            (std::vector<OtherProc>{{50, 0, "kswapd0", 0, 0, timestamp(7), std::nullopt, true, false},
+                                    {51, 33, "php", 9, 0, timestamp(0), 4, false, false},
+                                    {52, 34, "contained", 9, 0, timestamp(0), std::nullopt, false, true}}));
+  EXPECT_EQ(s.userNames, (std::map<std::uint32_t, std::string>{{33, "www-data"}}));
+  EXPECT_EQ(s.memoryInUse, 8'000'000'000U) << "with what lies in swap";
+  EXPECT_THAT(m.process.asked, Not(Contains("memory of stranger 50"))) << "the kernel's threads have none";
+  EXPECT_TRUE(m.scan().others.empty());
+  m.machine.inUseAnswer = 0;
+  EXPECT_EQ(m.scan().memoryInUse, 0U) << "unknown, not only what lies in swap";
+}
+
 // The engine takes a second to measure a container; the control group has the same at once.
 TEST(Scan, ContainersWithoutAMachineAreMeasuredByTheirGroups) {
   constexpr std::uint64_t second = 1'000'000'000;
@@ -154,6 +178,9 @@ TEST(Scan, ContainersWithoutAMachineAreMeasuredByTheirGroups) {
                        {"dddddddddddd", 400, 8 * second, {}}}};  // started meanwhile
   const Snapshot s = m.scan();
   EXPECT_EQ(s.containerLoad, (ContainerLoad{.count = 3, .bytes = 700, .cpu = 2}));
+  EXPECT_EQ(s.containerUse,
+            (std::vector<ContainerUse>{
+                {"aaaaaaaaaaaa", 100, 2, 2}, {"bbbbbbbbbbbb", 200, 0, 0}, {"dddddddddddd", 400, 0, 0}}));
   EXPECT_TRUE(s.procs.at(40).inContainer);
   ASSERT_EQ(s.containers.size(), 2U);
   EXPECT_EQ(std::tuple(s.containers[0].mem, s.containers[1].mem), std::tuple(100U, 0U));

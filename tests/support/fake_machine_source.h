@@ -19,6 +19,7 @@ struct FakeMachineSource : MachineSource {
   DiskSpace diskAnswer = {50'000'000'000, 500'000'000'000};
   std::optional<std::int64_t> importantAnswer = 70'000'000'000;
   std::uint64_t swapAnswer = 3'000'000'000;
+  std::uint64_t inUseAnswer = 0;
   int importantAsked = 0;
   std::deque<std::vector<ContainerGroup>> groups;  // one list per question; empty when used up
 
@@ -29,7 +30,7 @@ struct FakeMachineSource : MachineSource {
     return answer;
   }
   ThermalState thermal() override { return thermalAnswer; }
-  MemoryState memory() override { return {ramAnswer, swapAnswer, pressureAnswer}; }
+  MemoryState memory() override { return {ramAnswer, swapAnswer, pressureAnswer, inUseAnswer}; }
   int cores() override { return coresAnswer; }
   std::optional<std::int64_t> bootTime() override { return bootAnswer; }
   DiskSpace disk() override { return diskAnswer; }

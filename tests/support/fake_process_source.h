@@ -23,6 +23,8 @@ struct FakeProcess {
 struct FakeProcessSource : ProcessSource {
   std::map<Pid, FakeProcess> processes;
   std::map<Pid, StrangerFacts> strangers;
+  std::map<Pid, std::uint64_t> strangersMemory;
+  std::map<std::uint32_t, std::string> userNames;
   std::uint64_t wall = 0;
   FakeClock* clock = nullptr;  // turned by so many seconds for each process of the first and the second pass
   double firstLook = 0;
@@ -46,6 +48,15 @@ struct FakeProcessSource : ProcessSource {
     ask("stranger", pid);
     const auto found = strangers.find(pid);
     return found == strangers.end() ? std::nullopt : std::optional(found->second);
+  }
+  std::optional<std::uint64_t> strangerMemory(Pid pid) override {
+    ask("memory of stranger", pid);
+    const auto found = strangersMemory.find(pid);
+    return found == strangersMemory.end() ? std::nullopt : std::optional(found->second);
+  }
+  std::optional<std::string> userName(std::uint32_t uid) override {
+    const auto found = userNames.find(uid);
+    return found == userNames.end() ? std::nullopt : std::optional(found->second);
   }
   std::optional<std::uint64_t> processorTime(Pid pid) override {
     if (clock) clock->turn(firstLook);

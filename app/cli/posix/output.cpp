@@ -46,6 +46,12 @@ int printText(std::string_view text) {
   return complain("the text could not be written: " + std::generic_category().message(failed) + ".");
 }
 
+int printDocument(std::string_view text) {
+  const int failed = writeTo(STDOUT_FILENO, text);
+  if (failed == 0) return 0;
+  return complain("the document could not be written: " + std::generic_category().message(failed) + ".");
+}
+
 int complain(std::string_view sentence) {
   writeTo(STDERR_FILENO, "tarnwick: " + std::string(sentence) + "\n");
   return 1;

@@ -123,6 +123,7 @@ class Walk {
     NSView* view = emptyView(arrangement.size);
     for (std::size_t i = 0; i < children.size(); ++i) place(children[i], arrangement.spots[i], view);
     if (!stack.toolTip.empty()) explain(view, foundationText(stack.toolTip));
+    if (!stack.description.empty()) view.accessibilityHelp = foundationText(stack.description);
     return {view, arrangement.size};
   }
 

@@ -53,6 +53,7 @@ class Walk {
   QWidget* makeView(const Stack& stack, int width, QWidget* parent) const {
     auto* box = new QWidget(parent);
     box->setToolTip(plainToolTip(stack.toolTip));
+    box->setAccessibleDescription(QString::fromStdString(stack.description));
     std::vector<QWidget*> children(stack.children.size(), nullptr);
     const Arrangement arrangement = arrange(stack, width, [&](std::size_t i, double childWidth) -> Extent {
       children[i] = make(stack.children[i], whole(childWidth), box);

@@ -13,7 +13,8 @@ TEST(CommandLine, TheFirstModeInTheFixedOrderWins) {
       {Mode::explain, {{"--demo", "--explain", "text"}}},
       {Mode::demo, {{"--bench", "--demo"}, {"-V", "--demo"}}},
       {Mode::bench, {{"--print", "--bench"}}},
-      {Mode::print, {{"--snapshot", "x.png", "--print"}}},
+      {Mode::print, {{"--snapshot", "x.png", "--print"}, {"--top", "--print"}, {"--json"}}},
+      {Mode::top, {{"--top"}, {"--snapshot", "x.png", "--top", "3"}, {"--json", "--top"}}},
       {Mode::snapshot, {{"--snapshot", "x.png", "--help"}}},
       {Mode::help, {{"--version", "--help"}, {"-h", "-V"}}},
       {Mode::version, {{"--version", "--snapshot"}, {"-V", "--scenario"}}}};
@@ -31,8 +32,10 @@ TEST(CommandLine, ValuesAreTheVeryNextWordOfTheFirstOccurrence) {
   EXPECT_EQ(parseCommandLine({"--scenario", "", "--demo"}).scenario, "");
   EXPECT_EQ(parseCommandLine({"--explain", "--explain", "x"}).evidence, "--explain");
 
-  const CommandLine all = parseCommandLine({"--open", "--dark", "--live", "--ai", "--pr", "--exercise"});
-  EXPECT_TRUE(all.open && all.dark && all.live && all.askModel && all.prTitles && all.exercise);
+  const CommandLine all =
+      parseCommandLine({"--open", "--dark", "--live", "--ai", "--pr", "--exercise", "--json", "--top"});
+  EXPECT_TRUE(all.json && all.top && all.open && all.dark && all.live && all.askModel && all.prTitles &&
+              all.exercise);
 }
 
 TEST(CommandLine, NamesTheWordsThatAreNeitherOptionNorValue) {
@@ -49,6 +52,30 @@ TEST(CommandLine, NamesTheWordsThatAreNeitherOptionNorValue) {
   };
   for (const auto& [words, unknown] : cases)
     EXPECT_EQ(parseCommandLine(words).unknown, unknown) << testing::PrintToString(words);
+}
+
+TEST(CommandLine, SaysWhatIsWrongWithWordsThatCannotBeCarriedOut) {
+  const std::string rows = " is no number of rows for --top. Use 1 to 100.";
+  const std::string alone = "--json goes with --print, --demo or --top, or stands alone.";
+  const std::pair<Strings, Text> cases[] = {
+      {{"--top"}, {}},
+      {{"--top", "--json"}, {}},
+      {{"--json", "--ai"}, {}},
+      {{"--demo", "--json", "--top", "100"}, {}},
+      {{"--top", "1"}, {}},
+      {{"--top", "0"}, "“0”" + rows},
+      {{"--top", "101"}, "“101”" + rows},
+      {{"--top", "99999999999999999999"}, "“99999999999999999999”" + rows},
+      {{"--top", "-3"}, "“-3”" + rows},
+      {{"--demo", "--top", "a\x1B\n"}, "“a␛ ”" + rows},
+      {{"--top", ""}, "“”" + rows},
+      {{"--json", "--snapshot", "x.png"}, alone},
+      {{"--json", "--help"}, alone},
+      {{"--json", "--explain", "x"}, alone}};
+  for (const auto& [words, wrong] : cases)
+    EXPECT_EQ(wrongWords(parseCommandLine(words)), wrong) << testing::PrintToString(words);
+  EXPECT_EQ(rowsOf(parseCommandLine({"--json"})), 10U);
+  EXPECT_EQ(rowsOf(parseCommandLine({"--top", "7"})), 7U);
 }
 
 TEST(TerminalText, WhatControlsATerminalIsMadeVisible) {

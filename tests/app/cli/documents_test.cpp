@@ -38,7 +38,7 @@ TEST(Documents, SayEveryOptionOnceWithItsDescription) {
   for (const Option& option : options()) {
     const std::string word(option.word);
     const std::string shortForm(option.shortForm);
-    const std::string value(valueName(option.value));
+    const std::string value = valueName(option);
     EXPECT_THAT(onOneLine(helpText()),
                 HasSubstr(word + (value.empty() ? " " : " " + value + " ") + fullDescription(option)));
     EXPECT_THAT(onOneLine(manual), HasSubstr(" " + inManual(option) + ". ")) << word;

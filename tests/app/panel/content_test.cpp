@@ -74,6 +74,27 @@ TEST(PanelContent, ChipsWarnFromTheirLimitsOn) {
   }
 }
 
+TEST(PanelContent, ChipsNameTheThreeBiggestOfTheirKind) {
+  Shown shown{.snap = sampleSnapshot()};
+  const auto tips = [&] {
+    std::string all;
+    for (const Stack& stack : nodesOf<Stack>(content(shown.view(), {}, sampleTime))) {
+      EXPECT_EQ(stack.toolTip, stack.description);
+      if (!stack.toolTip.empty()) all += stack.toolTip + "\n";
+    }
+    return all;
+  };
+  EXPECT_EQ(tips(), "") << "nobody is known";
+  shown.users.rows = {{.what = "Chrome", .bytes = 2048 * mib, .cpu = 0.5},
+                      {.what = "sh × 64", .cpu = 8},
+                      {.what = "node", .bytes = 100 * mib},
+                      {.what = "Slack", .bytes = 900 * mib},
+                      {.what = "make", .bytes = 200 * mib, .cpu = 1}};
+  EXPECT_EQ(tips(),
+            "Most of it: Chrome 2.0 GB, Slack 900 MB, make 200 MB\n"
+            "Most of it: sh × 64 80% CPU, make 10% CPU, Chrome 5% CPU\n");
+}
+
 TEST(PanelContent, TheNoteIsTintedInItsOwnColour) {
   const Node node = built({.note = Note{"Done. Freed 1.5 GB.", "hourglass", NoteColor::green, sampleTime}});
   const Box box = nodesOf<Box>(node).at(0);

@@ -22,8 +22,9 @@ struct Shown {
   std::optional<Note> note;
   Guesses guesses;
   std::optional<std::string> openCard;
+  BiggestUsers users = {};
 
-  PanelView view() const { return {snap, found, busy, note, guesses, openCard}; }
+  PanelView view() const { return {snap, found, busy, note, guesses, openCard, &users}; }
 };
 
 // A healthy machine.

@@ -21,7 +21,9 @@ const std::string calmReport = textOfFile(TARNWICK_SOURCE_DIR "/tests/app/fixtur
 
 TEST(Program, ModesPrintAndEndAsTheyShould) {
   const std::string unknown = "Unknown scenario “Calm”. Use memory, calm, or developer.\n";
-  const std::tuple<const char*, int, std::string> cases[] = {
+  // Behind a pipe whose reader is known to have gone.
+  const std::string gone = "{ { trap '' PIPE; while printf x 2>/dev/null; do :; done; ";
+  const std::tuple<std::string, int, std::string> cases[] = {
       {R"("$T" --print --scenario calm 2>&1)", 0, calmReport},
       {R"-(cd "$(mktemp -d)" && rmdir "$PWD" && "$T" --scenario calm --demo 2>&1)-", 0, calmReport},
       {R"("$T" --print --scenario Calm 2>/dev/null)", 1, unknown},
@@ -38,6 +40,16 @@ TEST(Program, ModesPrintAndEndAsTheyShould) {
        "tarnwick: “␛[31m x\uFFFD” is no option. See tarnwick --help.\n"},
       {R"(f=$(mktemp); trap '' XFSZ; ulimit -f 0; "$T" --demo 2>&1 >"$f"; s=$?; rm "$f"; exit $s)", 1,
        "tarnwick: the text could not be written: File too large.\n"},
+      {R"(f=$(mktemp); trap '' XFSZ; ulimit -f 0; "$T" --json --demo 2>&1 >"$f"; s=$?; rm "$f"; exit $s)", 1,
+       "tarnwick: the document could not be written: File too large.\n"},
+      {R"("$T" --top abc 2>&1)", 1, "tarnwick: “abc” is no number of rows for --top. Use 1 to 100.\n"},
+      {R"("$T" --json --version 2>&1)", 1,
+       "tarnwick: --json goes with --print, --demo or --top, or stands alone.\n"},
+      {R"("$T" --json --demo --scenario Calm 2>/dev/null)", 1, ""},
+      {gone + R"("$T" --json --demo; echo status $? >&2; } | true; } 2>&1)", 0,
+       "tarnwick: the document could not be written: Broken pipe.\nstatus 1\n"},
+      {gone + R"("$T" --top --demo; echo status $? >&2; } | true; } 2>&1)", 0, "status 0\n"},
+      {R"("$T" --json --demo --scenario calm | tail -c 2)", 0, "}\n"},
       {R"({ { "$T" --demo; echo status $? >&2; } | true; } 2>&1)", 0, "status 0\n"},
       {R"(for i in 1 2 3; do "$T" --demo | cksum; done | sort -u | wc -l | tr -d ' ')", 0, "1\n"}};
   for (const auto& [line, status, output] : cases) {

@@ -27,6 +27,7 @@ TEST(LinuxMachineSource, ReadsALaidOutMachine) {
   EXPECT_EQ(source.bootTime(), 1700000000);
   EXPECT_EQ(source.memory().ram, 1'024'000U);
   EXPECT_EQ(source.memory().swapUsed, 5U * 1024);
+  EXPECT_EQ(source.memory().inUse, 930U * 1024);
   EXPECT_EQ(source.thermal(), ThermalState::serious) << "the cooler zone is over its own limit";
   EXPECT_EQ(source.memory().pressure, 2);  // 7 % available
   folder.write("proc/pressure/memory", "some avg10=0.00 total=0\nfull avg10=12.50 total=0\n");

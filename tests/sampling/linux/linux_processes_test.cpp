@@ -280,7 +280,7 @@ TEST_F(LinuxProcessSourceTest, WorkIsSeenOfOnesOwnProcessesAndOfOtherUsers) {
     table.firstPass();
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     procs = table.secondPass(now());
-    for (const OtherProc& other : table.others()) {
+    for (const OtherProc& other : table.others(true)) {
       EXPECT_FALSE(procs.contains(other.pid));
       if (other.pid == others.pid() && isBusy(other.cpu)) seen = other;
     }
@@ -295,6 +295,9 @@ TEST_F(LinuxProcessSourceTest, WorkIsSeenOfOnesOwnProcessesAndOfOtherUsers) {
   if (!root) GTEST_SKIP() << "starting a process of another user takes root";
   EXPECT_EQ(std::tie(seen.uid, seen.name), std::tuple(nobody, "sh"));
   EXPECT_TRUE(seen.resident > 100'000 && seen.resident < 100'000'000) << seen.resident;
+  EXPECT_TRUE(seen.footprint > 10'000U && seen.footprint < seen.resident) << seen.footprint.value_or(0);
+  EXPECT_LT(std::abs(secondsBetween(seen.started, procs.at(busy.pid()).started)), 60);
+  EXPECT_EQ(table.namesOf({seen}), (std::map<std::uint32_t, std::string>{{nobody, "nobody"}}));
   EXPECT_FALSE(source.process(others.pid()));
 }
 
