@@ -33,7 +33,8 @@ bool MacosBrowsers::askAccess(const std::string& bundleID) {
 }
 
 std::optional<std::string> MacosBrowsers::appleScript(const std::string& source) {
-  const auto osascript = executable({"/usr/bin/osascript"});
+  DirectFiles files;  // of the system's own volume
+  const auto osascript = executable({"/usr/bin/osascript"}, files);
   if (!osascript) return std::nullopt;
   ToolOptions options;
   options.seconds = scriptSeconds;
