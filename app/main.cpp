@@ -11,11 +11,11 @@
 #include "app/cli/help.h"
 #include "app/cli/output.h"
 #include "app/cli/terminal_text.h"
-#include "app/cli/terminal_width.h"
 #include "app/explain/language_model.h"
 #include "app/modes.h"
 #include "app/panel/panel_jobs.h"
 #include "app/program/own_process.h"
+#include "system/environment.h"
 #include "system/files.h"
 #include "system/posix/file_answers.h"
 #include "system/posix/file_worker.h"
@@ -77,10 +77,9 @@ int showApplication(const ProgramRun& run, std::optional<RealOutside>& real) {
 // The report is the last thing that its mode does. What it was made from lies on the stack above and goes
 // with the process, whose memory the system takes back at once: to give back many thousands of texts one by
 // one costs as much as a rule. Whoever looks for leaks at the end still finds all of it held.
-template <int (*print)(std::string_view)>
-int printAndLeave(std::string_view text) {
-  std::exit(print(text));
-}
+int leaveAtOnce(int status) { std::exit(status); }
+
+int stay(int status) { return status; }
 
 int run(const CommandLine& words) {
   if (!words.unknown.empty()) complainUnknownWords(words.unknown);
@@ -88,17 +87,23 @@ int run(const CommandLine& words) {
   std::optional<RealOutside> outside;
   if (const auto wrong = wrongWords(words)) return complain(*wrong);
   const bool isLiveReport = (words.mode == Mode::print || words.mode == Mode::top) && !words.scenario;
-  const ProgramRun run{.words = words,
-                       .self = self,
-                       .outside =
-                           [&] {
-                             outside.emplace(self, ownExecutable().value_or(""));
-                             if (words.mode == Mode::application) outside->watchForTheEnd();
-                             return outside->parts();
-                           },
-                       .print = isLiveReport ? printAndLeave<printText> : printText,
-                       .printDocument = isLiveReport ? printAndLeave<printDocument> : printDocument,
-                       .columns = terminalColumns(standardOutput)};
+  const ProgramRun run{
+      .words = words,
+      .self = self,
+      .outside =
+          [&] {
+            outside.emplace(self, ownExecutable().value_or(""));
+            if (words.mode == Mode::application) outside->watchForTheEnd();
+            return outside->parts();
+          },
+      .print = printText,
+      .look = outputLook(wantsColour(environmentVariable("NO_COLOR"), environmentVariable("TERM"))),
+      .leave = isLiveReport ? leaveAtOnce : stay,
+      .beforeTheEnd =
+          [&](std::function<void()> first) {
+            outside->atTheEnd(std::move(first));
+            outside->watchForTheEnd();
+          }};
   if (words.mode == Mode::snapshot) return drawPanel(run);
   return words.mode == Mode::application ? showApplication(run, outside) : runTextMode(run);
 }

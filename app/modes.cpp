@@ -10,8 +10,12 @@
 #include "app/demo/demo.h"
 #include "app/demo/demo_check.h"
 #include "app/explain/explain.h"
+#include "app/fix/fix_mode.h"
+#include "app/fix/offers.h"
 #include "app/program/bench_mode.h"
+#include "app/watch/watch_mode.h"
 #include "diagnosis/report.h"
+#include "diagnosis/verdict.h"
 #include "records/checked.h"
 #include "system/port.h"
 
@@ -27,6 +31,11 @@ Guesses guessesAbout(const Check& check) {
                           [&](const std::string& evidence) { return explain(evidence, model.get()); });
 }
 
+int statusOfVerdict(const ProgramRun& run, const Check& check) {
+  constexpr int slow = 3;
+  return run.words.exitCode && !verdict(check.snapshot, check.found).ok ? slow : 0;
+}
+
 // So many of the biggest users does what is printed name.
 std::size_t wantedRows(const CommandLine& words) {
   return words.top || words.json ? rowsOf(words).value_or(usualRows) : 0;
@@ -35,12 +44,19 @@ std::size_t wantedRows(const CommandLine& words) {
 int printReport(const ProgramRun& run, const std::optional<Check>& check, bool askModel) {
   if (!check) return printUnknownScenario(run);
   const Guesses guesses = askModel ? guessesAbout(*check) : Guesses{};
+  int status = 0;
   if (run.words.json) {
-    return run.printDocument(jsonReport(
+    status = run.printDocument(jsonReport(
         {check->snapshot, check->found, guesses, check->users, check->leftOut}, JsonLayout::indented));
+  } else if (run.words.top) {
+    status = run.print(topTable(check->users, check->snapshot, run.look ? run.look->columns : std::nullopt));
+  } else if (run.look) {
+    status =
+        run.printLaidOut(laidOut(tinted(reportLines(check->snapshot, check->found, guesses)), *run.look));
+  } else {
+    status = run.print(text(check->snapshot, check->found, guesses));
   }
-  if (run.words.top) return run.print(topTable(check->users, check->snapshot, run.columns));
-  return run.print(text(check->snapshot, check->found, guesses));
+  return run.leave(status != 0 ? status : statusOfVerdict(run, *check));
 }
 
 int printLive(const ProgramRun& run) {
@@ -124,6 +140,10 @@ int runTextMode(const ProgramRun& run) {
       return run.print(helpText());
     case Mode::version:
       return run.print(versionText());
+    case Mode::fix:
+      return runFix(run);
+    case Mode::watch:
+      return runWatch(run);
     case Mode::snapshot:
     case Mode::application:
       break;

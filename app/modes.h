@@ -11,6 +11,7 @@
 
 #include "app/cli/command_line.h"
 #include "app/cli/output.h"
+#include "app/cli/terminal_layout.h"
 #include "app/demo/self_test.h"
 #include "app/machine.h"
 
@@ -23,7 +24,14 @@ struct ProgramRun {
   std::function<Outside()> outside;            // asked once, and only by modes that look at this machine
   std::function<int(std::string_view)> print;  // gives the exit status
   std::function<int(std::string_view)> printDocument = tarnwick::printDocument;  // the same of a document
-  std::optional<std::size_t> columns = {};  // of the terminal that both print to; absent: to none
+  std::function<int(std::string_view)> printLaidOut =
+      tarnwick::printLaidOut;             // the same of what was laid out for a terminal
+  std::optional<TerminalLook> look = {};  // of standard output; absent: it is no terminal
+  std::function<int(int)> leave = [](int status) { return status; };  // the last that a report does
+  std::function<bool(double)> rest = waitWhileRead;  // between two checks, in seconds; false: it is over
+  // Is to be done when the program is told to end, on a thread of its own; given once outside() was
+  // asked.
+  std::function<void(std::function<void()>)> beforeTheEnd = [](const std::function<void()>&) {};
   std::span<const ExpectedDiagnosis> expected = expectedDiagnoses();  // of the self-test
 };
 

@@ -1,6 +1,6 @@
 #include "diagnosis/report.h"
 
-#include <iterator>
+#include <utility>
 
 #include "records/formatted.h"
 #include "records/wording.h"
@@ -8,25 +8,28 @@
 namespace tarnwick {
 namespace {
 
-std::string bracketed(const Action& action) {
-  return formatted("[{}]  {}", action.label, action.fix.command());
+// A line that ends in a remedy.
+ReportLine ending(std::string text, const Finding& finding, const Action& action) {
+  const std::size_t at = text.size();
+  appendFormatted(text, "[{}]  {}", action.label, action.fix.command());
+  return {.text = std::move(text), .finding = &finding, .action = &action, .actionAt = at};
 }
 
-std::string block(const Finding& finding, const Guesses& guesses) {
-  std::string lines = formatted("  {}\n", finding.title);
+void addBlock(std::vector<ReportLine>& lines, const Finding& finding, const Guesses& guesses) {
+  lines.push_back({.text = "  " + finding.title});
   if (finding.evidence) {
     const auto guess = guesses.find(*finding.evidence);
-    if (guess != guesses.end()) appendFormatted(lines, "  \u2728 {}\n", guess->second);
+    if (guess != guesses.end()) lines.push_back({.text = "  \u2728 " + guess->second});
   }
-  appendFormatted(lines, "  {}\n", finding.detail);
-  if (!finding.steps.empty()) lines += "  What you can do:\n";
+  lines.push_back({.text = "  " + finding.detail});
+  if (!finding.steps.empty()) lines.push_back({.text = "  What you can do:"});
   for (std::size_t i = 0; i < finding.steps.size(); ++i) {
     const Step& step = finding.steps[i];
-    appendFormatted(lines, "    {}. {}{}\n", i + 1, step.text,
-                    step.action ? "  " + bracketed(*step.action) : "");
+    std::string text = formatted("    {}. {}", i + 1, step.text);
+    lines.push_back(step.action ? ending(std::move(text) + "  ", finding, *step.action)
+                                : ReportLine{.text = std::move(text)});
   }
-  for (const Action& action : finding.actions) appendFormatted(lines, "    {}\n", bracketed(action));
-  return lines;
+  for (const Action& action : finding.actions) lines.push_back(ending("    ", finding, action));
 }
 
 }  // namespace
@@ -37,16 +40,32 @@ std::string header(const Snapshot& snapshot) {
                    ago(snapshot.uptime));
 }
 
-std::string text(const Snapshot& snapshot, const std::vector<Finding>& findings, const Guesses& guesses) {
-  std::string report = header(snapshot) + "\n";
+std::vector<ReportLine> reportLines(const Snapshot& snapshot, const std::vector<Finding>& findings,
+                                    const Guesses& guesses) {
+  std::vector<ReportLine> lines{{.text = header(snapshot)}};
   for (const Bucket bucket : allBuckets) {
-    std::string blocks;
+    bool isFirst = true;
     for (const Finding& finding : findings) {
-      if (finding.bucket == bucket) blocks += block(finding, guesses);
+      if (finding.bucket != bucket) continue;
+      if (isFirst) {
+        lines.emplace_back();
+        lines.push_back({.text = std::string(label(bucket)), .isHeading = true});
+      }
+      isFirst = false;
+      addBlock(lines, finding, guesses);
     }
-    if (!blocks.empty()) report += formatted("\n{}\n{}", label(bucket), blocks);
   }
-  if (findings.empty()) report += "\nNo known cause found.\n";
+  if (findings.empty()) {
+    lines.emplace_back();
+    lines.push_back({.text = "No known cause found."});
+  }
+  return lines;
+}
+
+std::string text(const Snapshot& snapshot, const std::vector<Finding>& findings, const Guesses& guesses) {
+  std::string report;
+  for (const ReportLine& line : reportLines(snapshot, findings, guesses))
+    report.append(line.text).append("\n");
   return report;
 }
 

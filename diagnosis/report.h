@@ -3,6 +3,7 @@
 // text as it is, other control characters included.
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <string>
 #include <vector>
@@ -18,7 +19,20 @@ using Guesses = std::map<std::string, std::string>;
 // The machine in one line, without a line feed.
 std::string header(const Snapshot& snapshot);
 
-// The whole report; `findings` in pipeline order.
+// One line of the report, with what a reader may want to do with it beyond reading.
+struct ReportLine {
+  std::string text;                  // without its line feed
+  bool isHeading = false;            // the label of a bucket
+  const Finding* finding = nullptr;  // whose remedy stands at its end; null: none does
+  const Action* action = nullptr;    // that remedy
+  std::size_t actionAt = 0;          // where it begins, in bytes
+};
+
+// The whole report by lines, which point into `findings`, in pipeline order.
+std::vector<ReportLine> reportLines(const Snapshot& snapshot, const std::vector<Finding>& findings,
+                                    const Guesses& guesses);
+
+// The same in one text; each line ends in a line feed.
 std::string text(const Snapshot& snapshot, const std::vector<Finding>& findings, const Guesses& guesses);
 
 }  // namespace tarnwick

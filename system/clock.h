@@ -1,9 +1,14 @@
 // Time as the program asks for it. Tests hand in a clock that they turn.
 #pragma once
 
+#include <string>
+
 #include "records/basics.h"
 
 namespace tarnwick {
+
+// "2026-11-22 14:03:20", where the user is. Any thread.
+std::string localTime(Timestamp moment);
 
 class Clock {
  public:

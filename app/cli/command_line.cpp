@@ -64,8 +64,9 @@ std::optional<std::string> wrongWords(const CommandLine& line) {
     return formatted("“{}” is no number of rows for --top. Use 1 to {}.", harmlessInLine(*line.topRows),
                      mostRows);
   }
-  const bool prints = line.mode == Mode::print || line.mode == Mode::demo || line.mode == Mode::top;
-  if (line.json && !prints) return "--json goes with --print, --demo or --top, or stands alone.";
+  const bool prints = line.mode == Mode::print || line.mode == Mode::demo || line.mode == Mode::top ||
+                      line.mode == Mode::watch;
+  if (line.json && !prints) return "--json goes with --print, --demo, --top or --watch, or stands alone.";
   return std::nullopt;
 }
 

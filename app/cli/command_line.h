@@ -10,7 +10,20 @@
 namespace tarnwick {
 
 // The modes in the order they are looked at; the first that is asked for runs.
-enum class Mode { selfTest, explain, demo, bench, print, top, snapshot, help, version, application };
+enum class Mode {
+  selfTest,
+  explain,
+  demo,
+  bench,
+  print,
+  top,
+  snapshot,
+  help,
+  version,
+  fix,
+  watch,
+  application
+};
 
 struct CommandLine {
   Mode mode = Mode::application;
@@ -19,14 +32,20 @@ struct CommandLine {
   std::optional<std::string> imagePath;  // snapshot: where the picture goes; there in that mode
   std::optional<std::string> topRows;    // top: how many rows, unchecked; absent: as many as usual
   bool top = false;                      // print, demo: the biggest users instead of the report
-  bool json = false;                     // print, demo, top: a document instead of text
-  bool askModel = false;                 // print: ask the on-device model about each finding's evidence
-  bool live = false;                     // snapshot: this machine instead of a demo
-  bool dark = false;                     // snapshot: dark appearance
-  bool open = false;                     // snapshot: first card and the leftovers fold open
-  bool exercise = false;                 // application: drive the panel on a timed script
-  bool prTitles = false;                 // ask for pull-request titles over the network
-  std::vector<std::string> unknown;      // words that are neither an option nor a value, as they came
+  bool json = false;                     // print, demo, top, watch: a document instead of text
+  std::optional<std::string>
+      fixCommand;  // fix: the one remedy that is meant, unchecked; absent: to be chosen
+  std::optional<std::string> watchSeconds;  // watch: between two checks, unchecked; absent: as usual
+  bool yes = false;                         // fix: ask no question
+  bool dryRun = false;                      // fix: say what would be done, and do nothing
+  bool exitCode = false;                    // print, demo: the verdict makes the exit status
+  bool askModel = false;                    // print: ask the on-device model about each finding's evidence
+  bool live = false;                        // snapshot: this machine instead of a demo
+  bool dark = false;                        // snapshot: dark appearance
+  bool open = false;                        // snapshot: first card and the leftovers fold open
+  bool exercise = false;                    // application: drive the panel on a timed script
+  bool prTitles = false;                    // ask for pull-request titles over the network
+  std::vector<std::string> unknown;         // words that are neither an option nor a value, as they came
 
   bool operator==(const CommandLine&) const = default;
 };

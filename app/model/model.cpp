@@ -1,9 +1,9 @@
 #include "app/model/model.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "app/cli/terminal_text.h"
+#include "diagnosis/changes.h"
 #include "records/checked.h"
 #include "records/wording.h"
 
@@ -32,11 +32,9 @@ std::string achieved(const Fix& fix, const Finding& before, const std::vector<Fi
   if (is<AskAutomation>(fix)) return "Allowed. The card below now shows tabs that you can close.";
   if (is<CloseDuplicateTabs>(fix))
     return "Closed the duplicate tabs. To bring one back, press Cmd-Shift-T in the browser.";
-  const auto after = std::find_if(found.begin(), found.end(),
-                                  [&](const Finding& finding) { return finding.id == before.id; });
-  if (after == found.end()) return "Done. Freed " + size(before.bytes) + ".";
-  if (before.bytes <= after->bytes) return "Done, but it is still there. Refresh in a few seconds.";
-  return "Done. Freed " + size(before.bytes - after->bytes) + ".";
+  const std::optional<std::uint64_t> freed = freedSince(before, found);
+  return freed ? "Done. Freed " + size(*freed) + "."
+               : "Done, but it is still there. Refresh in a few seconds.";
 }
 
 struct Outcome {

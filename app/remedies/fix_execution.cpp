@@ -57,13 +57,7 @@ class Execution {
                   "Not done: the browser did not open the page.");
   }
   Message operator()(const All& fix) const {
-    Message messages;
-    for (const Fix& member : fix.fixes) {
-      const Message message = apply(member, targets_);
-      if (!message) continue;
-      messages = messages ? *messages + "\n" + *message : *message;
-    }
-    return messages;
+    return applyInTurn(fix, [this](const Fix& member) { return apply(member, targets_); });
   }
 
  private:
@@ -74,6 +68,17 @@ class Execution {
 
 std::optional<std::string> apply(const Fix& fix, const FixTargets& targets) {
   return std::visit(Execution(targets), fix.kind);
+}
+
+std::optional<std::string> applyInTurn(
+    const All& all, const std::function<std::optional<std::string>(const Fix&)>& applyOne) {
+  std::optional<std::string> messages;
+  for (const Fix& member : all.fixes) {
+    const std::optional<std::string> message = applyOne(member);
+    if (!message) continue;
+    messages = messages ? *messages + "\n" + *message : *message;
+  }
+  return messages;
 }
 
 }  // namespace tarnwick

@@ -3,6 +3,7 @@
 // answers, or until the user has answered the system's question. Not for the main thread.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -24,8 +25,12 @@ struct FixTargets {
   ToolPlaces& places;
 };
 
-// Absent when the remedy was carried out; otherwise what to tell the user, as it stands. Of several
-// remedies each is tried, and the messages of those that failed are joined by line feeds.
+// Absent when the remedy was carried out; otherwise what to tell the user, as it stands.
 std::optional<std::string> apply(const Fix& fix, const FixTargets& targets);
+
+// Of several remedies each is tried, by `applyOne`, and the messages of those that failed are joined by line
+// feeds.
+std::optional<std::string> applyInTurn(const All& all,
+                                       const std::function<std::optional<std::string>(const Fix&)>& applyOne);
 
 }  // namespace tarnwick

@@ -31,6 +31,9 @@ class SystemTargets {
   // Politely asks every running application with that identifier to quit; there may be none.
   virtual void quitApp(const std::string& bundleID) = 0;
 
+  // Is there a desktop that could show what a remedy opens?
+  virtual bool hasDesktop() = 0;
+
   // True when the settings opened.
   virtual bool openSettings(const std::string& pane) = 0;
 };

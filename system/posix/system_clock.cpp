@@ -3,6 +3,7 @@
 #include <time.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cmath>
 
@@ -21,6 +22,14 @@ double read(clockid_t clock) {
 }
 
 }  // namespace
+
+std::string localTime(Timestamp moment) {
+  const auto whole = static_cast<time_t>(std::floor(seconds(moment)));
+  tm parts = {};
+  if (localtime_r(&whole, &parts) == nullptr) return "?";
+  std::array<char, 64> text{};
+  return {text.data(), strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &parts)};
+}
 
 Timestamp SystemClock::now() { return timestamp(read(CLOCK_REALTIME)); }
 

@@ -3,6 +3,8 @@
 
 #include "app/machine.h"
 
+#include <regex>
+
 #include "app/modes.h"
 #include "tests/support/fake_fix_targets.h"
 #include "tests/support/fake_machine_source.h"
@@ -184,6 +186,48 @@ TEST(Wiring, EveryPartIsAskedByWhomAndWhenItShould) {
     act(twins);
     EXPECT_EQ(timesIn(twins.events(), event), times) << what << ":\n" << twins.events();
   }
+}
+
+TEST(Wiring, ANamedRemedyIsCarriedOutOnlyAsItIsOffered) {
+  const std::string gone = "Not done: the process is gone, belongs to another user, or was replaced.\n";
+  const std::string signal = "signal 41 15 1699953200\n";
+  const SignalOutcome refused{SignalOutcome::Kind::refused};
+  const std::tuple<Strings, std::vector<SignalOutcome>, int, std::string, std::string> cases[] = {
+      {{"kill -TERM 41", "--yes"}, {}, 0, signal, "Done, but it is still there. Refresh in a few seconds.\n"},
+      {{"kill -TERM 41", "--yes"}, {refused}, 1, signal, gone},
+      {{"kill -TERM 41", "--dry-run", "--yes"}, {}, 0, "", "Would do: Stop it (shop): kill -TERM 41\n"},
+      {{"kill -TERM 4", "--yes"}, {}, 1, "", ""},
+      {{"kill -TERM 41 ", "--yes"}, {}, 1, "", ""}};
+  for (const auto& [words, outcomes, status, asked, printed] : cases) {
+    Twins twins;
+    twins.targets.signalOutcomes = outcomes;
+    Strings line{"--fix"};
+    line.insert(line.end(), words.begin(), words.end());
+    EXPECT_EQ(runTextMode(twins.start(line)), status);
+    EXPECT_EQ(testing::PrintToString(twins.targets.asked),
+              testing::PrintToString(asked.empty() ? Strings{} : Strings{asked.substr(0, asked.size() - 1)}));
+    EXPECT_EQ(twins.printed, printed);
+  }
+}
+
+// Three checks: as it was, without the server, and nothing new.
+TEST(Wiring, AWatchPrintsWhatChanges) {
+  Twins twins;
+  ProgramRun run = twins.start({"--watch", "5"});
+  std::vector<double> rests;
+  run.rest = [&](double seconds) {
+    rests.push_back(seconds);
+    twins.printed += "rest\n";
+    if (rests.size() == 2) twins.sources.processSource.processes.erase(41);
+    return rests.size() < 4;
+  };
+  EXPECT_EQ(runTextMode(run), 0);
+  EXPECT_THAT(rests, ElementsAre(5, 5, 5, 5));
+  const std::string stamp = "(^|\n)[-0-9]{10} [:0-9]{8}  ";
+  EXPECT_EQ(
+      std::regex_replace(twins.printed, std::regex(stamp), "$1"),
+      "Your Mac is too hot.\nNew: Your Mac is hot, so macOS slows it down (Hot)\nNew: You are running a command (19% CPU)\n"
+      "New: shop is still running (64 MB)  [Stop it]  kill -TERM 41\nrest\nrest\nGone: shop is still running\nrest\nrest\n");
 }
 
 TEST(Wiring, TheSelfTestEndsTheProgramWhereADemoReadsOtherwise) {

@@ -22,6 +22,7 @@ std::optional<std::string> propertyListText(const std::string& /*list*/, const s
 }
 
 void askApplicationsToQuit(const std::string& /*bundleID*/) {}
+bool isInDesktopSession() { return false; }
 std::optional<bool> openAddress(const std::string& /*address*/) { return false; }
 void copyToPasteboard(const std::string& /*text*/) {}
 std::unique_ptr<UserSettings> userSettings(const Self& /*self*/, Files& /*files*/) { return nullptr; }

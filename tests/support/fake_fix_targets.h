@@ -24,6 +24,7 @@ struct FakeFixTargets : SystemTargets, Browsers, SocketTransport, ToolRunner {
     return outcome;
   }
   void quitApp(const std::string& app) override { asked.push_back("quit " + app); }
+  bool hasDesktop() override { return works; }
   bool openSettings(const std::string& pane) override { return note("settings " + pane); }
 
   Access access(const std::string& /*app*/) override { return Access::unknown; }

@@ -1,14 +1,18 @@
 #include "app/cli/output.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <string>
 #include <system_error>
 
 #include "app/cli/terminal_text.h"
+#include "app/cli/terminal_width.h"
 
 namespace tarnwick {
 namespace {
@@ -38,12 +42,39 @@ int writeTo(int descriptor, std::string_view text) {
                                  : writeAll(descriptor, text);
 }
 
-}  // namespace
-
-int printText(std::string_view text) {
-  const int failed = writeTo(STDOUT_FILENO, text);
+int statusOf(int failed) {
   if (failed == 0 || failed == EPIPE) return 0;
   return complain("the text could not be written: " + std::generic_category().message(failed) + ".");
+}
+
+}  // namespace
+
+int printText(std::string_view text) { return statusOf(writeTo(STDOUT_FILENO, text)); }
+
+int printLaidOut(std::string_view text) { return statusOf(writeAll(STDOUT_FILENO, text)); }
+
+std::optional<TerminalLook> outputLook(bool colour) {
+  if (isatty(STDOUT_FILENO) != 1) return std::nullopt;
+  return TerminalLook{.columns = terminalColumns(STDOUT_FILENO), .colour = colour};
+}
+
+// The clock stands still while the machine sleeps, so a sleep does not make the checks follow one another.
+bool waitWhileRead(double seconds) {
+  using Clock = std::chrono::steady_clock;
+  const auto end = Clock::now() + std::chrono::duration<double>(seconds);
+  pollfd output{.fd = STDOUT_FILENO, .events = 0, .revents = 0};
+  for (;;) {
+    const double left = std::chrono::duration<double, std::milli>(end - Clock::now()).count();
+    if (left <= 0) return true;
+    constexpr double longest = 60'000;
+    const int ready = poll(&output, 1, static_cast<int>(std::min(left, longest)) + 1);
+    if (ready > 0) return false;
+    if (ready < 0 && errno != EINTR) return false;
+  }
+}
+
+void leaveLine() {
+  if (isatty(STDERR_FILENO) == 1) writeAll(STDERR_FILENO, "\n");
 }
 
 int printDocument(std::string_view text) {
@@ -57,13 +88,13 @@ int complain(std::string_view sentence) {
   return 1;
 }
 
-WaitingLine::WaitingLine(std::string_view text) : shown_(isatty(STDERR_FILENO) == 1) {
-  if (shown_) writeAll(STDERR_FILENO, text);
+WaitingLine::WaitingLine(std::string_view text) : text_(isatty(STDERR_FILENO) == 1 ? text : "") {
+  writeAll(STDERR_FILENO, text_);
 }
 
+// With blanks, which every terminal knows.
 WaitingLine::~WaitingLine() {
-  constexpr std::string_view eraseLine = "\r\x1B[K";
-  if (shown_) writeAll(STDERR_FILENO, eraseLine);
+  if (!text_.empty()) writeAll(STDERR_FILENO, "\r" + std::string(cellWidth(text_), ' ') + "\r");
 }
 
 }  // namespace tarnwick

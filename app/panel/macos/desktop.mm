@@ -3,6 +3,8 @@
 #include <memory>
 #include <utility>
 
+#include "app/remedies/macos/applications.h"
+
 namespace tarnwick::panel {
 namespace {
 
@@ -19,12 +21,7 @@ NSImage* iconImage() {
 
 }  // namespace
 
-bool findDisplay() {
-  const CFDictionaryRef session = CGSessionCopyCurrentDictionary();
-  if (session == nullptr) return false;
-  CFRelease(session);
-  return true;
-}
+bool findDisplay() { return isInDesktopSession(); }
 
 StatusItem::StatusItem(std::function<void()> clicked)
     : item_([NSStatusBar.systemStatusBar statusItemWithLength:NSSquareStatusItemLength]) {

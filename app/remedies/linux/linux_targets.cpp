@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "sampling/linux/linux_process_source.h"
+#include "system/environment.h"
 
 namespace tarnwick {
 namespace {
@@ -33,6 +34,11 @@ void LinuxTargets::quitApp(const std::string& bundleID) {
   for (const Signal& request : requests) {
     if (still.count(request.pid) != 0) signals_.send(request);
   }
+}
+
+bool LinuxTargets::hasDesktop() {
+  const auto isNamed = [](const char* name) { return !environmentVariable(name).value_or("").empty(); };
+  return isNamed("WAYLAND_DISPLAY") || isNamed("DISPLAY");
 }
 
 std::unique_ptr<SystemTargets> systemTargets(LiveMachine& sources, const Self& self) {

@@ -21,6 +21,9 @@ class LinuxTargets final : public SystemTargets {
   // Asks the main process of each of the application's units to end.
   void quitApp(const std::string& bundleID) override;
 
+  // As the session's environment says.
+  bool hasDesktop() override;
+
   bool openSettings(const std::string& /*pane*/) override { return false; }
 
  private:

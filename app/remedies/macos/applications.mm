@@ -14,6 +14,13 @@ void askApplicationsToQuit(const std::string& bundleID) {
   }
 }
 
+bool isInDesktopSession() {
+  const CFDictionaryRef session = CGSessionCopyCurrentDictionary();
+  if (session == nullptr) return false;
+  CFRelease(session);
+  return true;
+}
+
 std::optional<bool> openAddress(const std::string& address) {
   @autoreleasepool {
     NSURL* url = [NSURL URLWithString:foundationText(address)];

@@ -27,6 +27,8 @@ SignalOutcome MacosTargets::signal(const Signal& signal) {
 
 void MacosTargets::quitApp(const std::string& bundleID) { askApplicationsToQuit(bundleID); }
 
+bool MacosTargets::hasDesktop() { return isInDesktopSession(); }
+
 bool MacosTargets::openSettings(const std::string& pane) {
   const auto opened = openAddress("x-apple.systempreferences:" + pane);
   if (!opened) fault("no address can be made of the settings pane " + pane);

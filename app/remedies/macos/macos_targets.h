@@ -14,6 +14,7 @@ class MacosTargets final : public SystemTargets {
   explicit MacosTargets(std::uint32_t uid) : uid_(uid) {}
 
   SignalOutcome signal(const Signal& signal) override;
+  bool hasDesktop() override;
   void quitApp(const std::string& bundleID) override;
   // A pane of which no address can be made is a fault.
   bool openSettings(const std::string& pane) override;

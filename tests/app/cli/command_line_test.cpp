@@ -17,7 +17,9 @@ TEST(CommandLine, TheFirstModeInTheFixedOrderWins) {
       {Mode::top, {{"--top"}, {"--snapshot", "x.png", "--top", "3"}, {"--json", "--top"}}},
       {Mode::snapshot, {{"--snapshot", "x.png", "--help"}}},
       {Mode::help, {{"--version", "--help"}, {"-h", "-V"}}},
-      {Mode::version, {{"--version", "--snapshot"}, {"-V", "--scenario"}}}};
+      {Mode::version, {{"--version", "--snapshot"}, {"-V", "--scenario"}, {"--fix", "-V"}}},
+      {Mode::fix, {{"--watch", "--fix"}, {"--yes", "--fix"}}},
+      {Mode::watch, {{"--watch"}, {"--watch", "5"}}}};
   for (const auto& [mode, lines] : cases)
     for (const Strings& words : lines)
       EXPECT_EQ(parseCommandLine(words).mode, mode) << testing::PrintToString(words);
@@ -31,6 +33,12 @@ TEST(CommandLine, ValuesAreTheVeryNextWordOfTheFirstOccurrence) {
       << "the word counts for itself too";
   EXPECT_EQ(parseCommandLine({"--scenario", "", "--demo"}).scenario, "");
   EXPECT_EQ(parseCommandLine({"--explain", "--explain", "x"}).evidence, "--explain");
+
+  // A value that may be left out is no option's word.
+  for (const char* word : {"--yes", "--what", "-h"})
+    EXPECT_EQ(parseCommandLine({"--fix", word}).fixCommand, std::nullopt) << word;
+  for (const char* word : {"", "-", "-5", "kill -TERM 41"})
+    EXPECT_EQ(parseCommandLine({"--watch", "--fix", word, "--yes"}).fixCommand, word);
 
   const CommandLine all =
       parseCommandLine({"--open", "--dark", "--live", "--ai", "--pr", "--exercise", "--json", "--top"});
@@ -48,6 +56,7 @@ TEST(CommandLine, NamesTheWordsThatAreNeitherOptionNorValue) {
       {{"--scenario", "--print", "foo"}, {"foo"}},
       {{"--scenario", "--snapshot", "x.png"}, {}},
       {{"foo", "--scenario"}, {"foo"}},
+      {{"--fix", "a", "b", "--watch", "--soon", "5"}, {"b", "--soon", "5"}},
       {{"-h", "-V", "--demo", "--bench", "--selftest", "--ai", "--pr", "--exercise"}, {}},
   };
   for (const auto& [words, unknown] : cases)
@@ -56,7 +65,7 @@ TEST(CommandLine, NamesTheWordsThatAreNeitherOptionNorValue) {
 
 TEST(CommandLine, SaysWhatIsWrongWithWordsThatCannotBeCarriedOut) {
   const std::string rows = " is no number of rows for --top. Use 1 to 100.";
-  const std::string alone = "--json goes with --print, --demo or --top, or stands alone.";
+  const std::string alone = "--json goes with --print, --demo, --top or --watch, or stands alone.";
   const std::pair<Strings, Text> cases[] = {
       {{"--top"}, {}},
       {{"--top", "--json"}, {}},

@@ -77,8 +77,8 @@ TEST(Documents, KeepToTheirMargin) {
   std::istringstream lines(helpText() + manualPage("2026-11-21"));
   for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 80U) << line;
   EXPECT_THAT(helpText(),
-              HasSubstr("\n      --exercise       with the application: open and close the panel on a timed\n"
-                        "                       script\n"));
+              HasSubstr("\n      --exercise         with the application: open and close the panel on a\n"
+                        "                         timed script\n"));
 }
 
 }  // namespace

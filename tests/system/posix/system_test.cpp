@@ -33,6 +33,16 @@ TEST(SystemClock, SignalsDoNotShortenASleep) {
   disturber.join();
 }
 
+TEST(SystemClock, TellsAMomentAsTheUserReadsIt) {
+  const std::pair<const char*, const char*> cases[] = {{"UTC", "2023-11-14 22:13:20"},
+                                                       {"XYZ-5:30", "2023-11-15 03:43:20"}};
+  for (const auto& [zone, text] : cases) {
+    ::setenv("TZ", zone, 1);
+    ::tzset();
+    EXPECT_EQ(localTime(timestamp(1'700'000'000.9)), text);
+  }
+}
+
 TEST(SystemClock, NothingToSleepReturns) {
   SystemClock clock;
   EXPECT_GT(clock.now(), timestamp(1'700'000'000));

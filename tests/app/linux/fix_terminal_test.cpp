@@ -1,0 +1,187 @@
+// Remedies as somebody at a terminal meets them: a real pseudo terminal, the program, and a real process that
+// it may end.
+#include <fcntl.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <regex>
+
+#include "tests/support/posix/child_process.h"
+#include "tests/support/testing.h"
+
+namespace tarnwick {
+namespace {
+
+// A shell called caffeinate that reads its few words from a pipe and then waits for more.
+class Culprit {
+ public:
+  explicit Culprit(bool deaf) : words_(deaf ? "trap '' TERM\n" : "") {
+    if (::pipe2(input_.data(), O_CLOEXEC) != 0 || ::pipe2(output_.data(), O_CLOEXEC) != 0) fault("no pipe");
+    words_ += "echo ready\nread more\n";
+    if (::write(input_[1], words_.data(), words_.size()) < 0) fault("no words");
+    child_.emplace([this] {
+      ::dup2(input_[0], STDIN_FILENO);
+      ::dup2(output_[1], STDOUT_FILENO);
+      ::execl("/bin/sh", "caffeinate", nullptr);
+    });
+    char byte = 0;
+    if (::read(output_[0], &byte, 1) != 1) fault("the shell did not become ready");
+  }
+  ~Culprit() {
+    for (const int end : {input_[0], input_[1], output_[0], output_[1]}) ::close(end);
+  }
+  Culprit(const Culprit&) = delete;
+  Culprit& operator=(const Culprit&) = delete;
+
+  std::string pid() const { return std::to_string(child_->pid()); }
+
+  // 0 while it lives; else what ended it.
+  int fate() {
+    siginfo_t end{};
+    ::waitid(P_PID, static_cast<id_t>(child_->pid()), &end, WEXITED | WNOWAIT | WNOHANG);
+    return end.si_pid == 0 ? 0 : end.si_status;
+  }
+
+ private:
+  std::string words_;
+  std::array<int, 2> input_{};
+  std::array<int, 2> output_{};
+  std::optional<ChildProcess> child_;
+};
+
+// The program at a terminal of 200 columns, thirteen hours later.
+class Session {
+ public:
+  explicit Session(const Strings& words) {
+    winsize size{.ws_row = 24, .ws_col = 200, .ws_xpixel = 0, .ws_ypixel = 0};
+    pid_ = ::forkpty(&screen_, nullptr, nullptr, &size);
+    if (pid_ != 0) return;
+    for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY"}) ::unsetenv(variable);
+    ::setenv("LD_PRELOAD", TARNWICK_CLOCK, 1);
+    ::setenv("TERM", "dumb", 1);
+    std::vector<char*> line{const_cast<char*>("tarnwick")};
+    for (const std::string& word : words) line.push_back(const_cast<char*>(word.c_str()));
+    line.push_back(nullptr);
+    ::execv(TARNWICK_PROGRAM, line.data());
+    ::_exit(127);
+  }
+  ~Session() {
+    ::close(screen_);
+    if (!ended_) ::kill(pid_, SIGKILL), ::waitpid(pid_, nullptr, 0);
+  }
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  // What appeared since the last time, up to that text; everything when the program ended without it.
+  std::string until(const std::string& text) {
+    std::string seen;
+    for (char byte = 0; !seen.ends_with(text) && ::read(screen_, &byte, 1) == 1;) seen += byte;
+    return seen;
+  }
+  void type(const std::string& keys) const {
+    if (::write(screen_, keys.data(), keys.size()) < 0) ADD_FAILURE() << "nobody takes " << keys;
+  }
+
+  // Its status, or the number of the signal that ended it with a minus.
+  int end() {
+    int status = 0;
+    ::waitpid(pid_, &status, 0);
+    ended_ = true;
+    return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+  }
+
+ private:
+  int screen_ = -1;
+  pid_t pid_ = 0;
+  bool ended_ = false;
+};
+
+// "#" is the number that the culprit's remedy has last got on the screen, "@" the culprit's pid.
+std::string filled(const std::string& text, const std::string& screen, const std::string& pid) {
+  const std::regex offer("\\(([0-9]+)\\) \\[[A-Za-z ]+\\]  kill -[A-Z]+ " + pid + "\r");
+  std::string number;
+  for (std::sregex_iterator found(screen.begin(), screen.end(), offer), none; found != none; ++found)
+    number = (*found)[1];
+  return std::regex_replace(std::regex_replace(text, std::regex("#"), number), std::regex("@"), pid);
+}
+
+using Steps = std::vector<std::pair<std::string, std::string>>;  // what is typed, and what stands there then
+struct Story {
+  Strings words;
+  bool deaf;
+  Steps steps;
+  int status;
+  int fate;
+};
+
+void play(const Story& story) {
+  Culprit culprit(story.deaf);
+  Strings words;
+  for (const std::string& word : story.words) words.push_back(filled(word, "", culprit.pid()));
+  Session session(words);
+  std::string screen;
+  for (const auto& [keys, expected] : story.steps) {
+    session.type(filled(keys, screen, culprit.pid()));
+    const std::string text = filled(expected, screen, culprit.pid());
+    screen += session.until(text);
+    EXPECT_THAT(screen, EndsWith(text)) << "after “" << keys << "”";
+  }
+  session.until("no such text");
+  EXPECT_EQ(session.end(), story.status) << screen;
+  EXPECT_EQ(culprit.fate(), story.fate) << screen;
+}
+
+TEST(FixAtATerminal, DoesWhatWasShownAndConfirmedAndNothingElse) {
+  if (std::string_view(TARNWICK_CLOCK).empty())
+    GTEST_SKIP() << "sanitizers are to be loaded before any clock";
+  const std::string choose = "Number of a remedy, r to check again, Enter to leave: ";
+  const std::string calm = "Let the Mac sleep (caffeinate): kill -TERM @ Do it? [y/N] ";
+  const std::string force = "Force quit (caffeinate): kill -KILL @ Do it? [y/N] ";
+  const std::string nothing = "Nothing was done.\r\n" + choose;
+  const std::string unknown = "There is no remedy of the number “";
+  const Story stories[] = {
+      {{"--fix"},
+       false,
+       {{"", choose},
+        {"99\n", unknown + "99”.\r\n" + choose},
+        {"\x1B[A\n", unknown + "␛[A”.\r\n" + choose},
+        {"#\n", calm},
+        {"n\n", nothing},
+        {"#\n", calm},
+        {"\n", nothing},
+        {"r\n", choose},
+        {"\n", ""}},
+       0,
+       0},
+      {{"--fix"}, false, {{"", choose}, {"#\n", calm}, {"\x04", nothing}, {"\x04", ""}}, 0, 0},
+      {{"--fix"}, false, {{"", choose}, {"#\n", calm}, {"\x03", ""}}, -SIGINT, 0},
+      {{"--fix"},
+       false,
+       {{"", choose}, {"#\n", calm}, {"y\n", "Done. Freed 0 MB.\r\n"}, {"\n", ""}},
+       0,
+       SIGTERM},
+      {{"--fix", "--dry-run"},
+       false,
+       {{"", choose},
+        {"#\n", "Would do: Let the Mac sleep (caffeinate): kill -TERM @\r\n" + choose},
+        {"\n", ""}},
+       0,
+       0},
+      {{"--fix", "kill -TERM @"}, false, {{"", calm}, {"no\n", "Nothing was done.\r\n"}}, 1, 0},
+      {{"--fix"},
+       true,
+       {{"", choose},
+        {"#\n", calm},
+        {"y\n", "Done, but it is still there. Refresh in a few seconds.\r\n"},
+        {"", choose},
+        {"#\n", force},
+        {"y\n", "Done. Freed 0 MB.\r\n"},
+        {"\n", ""}},
+       0,
+       SIGKILL}};
+  for (const Story& story : stories) play(story);
+}
+
+}  // namespace
+}  // namespace tarnwick
