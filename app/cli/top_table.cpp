@@ -144,9 +144,9 @@ std::string topTable(const BiggestUsers& users, const Snapshot& snapshot,
   const auto finished = [&](const std::string& line) {
     return (columns ? cutToCells(line, *columns) : line) + "\n";
   };
-  std::string table = finished(headline(users, snapshot)) + "\n";
-  for (const Cells& row : rows) table += finished(lineOf(row, widths));
-  return table;
+  std::string text = finished(headline(users, snapshot)) + "\n";
+  for (const Cells& row : rows) text += finished(lineOf(row, widths));
+  return text;
 }
 
 }  // namespace tarnwick
