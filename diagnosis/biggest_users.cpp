@@ -119,7 +119,7 @@ std::string serverWords(const std::vector<const Proc*>& servers) {
 
 // Its command, or what else it can be told by.
 std::string commandOf(const Proc& root) {
-  const std::string command = shortenedCommand(commandLine(root));
+  std::string command = shortenedCommand(commandLine(root));
   if (!command.empty()) return command;
   return root.path.empty() ? formatted("process {}", root.pid) : std::string(lastPathComponent(root.path));
 }

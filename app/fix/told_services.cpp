@@ -43,7 +43,7 @@ std::optional<std::string> ToldServices::applyPart(const Fix& fix) {
   if (const auto* all = std::get_if<All>(&fix.kind))
     return applyInTurn(*all, [this](const Fix& member) { return applyPart(member); });
   if (!progress_.next()) return "Not done: " + fix.command();
-  const std::optional<std::string> error = machine_.apply(fix);
+  std::optional<std::string> error = machine_.apply(fix);
   progress_.ended(!error);
   return error;
 }

@@ -16,7 +16,7 @@ namespace tarnwick::panel {
 struct PanelView {
   const std::optional<Snapshot>& snap;
   const std::vector<Finding>& found;
-  bool busy;
+  bool busy = false;
   const std::optional<Note>& note;
   const Guesses& guesses;
   const std::optional<std::string>& openCard;

@@ -213,6 +213,20 @@ kern_return_t host_statistics(host_t host, host_flavor_t flavor, host_info_t inf
   return KERN_SUCCESS;
 }
 
+kern_return_t host_page_size(host_t host, vm_size_t* size) {
+  *size = 16'384;
+  return host == 8 ? KERN_SUCCESS : KERN_INVALID_ARGUMENT;
+}
+
+kern_return_t host_statistics64(host_t host, host_flavor_t flavor, host_info64_t info,
+                                mach_msg_type_number_t* count) {
+  if (refuses("pages")) return KERN_FAILURE;
+  if (host != 8 || flavor != HOST_VM_INFO64 || *count < HOST_VM_INFO64_COUNT) return KERN_INVALID_ARGUMENT;
+  std::memcpy(info, &asked->pages, sizeof asked->pages);
+  *count = HOST_VM_INFO64_COUNT;
+  return KERN_SUCCESS;
+}
+
 int statfs(const char* path, struct statfs* volume) {
   if (refuses("statfs")) return -1;
   if (std::string(path) != "/" || asked->volumes.empty()) return fails(ENOENT, -1);

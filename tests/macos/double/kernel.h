@@ -4,6 +4,7 @@
 #pragma once
 
 #include <libproc.h>
+#include <mach/vm_statistics.h>
 #include <sys/mount.h>
 
 #include <array>
@@ -56,13 +57,14 @@ struct Kernel {
   std::pair<std::uint64_t, std::uint64_t> timebase{125, 3};  // nanoseconds for so many Mach ticks
   bool translated = false;  // the program's Mach clock counts nanoseconds, the kernel's records do not
   std::array<std::uint32_t, 4> ticks{};
+  vm_statistics64 pages{};             // of 16 KiB
   std::vector<struct statfs> volumes;  // the first is "/"
   std::map<std::string, std::string> links;
   std::string executable;                                         // as it was started
   std::map<std::string, std::map<std::string, void*>> libraries;  // by path: names and what they stand for
 
   // Calls by what they ask for: "pids", "record", "descriptors", "socket", "usage", "path", "folder",
-  // "arguments", "kill", "ticks", "statfs", "volumes".
+  // "arguments", "kill", "ticks", "pages", "statfs", "volumes".
   std::map<std::string, int> refused;                   // to fail, with this error number
   std::map<std::string, int> answers;                   // to return this, whatever was filled in
   std::function<void(const std::string& call)> before;  // what happens on the machine before an answer

@@ -77,6 +77,24 @@ TEST(MachineOfMacos, ANamedValueCountsOnlyInItsWholeSize) {
   }
 }
 
+TEST(MachineOfMacos, MemoryInUseIsWhatCannotBeHadBackAtOnce) {
+  // Pages of applications, of these to be thrown away, wired down, of the compressor; expected.
+  const std::tuple<std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t, std::uint64_t> cases[] = {
+      {1'000, 100, 20, 3, 923}, {10, 11, 20, 3, 23}, {0, 0, 0, 0, 0}};
+  Kernel kernel;
+  MacosMachineSource machine = machineSource();
+  for (const auto& [applications, purgeable, wired, compressor, inUse] : cases) {
+    kernel.pages.internal_page_count = applications;
+    kernel.pages.purgeable_count = purgeable;
+    kernel.pages.wire_count = wired;
+    kernel.pages.compressor_page_count = compressor;
+    EXPECT_EQ(machine.memory().inUse, inUse * 16'384);
+  }
+  kernel.pages.wire_count = 5;
+  kernel.refused["pages"] = EPERM;
+  EXPECT_EQ(machine.memory().inUse, 0U);
+}
+
 struct statfs volume(const char* point, const char* kind) {
   struct statfs made {};
   made.f_bsize = 4'096;
