@@ -24,8 +24,8 @@ std::string takePart(std::string& path) {
 
 // Absent for what is no link.
 std::optional<std::string> linkTarget(const std::string& path) {
-  std::array<char, 4'096>
-      target;  // NOLINT(cppcoreguidelines-pro-type-member-init): zeros would cost more than the call
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): zeros would cost more than the call
+  std::array<char, 4'096> target;
   const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
   if (length <= 0) return std::nullopt;
   return std::string(target.data(), static_cast<std::size_t>(length));

@@ -51,8 +51,8 @@ std::string homeFolder(const std::optional<std::string>& environment,
 std::string resolvedHome(const std::string& home) {
   const std::vector<Mount> all = mounts();
   if (all.empty()) return realFolder(home).value_or(home);
-  Way way = wayTo(home, distantPoints(all));
-  return way.local && !pathExists(way.path) ? home : std::move(way.path);
+  const Way way = wayTo(home, distantPoints(all));
+  return way.local && !pathExists(way.path) ? home : way.path;
 }
 
 Self readSelf() {
