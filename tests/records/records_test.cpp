@@ -26,7 +26,7 @@ TEST(Utf8, InvalidSequencesBecomeOneReplacementEachAndTheRestStays) {
   EXPECT_EQ(repairUtf8(std::string_view("a\0b", 3)), std::string("a\0b", 3));
 }
 
-TEST(Utf8, LongTextsAreCutBetweenCharacters) {
+TEST(Utf8, LongTextsAreCutBetweenCharactersWhichAreCodePoints) {
   const std::tuple<std::string, std::size_t, const char*> cases[] = {
       {"abc", 3, "abc"},
       {"abcd", 3, "abc"},
@@ -39,9 +39,6 @@ TEST(Utf8, LongTextsAreCutBetweenCharacters) {
       {"\x80\x80\x80\x80\x80\x80", 4, "\uFFFD"},
       {"x", 0, ""}};
   for (const auto& [bytes, most, text] : cases) EXPECT_EQ(repairUtf8(bytes, most), text) << bytes << most;
-}
-
-TEST(Utf8, CharactersAreCodePoints) {
   EXPECT_EQ(characterCount("aë€😀"), 4U);
   for (const auto& [count, first] : {std::pair{0U, ""}, {3U, "aë€"}, {4U, "aë€😀"}})
     EXPECT_EQ(firstCharacters("aë€😀", count), first);
@@ -61,7 +58,7 @@ TEST(OneLine, RunsOfLineEndsBecomeOneBlankAndTheRestStays) {
 }
 
 TEST(Sums, StopAtTheLargestNumber) {
-  constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+  constexpr std::uint64_t most = ~0ULL;
   const std::tuple<std::uint64_t, std::uint64_t, std::uint64_t> cases[] = {
       {1, 2, 3}, {most - 1, 1, most}, {1, most, most}, {most, most, most}, {most, 0, most}};
   for (const auto& [a, b, sum] : cases) EXPECT_EQ(saturatingAdd(a, b), sum) << a << " + " << b;
@@ -81,18 +78,16 @@ TEST(AppName, IsTheOutermostBundleBelowAnApplicationFolder) {
     EXPECT_EQ(appName(none, "/Users/x"), std::nullopt) << none;
 }
 
-constexpr std::uint64_t gigabyte = 1ULL << 30U;
-
 TEST(Wording, SizesChangeUnitAndPrecisionAtTheirLimits) {
-  const std::pair<std::uint64_t, const char*> cases[] = {
-      {1'048'575, "0 MB"},
-      {1'048'576, "1 MB"},
-      {gigabyte - 1, "1023 MB"},
-      {gigabyte, "1.0 GB"},
-      {99 * gigabyte + gigabyte / 10 * 9, "99.9 GB"},
-      {100 * gigabyte - 1, "100.0 GB"},
-      {100 * gigabyte, "100 GB"},
-      {std::numeric_limits<std::uint64_t>::max(), "17179869184 GB"}};
+  constexpr std::uint64_t gb = 1ULL << 30U;
+  const std::pair<std::uint64_t, const char*> cases[] = {{1'048'575, "0 MB"},
+                                                         {1'048'576, "1 MB"},
+                                                         {gb - 1, "1023 MB"},
+                                                         {gb, "1.0 GB"},
+                                                         {99 * gb + gb / 10 * 9, "99.9 GB"},
+                                                         {100 * gb - 1, "100.0 GB"},
+                                                         {100 * gb, "100 GB"},
+                                                         {~0ULL, "17179869184 GB"}};
   for (const auto& [bytes, text] : cases) EXPECT_EQ(size(bytes), text) << bytes;
 }
 
@@ -110,7 +105,7 @@ TEST(Wording, AgesAreTruncatedToTheirLargestUnit) {
 }
 
 TEST(WordingDeathTest, NumbersThatAreNoNumbersStopTheProgram) {
-  const double infinite = std::numeric_limits<double>::infinity();
+  constexpr double infinite = std::numeric_limits<double>::infinity();
   for (const double seconds : {infinite, std::nan(""), -1e19}) EXPECT_DEATH(ago(seconds), "fault");
   EXPECT_DEATH(pct(infinite, Snapshot{}), "fault");
 }
@@ -142,10 +137,8 @@ TEST(Snapshot, NameIsTheLastComponentOfTheFirstArgumentElseOfThePath) {
 
 TEST(Snapshot, IndexListsChildrenUnderEveryParentAndStartsFromScratch) {
   Snapshot snapshot;
-  for (const auto& [pid, ppid] : {std::pair{30, 10}, {20, 10}, {40, 999}, {10, 10}}) {
-    snapshot.procs[pid].pid = pid;
-    snapshot.procs[pid].ppid = ppid;
-  }
+  for (const auto& [pid, ppid] : {std::pair{30, 10}, {20, 10}, {40, 999}, {10, 10}})
+    snapshot.procs[pid] = {.pid = pid, .ppid = ppid};
   snapshot.index();
   EXPECT_THAT(snapshot.children, ElementsAre(Pair(10, ElementsAre(10, 20, 30)), Pair(999, ElementsAre(40))));
 
