@@ -18,8 +18,7 @@ TEST(ClaudeFiles, TheNewestMarkedLineIsTheOnlyOneTried) {
       {older + "\n" + newer.substr(0, newer.size() - 3), {}},
       {older + "\n" + R"({"type": "ai-title","aiTitle":"spaced"})", "old"},
       {older + "\n" + R"({"type":"ai-title","aiTitle":7})", {}},
-      {"", {}},
-  };
+      {"", {}}};
   for (const auto& [bytes, title] : cases) {
     const auto line = newest(bytes, "ai-title", "aiTitle");
     EXPECT_EQ(line ? textMember(&*line, "aiTitle") : std::nullopt, title) << bytes;
@@ -47,8 +46,7 @@ TEST(ClaudeFiles, TimesNeedDateTimeAndZone) {
       {"2025-11-21T05:44:12,5+00:00", 1'763'703'852.5}, {"2025-11-21T07:44:12+02:00", 1'763'703'852},
       {"2025-11-21T02:14:12-0330", 1'763'703'852},      {"0001-01-01T00:00:00Z", -62'135'596'800},
       {"9999-12-31T23:59:59Z", 253'402'300'799},        {"2025-11-21T07:44:12+02", 1'763'703'852},
-      {"2024-02-29T23:59:59-23:59", 1'709'337'539},
-  };
+      {"2024-02-29T23:59:59-23:59", 1'709'337'539}};
   for (const auto& [text, expected] : cases)
     EXPECT_NEAR(seconds(isoTime(text).value_or(Timestamp{})), expected, 1e-6) << text;
   for (const char* none :

@@ -18,8 +18,7 @@ TEST(GitFiles, HeadNamesABranchOrACommit) {
       {"ref: refs/remotes/origin/x\n", "ref: re"},
       {"éééééééé", "ééééééé"},
       {"ref: refs/heads/" + std::string(4'097, 'b'), std::string(4'096, 'b')},
-      {"", ""},
-  };
+      {"", ""}};
   for (const auto& [head, branch] : cases) EXPECT_EQ(branchFrom(head), branch) << head;
 }
 

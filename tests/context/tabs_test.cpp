@@ -16,15 +16,13 @@ std::vector<std::string> pages(const std::vector<std::pair<std::string, int>>& h
   return urls;
 }
 
-TEST(Condense, DuplicatesAreExactRepeats) {
+TEST(Condense, DuplicatesAreExactRepeatsAndPilesTheThreeLargestOfThreeOrMore) {
   EXPECT_EQ(condense({}), Tabs{});
   EXPECT_EQ(condense(std::vector<std::string>(10, "https://a.com/x")).duplicates, 9);
   EXPECT_EQ(condense({"https://a.com/", "https://a.com", "https://A.com/", "https://a.com/#x"}).duplicates,
             0);
   EXPECT_EQ(condense({"about:blank", "x", "about:blank", "", "x", ""}).duplicates, 3);
-}
 
-TEST(Condense, PilesAreTheThreeLargestOfThreeOrMore) {
   EXPECT_THAT(condense(pages({{"two.com", 2}, {"three.com", 3}})).piles, ElementsAre(Pair("three.com", 3)));
   EXPECT_THAT(condense(pages({{"www.a.com", 1}, {"a.com", 2}})).piles, ElementsAre(Pair("a.com", 3)));
   EXPECT_THAT(condense(pages({{"d.com", 5}, {"b.com", 5}, {"c.com", 5}, {"a.com", 5}})).piles,
@@ -34,7 +32,7 @@ TEST(Condense, PilesAreTheThreeLargestOfThreeOrMore) {
   EXPECT_THAT(condense({"about:blank", "about:blank", "about:blank", "file:///a"}).piles, IsEmpty());
 }
 
-TEST(TabHost, IsWhatTheAddressNames) {
+TEST(TabHost, IsWhatTheAddressNamesAndAbsentForWhatHasNoneOrIsMalformed) {
   std::istringstream cases(R"(
       https://example.com/a?b#c               example.com      http://www.www.com/           www.com
       https://example.com?q=http://b.com/     example.com      http://a.com:80@b.com/        b.com
@@ -45,9 +43,7 @@ TEST(TabHost, IsWhatTheAddressNames) {
       HTTP://WWW.Example.COM/                 WWW.Example.COM  http://café.com/              café.com
       chrome-extension://abcdef/page.html     abcdef           http://localhost:3000         localhost)");
   for (std::string url, host; cases >> url >> host;) EXPECT_EQ(tabHost(url), host) << url;
-}
 
-TEST(TabHost, IsAbsentForWhatHasNoneOrIsMalformed) {
   std::istringstream urls(R"(
       example.com about:blank file:///etc/hosts blob:https://a.com/1 javascript:void(0)//x https:/a.com https:///a
       ://a.com 1http://a.com http://a\b.com/ http://a.com:80x/ http://a:b:80/ http://user@:80/ http://[::1 http://[]/
