@@ -20,8 +20,7 @@ TEST(Utf8, InvalidSequencesBecomeOneReplacementEachAndTheRestStays) {
       {"cut at the end", "a\xF0\x9F\x98", "a\uFFFD"},
       {"cut in the middle", "a\xE2\x80z", "a\uFFFDz"},
       {"overlong slash", "a\xC0\xAFz", "a\uFFFDz"},
-      {"surrogate", "a\xED\xA0\x80z", "a\uFFFDz"},
-  };
+      {"surrogate", "a\xED\xA0\x80z", "a\uFFFDz"}};
   for (const auto& [what, bytes, text] : cases) EXPECT_EQ(repairUtf8(bytes), text) << what;
   EXPECT_EQ(repairUtf8(std::string_view("a\0b", 3)), std::string("a\0b", 3));
 }
@@ -51,8 +50,7 @@ TEST(OneLine, RunsOfLineEndsBecomeOneBlankAndTheRestStays) {
        "a “b” \t\x1B\u200E\u00A0\u0084\u0086\u2027\u202A é😀"},
       {"a\nb\vc\fd\re", "a b c d e"},
       {"a\u0085b\u2028c\u2029d", "a b c d"},
-      {"\r\na\n\u2028\n\nb \n", " a b  "},
-  };
+      {"\r\na\n\u2028\n\nb \n", " a b  "}};
   for (const auto& [text, line] : cases) EXPECT_EQ(oneLine(text), line);
   EXPECT_EQ(Fix{QuitApp{"a\nkill -KILL 1"}}.command(), "Cmd-Q a kill -KILL 1");
 }
@@ -69,8 +67,7 @@ TEST(AppName, IsTheOutermostBundleBelowAnApplicationFolder) {
       {"/Applications/Utilities/Foo.app/Contents/MacOS/Foo", "Foo"},
       {"/Applications/Outer.app/Contents/Helpers/Inner.app/Contents/MacOS/Inner", "Outer"},
       {"/Users/x/Applications/Bar.app/Contents/MacOS/Bar", "Bar"},
-      {"/Applications/1Password.app/Contents/MacOS/", "1Password"},
-  };
+      {"/Applications/1Password.app/Contents/MacOS/", "1Password"}};
   for (const auto& [path, name] : cases) EXPECT_EQ(appName(path, "/Users/x"), name) << path;
   for (const char* none : {"/Users/y/Applications/Bar.app/Contents/MacOS/Bar", "/Applications/Foo.app",
                            "/Applications/Foo.app/Contents/Resources/foo", "/opt/Foo.app/Contents/MacOS/Foo",
@@ -92,15 +89,13 @@ TEST(Wording, SizesChangeUnitAndPrecisionAtTheirLimits) {
 }
 
 TEST(Wording, AgesAreTruncatedToTheirLargestUnit) {
-  const std::pair<double, const char*> cases[] = {
-      {0, "0 seconds"},        {1, "1 second"},
-      {59.9, "59 seconds"},    {60, "1 minute"},
-      {3'599, "59 minutes"},   {3'600, "1 hour"},
-      {86'400, "24 hours"},    {169'200, "47 hours"},
-      {172'799.9, "47 hours"}, {172'800, "2 days"},
-      {864'000, "10 days"},    {-5, "-5 seconds"},
-      {-0.5, "0 seconds"},     {-90'000, "-90000 seconds"},
-  };
+  const std::pair<double, const char*> cases[] = {{0, "0 seconds"},        {1, "1 second"},
+                                                  {59.9, "59 seconds"},    {60, "1 minute"},
+                                                  {3'599, "59 minutes"},   {3'600, "1 hour"},
+                                                  {86'400, "24 hours"},    {169'200, "47 hours"},
+                                                  {172'799.9, "47 hours"}, {172'800, "2 days"},
+                                                  {864'000, "10 days"},    {-5, "-5 seconds"},
+                                                  {-0.5, "0 seconds"},     {-90'000, "-90000 seconds"}};
   for (const auto& [seconds, text] : cases) EXPECT_EQ(ago(seconds), text) << seconds;
 }
 
@@ -120,8 +115,7 @@ TEST(Wording, ProcessorSharesRoundHalvesAwayFromZero) {
   const std::tuple<double, int, const char*> cases[] = {
       {4.0, 8, "50% CPU"},   {0.5, 10, "5% CPU"},   {1.5, 0, "150% CPU"},
       {1.5, -3, "150% CPU"}, {0.125, 1, "13% CPU"}, {-0.001, 1, "0% CPU"},
-      {0.005, 1, "1% CPU"},  {0.0049, 1, "0% CPU"}, {0.625, 1, "63% CPU"},
-  };
+      {0.005, 1, "1% CPU"},  {0.0049, 1, "0% CPU"}, {0.625, 1, "63% CPU"}};
   for (const auto& [cpu, cores, text] : cases)
     EXPECT_EQ(pct(cpu, Snapshot{.cores = cores}), text) << cpu << " on " << cores;
 }
