@@ -59,13 +59,11 @@ TEST_F(ModelTest, ACheckPublishesInOrderAndTellsBeforeEachChange) {
 TEST_F(ModelTest, AMachineThatWasNotSeenIsNotShownNotEvenAsItWas) {
   services.next.found = {card("a", 1)};
   model.refresh(false);
-  executor.runBackground();
-  executor.runMain();
+  executor.runAll();
   ASSERT_TRUE(model.snap());
   services.next.seen = false;
   model.refresh(false);
-  executor.runBackground();
-  executor.runMain();
+  executor.runAll();
   EXPECT_EQ(seen(), "0 0 Its processes or its memory cannot be read. idle");
   model.copyReport();
   EXPECT_EQ(services.copied, "");
@@ -94,12 +92,11 @@ TEST_F(ModelTest, ARemedyWaitsChecksAndTellsWhatItAchieved) {
       {action(AskAutomation{"b"}), {}, "Allowed. The card below now shows tabs that you can close.", false},
       {action(CloseDuplicateTabs{"b"}), {card("a", 300 * mb)}, closed, false},
       {terminate(9), {}, "Not done: no.", true},
-      {action(AskAutomation{"b"}), {card("a", 1)}, "Not allowed.", true},
-  };
+      {action(AskAutomation{"b"}), {card("a", 1)}, "Not allowed.", true}};
   for (const auto& [action, after, outcome, error] : cases) {
     services.calls.clear();
     services.next.found = after;
-    services.error = error ? std::optional<std::string>(outcome) : std::nullopt;
+    services.error = error ? Text(outcome) : std::nullopt;
     services.time = start;
     model.run(action, card("a", 300 * mb));
     const char* text =
