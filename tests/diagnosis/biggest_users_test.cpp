@@ -130,8 +130,7 @@ TEST_F(BiggestUsersTest, AreGroupedAsPeopleThinkOfThem) {
        "job | hog | 52 0 1 | - | - - | kill -TERM 52\n"
        "job | gvfsd | 51 0 1 | - | - - | -\n"
        "job | dbus-daemon | 50 0 1 | - | - - | -\n"
-       "job | make run | 20 0 1 | you | - - | -\n"},
-  };
+       "job | make run | 20 0 1 | you | - - | -\n"}};
   for (const auto& [what, lay, expected] : cases) {
     m = machine();
     m.pressure = 2;

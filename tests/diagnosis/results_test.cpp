@@ -94,8 +94,7 @@ TEST(Verdict, TheFirstRowThatAppliesWins) {
     return Snapshot{
         .diskFree = diskFree, .diskTotal = total, .cpuBusy = busy, .thermal = thermal, .pressure = pressure};
   };
-  Snapshot unknownDisk = with(1, 0, 0);
-  unknownDisk.diskTotal = 0;
+  const Snapshot unknownDisk{.pressure = 1};
   const Snapshot tight = with(2, 0.5);
   const Snapshot tightAndBusy = with(4, 0.9);
 
@@ -127,8 +126,7 @@ TEST(Verdict, TheFirstRowThatAppliesWins) {
       {"0.8 is not very busy", with(1, 0.8), {worker}, named(few, "Worker")},
       {"of equal causes the earlier one", with(1, 0), {bigger, twin}, named(few, "Bigger")},
       {"whichever that is", with(1, 0), {twin, bigger}, named(few, "Twin")},
-      {"by bytes too", tight, {twin, bigger}, named(memory, "Twin")},
-  };
+      {"by bytes too", tight, {twin, bigger}, named(memory, "Twin")}};
   for (const auto& [what, snapshot, findings, expected] : cases)
     EXPECT_EQ(verdict(snapshot, findings), expected) << what;
 }

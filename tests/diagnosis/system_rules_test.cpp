@@ -12,11 +12,8 @@ Proc& addAt(Snapshot& snapshot, Pid pid, std::string path, double cpu = 0) {
 }
 
 TEST(Heat, OnlySeriousAndCriticalAreHot) {
-  Snapshot snapshot;
-  snapshot.thermal = ThermalState::fair;
-  EXPECT_THAT(heat(snapshot), IsEmpty());
-  snapshot.thermal = ThermalState::critical;
-  EXPECT_EQ(glance(heat(snapshot)),
+  EXPECT_THAT(heat({.thermal = ThermalState::fair}), IsEmpty());
+  EXPECT_EQ(glance(heat({.thermal = ThermalState::critical})),
             "Your Mac is very hot, so macOS slows it down a lot | Very hot | BUSY NOW 1\n");
 }
 
@@ -32,8 +29,7 @@ TEST(LowDisk, FiresBelowTwentyGibibytes) {
 }
 
 TEST(BusyServices, CountOwnProcessesFromHalfACore) {
-  Snapshot snapshot;
-  snapshot.cores = 8;
+  Snapshot snapshot{.cores = 8};
   addAt(snapshot, 10, "/usr/libexec/photoanalysisd", 0.3);
   addAt(snapshot, 11, "/usr/libexec/mdworker", 0.25);
   addAt(snapshot, 12, "/usr/libexec/mdworker_shared", 0.25);
@@ -109,8 +105,7 @@ TEST(LoginApps, WhichAppsCount) {
       {"at login", started(0), 1},
       {"179 s after login", started(179), 1},
       {"180 s after login", started(180), 0},  // of two login windows the earlier counts
-      {"only another user logged in", started(0, 0), 0},
-  };
+      {"only another user logged in", started(0, 0), 0}};
   for (const auto& [what, change, found] : cases) {
     Snapshot snapshot = withApps(6);
     change(snapshot);
