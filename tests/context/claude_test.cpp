@@ -8,13 +8,6 @@
 namespace tarnwick {
 namespace {
 
-TEST(ClaudeFiles, OnlyAnObjectIsAnObject) {
-  EXPECT_TRUE(jsonObject(R"( {"a": [1, {"b": null}]} )"));
-  EXPECT_FALSE(jsonObject("{\"a\":" + std::string(1'000'000, '[')));
-  for (const char* text : {"[1]", "null", "", "{\"a\":1", "{\"a\":1e999}", "{\"a\":\"\xFF\"}"})
-    EXPECT_FALSE(jsonObject(text)) << text;
-}
-
 TEST(ClaudeFiles, TheNewestMarkedLineIsTheOnlyOneTried) {
   const std::string older = R"({"type":"ai-title","aiTitle":"old"})";
   const std::string newer = R"({"n":1,"type":"ai-title","aiTitle":"new"})";
@@ -25,24 +18,26 @@ TEST(ClaudeFiles, TheNewestMarkedLineIsTheOnlyOneTried) {
       {older + "\n" + newer.substr(0, newer.size() - 3), {}},
       {older + "\n" + R"({"type": "ai-title","aiTitle":"spaced"})", "old"},
       {older + "\n" + R"({"type":"ai-title","aiTitle":7})", {}},
-      {"", {}},
-  };
+      {"", {}}};
   for (const auto& [bytes, title] : cases) {
     const auto line = newest(bytes, "ai-title", "aiTitle");
     EXPECT_EQ(line ? textMember(&*line, "aiTitle") : std::nullopt, title) << bytes;
   }
 }
 
-TEST(ClaudeFiles, NumbersAreWholeAndFit) {
+TEST(ClaudeFiles, OnlyAnObjectIsAnObjectAndItsNumbersAreWholeAndFit) {
+  EXPECT_TRUE(jsonObject(R"( {"a": [1, {"b": null}]} )"));
+  EXPECT_FALSE(jsonObject("{\"a\":" + std::string(1'000'000, '[')));
+  for (const char* text : {"[1]", "null", "", "{\"a\":1", "{\"a\":1e999}", "{\"a\":\"\xFF\"}"})
+    EXPECT_FALSE(jsonObject(text)) << text;
   const auto number = [](const std::string& text) {
     const auto object = jsonObject("{\"n\":" + text + "}");
     return numberMember(&*object, "n");
   };
   EXPECT_EQ(number("-1"), -1);
   EXPECT_EQ(number("9223372036854775807"), 9'223'372'036'854'775'807);
-  for (const char* none : {"9223372036854775808", "42.5", "\"42\""})
+  for (const char* none : {"9223372036854775808", "42.5", "\"42\"", "1,\"n\":[]"})
     EXPECT_EQ(number(none), std::nullopt) << none;
-  EXPECT_EQ(number("1,\"n\":[]"), std::nullopt);
 }
 
 TEST(ClaudeFiles, TimesNeedDateTimeAndZone) {
@@ -51,8 +46,7 @@ TEST(ClaudeFiles, TimesNeedDateTimeAndZone) {
       {"2025-11-21T05:44:12,5+00:00", 1'763'703'852.5}, {"2025-11-21T07:44:12+02:00", 1'763'703'852},
       {"2025-11-21T02:14:12-0330", 1'763'703'852},      {"0001-01-01T00:00:00Z", -62'135'596'800},
       {"9999-12-31T23:59:59Z", 253'402'300'799},        {"2025-11-21T07:44:12+02", 1'763'703'852},
-      {"2024-02-29T23:59:59-23:59", 1'709'337'539},
-  };
+      {"2024-02-29T23:59:59-23:59", 1'709'337'539}};
   for (const auto& [text, expected] : cases)
     EXPECT_NEAR(seconds(isoTime(text).value_or(Timestamp{})), expected, 1e-6) << text;
   for (const char* none :
@@ -63,10 +57,8 @@ TEST(ClaudeFiles, TimesNeedDateTimeAndZone) {
     EXPECT_EQ(isoTime(none), std::nullopt) << none;
 }
 
-const std::string titleLine = R"({"type":"ai-title","aiTitle":"Fix the cart"})"
-                              "\n";
-const std::string prLine = R"({"type":"pr-link","prNumber":42,"prRepository":"acme/shop"})"
-                           "\n";
+const std::string titleLine = "{\"type\":\"ai-title\",\"aiTitle\":\"Fix the cart\"}\n";
+const std::string prLine = "{\"type\":\"pr-link\",\"prNumber\":42,\"prRepository\":\"acme/shop\"}\n";
 
 struct ClaudeReaderTest : testing::Test {
   std::string transcriptFile(const std::string& folder, const std::string& id, const std::string& text) {
@@ -121,7 +113,7 @@ TEST_F(ClaudeReaderTest, OnlyTheLastMebibyteOfATranscriptIsRead) {
   EXPECT_EQ(reader_.transcript("cut").title, std::nullopt);
 }
 
-TEST_F(ClaudeReaderTest, LongNamesAreCut) {
+TEST_F(ClaudeReaderTest, LongNamesAreCutAndASessionIdIsAFileNameAndNothingElse) {
   const std::string text(200'000, 'n');
   const std::string longest(4'096, 'n');
   transcriptFile("p", "abc", R"({"type":"ai-title","aiTitle":")" + text + "\"}\n");
@@ -129,9 +121,6 @@ TEST_F(ClaudeReaderTest, LongNamesAreCut) {
   const auto work = reader_.claudeJob(home_.at(".claude/jobs/j"));
   ASSERT_TRUE(work);
   EXPECT_EQ(std::tie(work->title, work->job, work->jobState), std::tuple(longest, longest, longest));
-}
-
-TEST_F(ClaudeReaderTest, ASessionIdIsAFileNameAndNothingElse) {
   for (const char* name : {"secret", "projects/p/..", "projects/p/", "projects/p/abc"})
     home_.write(".claude/" + std::string(name) + ".jsonl", titleLine);
   for (const std::string& id :

@@ -36,27 +36,25 @@ std::string references(char marker, const std::vector<std::uint64_t>& to) {
   return bytes;
 }
 
-TEST(PropertyList, TextsOfXmlLists) {
-  const char* dictionary =
-      "<dict><key>state</key><integer>3</integer><key>name</key><string>A &amp; “B”</string></dict>";
-  EXPECT_EQ(propertyListText(xml(dictionary), "name"), "A & “B”");
-  for (const std::string& none :
-       {xml("<dict><key>inner</key><dict><key>name</key><string>deep</string></dict></dict>"),
-        xml("<dict><key>name</key><string>cut"), std::string("name = iPhone;"), std::string()})
-    EXPECT_EQ(propertyListText(none, "name"), std::nullopt) << none;
-}
-
-TEST(PropertyList, TextsOfBinaryLists) {
-  const std::string key = "\x54name";
-  const std::string dictionary = references('\xD1', {1, 2});
-  EXPECT_EQ(propertyListText(binary({dictionary, key, "\x59iPhone 15"}), "name"), "iPhone 15");
+TEST(PropertyList, TextsOfBothForms) {
+  const auto named = [](const std::string& object) {
+    return binary({references('\xD1', {1, 2}), "\x54name", object});
+  };
+  const std::string whole = named("\x59iPhone 15");
   const std::string wide("\x62\x00\xE9\x20\x26", 5);  // two units of UTF-16
-  EXPECT_EQ(propertyListText(binary({dictionary, key, wide}), "name"), "\xC3\xA9\xE2\x80\xA6");
   const std::string withZero("\x63\x00\x61\x00\x00\x00\x62", 7);
-  EXPECT_EQ(propertyListText(binary({dictionary, key, withZero}), "name"), std::string("a\0b", 3));
-  EXPECT_EQ(propertyListText(binary({dictionary, key, "\x10\x07"}), "name"), std::nullopt);
-
-  const std::string whole = binary({dictionary, key, "\x59iPhone 15"});
+  const std::pair<std::string, Text> cases[] = {
+      {xml("<dict><key>state</key><integer>3</integer><key>name</key><string>A &amp; “B”</string></dict>"),
+       "A & “B”"},
+      {xml("<dict><key>inner</key><dict><key>name</key><string>deep</string></dict></dict>"), {}},
+      {xml("<dict><key>name</key><string>cut"), {}},
+      {"name = iPhone;", {}},
+      {"", {}},
+      {whole, "iPhone 15"},
+      {named(wide), "\xC3\xA9\xE2\x80\xA6"},
+      {named(withZero), std::string("a\0b", 3)},
+      {named("\x10\x07"), {}}};
+  for (const auto& [list, text] : cases) EXPECT_EQ(propertyListText(list, "name"), text) << list;
   for (std::size_t size = 0; size < whole.size(); ++size) propertyListText(whole.substr(0, size), "name");
   for (std::size_t at = 8; at < whole.size(); ++at) {
     for (const char byte : {'\x00', '\x7F', '\xFF'}) {
@@ -99,10 +97,8 @@ TEST(PropertyList, WhatCostsTheLibraryMuchIsRefused) {
   const std::string list =
       "\xAF\x11\x03\xE8" + references('\x08', std::vector<std::uint64_t>(1'000, 1)).substr(1);
   EXPECT_FALSE(isHarmlessPropertyList(binary({list, text})));
-}
 
-// From fifteen entries on a container's count is a number of its own.
-TEST(PropertyList, CountsAboveFourteenAreReadAndBounded) {
+  // From fifteen entries on a container's count is a number of its own.
   const std::vector<std::uint64_t> fifteen(15, 1);
   EXPECT_TRUE(
       isHarmlessPropertyList(binary({"\xAF\x10\x0F" + references('\x08', fifteen).substr(1), "\x08"})));
@@ -190,13 +186,10 @@ TEST_F(LiveSurroundingsTest, ADeviceIsNamedByItsPropertyListAndASimulatorTakesIt
   EXPECT_EQ(at(folder + "4714/device.plist",
                xml("<dict><key>name</key><string>" + std::string(256, 'x') + "</string></dict>")),
             std::string(255, 'x'));
-  for (const char* elsewhere : {"device.plist", "4711/device.plist", "Devices/4711/device.plist",
-                                "Library/Developer/CoreSimulator/Devices/device.plist",
-                                "Library/Developer/CoreSimulator/Devices/4711/x/device.plist",
-                                "Library/Developer/CoreSimulator/Devices/4711/x.plist"})
+  for (const std::string& elsewhere :
+       Strings{"device.plist", "4711/device.plist", "Devices/4711/device.plist", folder + "device.plist",
+               folder + "4711/x/device.plist", folder + "4711/x.plist", folder + "../device.plist"})
     EXPECT_EQ(at(elsewhere, list), std::nullopt) << elsewhere;
-  home_.write("Library/Developer/CoreSimulator/device.plist", list);
-  EXPECT_EQ(live_.deviceName(home_.at(folder + "../device.plist")), std::nullopt);
   EXPECT_EQ(live_.deviceName(home_.at(folder + "missing/device.plist")), std::nullopt);
   if (::geteuid() == 0) {
     ASSERT_EQ(::chown(home_.at(folder + "4711/device.plist").c_str(), 65'534, 65'534), 0);

@@ -16,15 +16,13 @@ std::vector<std::string> pages(const std::vector<std::pair<std::string, int>>& h
   return urls;
 }
 
-TEST(Condense, DuplicatesAreExactRepeats) {
+TEST(Condense, DuplicatesAreExactRepeatsAndPilesTheThreeLargestOfThreeOrMore) {
   EXPECT_EQ(condense({}), Tabs{});
   EXPECT_EQ(condense(std::vector<std::string>(10, "https://a.com/x")).duplicates, 9);
   EXPECT_EQ(condense({"https://a.com/", "https://a.com", "https://A.com/", "https://a.com/#x"}).duplicates,
             0);
   EXPECT_EQ(condense({"about:blank", "x", "about:blank", "", "x", ""}).duplicates, 3);
-}
 
-TEST(Condense, PilesAreTheThreeLargestOfThreeOrMore) {
   EXPECT_THAT(condense(pages({{"two.com", 2}, {"three.com", 3}})).piles, ElementsAre(Pair("three.com", 3)));
   EXPECT_THAT(condense(pages({{"www.a.com", 1}, {"a.com", 2}})).piles, ElementsAre(Pair("a.com", 3)));
   EXPECT_THAT(condense(pages({{"d.com", 5}, {"b.com", 5}, {"c.com", 5}, {"a.com", 5}})).piles,
@@ -34,7 +32,7 @@ TEST(Condense, PilesAreTheThreeLargestOfThreeOrMore) {
   EXPECT_THAT(condense({"about:blank", "about:blank", "about:blank", "file:///a"}).piles, IsEmpty());
 }
 
-TEST(TabHost, IsWhatTheAddressNames) {
+TEST(TabHost, IsWhatTheAddressNamesAndAbsentForWhatHasNoneOrIsMalformed) {
   std::istringstream cases(R"(
       https://example.com/a?b#c               example.com      http://www.www.com/           www.com
       https://example.com?q=http://b.com/     example.com      http://a.com:80@b.com/        b.com
@@ -45,9 +43,7 @@ TEST(TabHost, IsWhatTheAddressNames) {
       HTTP://WWW.Example.COM/                 WWW.Example.COM  http://café.com/              café.com
       chrome-extension://abcdef/page.html     abcdef           http://localhost:3000         localhost)");
   for (std::string url, host; cases >> url >> host;) EXPECT_EQ(tabHost(url), host) << url;
-}
 
-TEST(TabHost, IsAbsentForWhatHasNoneOrIsMalformed) {
   std::istringstream urls(R"(
       example.com about:blank file:///etc/hosts blob:https://a.com/1 javascript:void(0)//x https:/a.com https:///a
       ://a.com 1http://a.com http://a\b.com/ http://a.com:80x/ http://a:b:80/ http://user@:80/ http://[::1 http://[]/
@@ -60,11 +56,6 @@ TEST(TabHost, IsAbsentForWhatHasNoneOrIsMalformed) {
   EXPECT_EQ(tabHost("http://" + std::string(255, 'h') + "/"), std::string(255, 'h'));
 }
 
-TEST(TabCodes, AreTheBytesOfTheirText) {
-  EXPECT_EQ(fourCharCode("URL "), 0x55524C20U);
-  EXPECT_EQ(fourCharCode("\xff\xff\xff\xff"), 0xFFFFFFFFU);
-}
-
 TEST(TabScripts, ForeignTextStaysInsideItsQuotes) {
   const std::string hostile = R"(x"} \ end)";
   const std::string quoted = R"("x\"} \\ end")";
@@ -75,15 +66,14 @@ TEST(TabScripts, ForeignTextStaysInsideItsQuotes) {
 }
 
 TEST(TabScripts, OutputIsSplitAtLineEnds) {
-  EXPECT_THAT(urlsOfLines("a\nb\r\n\n\rc"), ElementsAre("a", "b", "c"));
-  EXPECT_THAT(urlsOfLines("a\n"), ElementsAre("a"));
-  EXPECT_THAT(urlsOfLines("\n\n"), IsEmpty());
+  EXPECT_THAT(urlsOfLines("\na\nb\r\n\n\rc\n"), ElementsAre("a", "b", "c"));
   std::string many;
   for (int line = 0; line < 10'001; ++line) many += "a\n";
   EXPECT_THAT(urlsOfLines(many), SizeIs(10'000));
 }
 
 TEST(AutomationStatus, OnlyThreeAnswersAreClear) {
+  EXPECT_EQ(fourCharCode("UR \xff"), 0x555220FFU) << "as their events are named";
   EXPECT_EQ(accessFromStatus(0), Access::allowed);
   EXPECT_EQ(accessFromStatus(-1743), Access::denied);
   EXPECT_EQ(accessFromStatus(-1744), Access::notAsked);

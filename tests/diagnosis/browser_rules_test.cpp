@@ -23,8 +23,7 @@ TEST_F(Browsers, LargeOrBusy) {
       {3'435'973'836, 0.99, ""},  // just below a fifth of 16 GB
       {3'435'973'837, 0.99, "Zen uses 3.2 GB of memory | 20% of memory | ALWAYS ON 0.2\n"},
       {3'951'369'912, 0, "Zen uses 3.7 GB of memory | 22% of memory | ALWAYS ON 0.23\n"},  // 22.9999999985
-      {8 * gigabyte, 1.0, "Zen is working hard | 10% CPU | BUSY NOW 0.5\n"},
-  };
+      {8 * gigabyte, 1.0, "Zen is working hard | 10% CPU | BUSY NOW 0.5\n"}};
   for (const auto& [footprint, cpu, cards] : cases) {
     zen.footprint = footprint;
     zen.cpu = cpu;
@@ -32,20 +31,31 @@ TEST_F(Browsers, LargeOrBusy) {
   }
 }
 
-TEST_F(Browsers, OneThatIsNotAmongTheRunningApplicationsCannotBeQuit) {
+TEST_F(Browsers, OnlyOneAmongTheRunningApplicationsOrWithADesktopEntryCanBeQuit) {
   addApp(m, 60, "Arc").cpu = 1.5;
   const Finding busy = only(browsers(m));
   EXPECT_THAT(busy.detail, HasSubstr("Arc runs 1 process,"));
   EXPECT_EQ(busy.icon, "globe");
   const Step again{"Quit and open Arc again. This frees memory that Arc holds on to over time."};
   EXPECT_THAT(busy.steps, ElementsAre(testing::_, again));
+
+  m.procs.erase(60);
+  addApp(m, 10, "Chromium").cpu = 2;
+  m.apps = {{.pid = 10, .name = "Chromium", .bundleID = "chromium", .path = "/usr/share/chromium.desktop"}};
+  EXPECT_THAT(browsers(m), IsEmpty()) << "nothing tells of sessions";
+  m.procs[10].session = 10;
+  const Finding card = only(browsers(m));
+  EXPECT_EQ(card.title, "Chromium is working hard");
+  EXPECT_EQ(card.steps.back().action.value().label, "Quit Chromium");
+  m.apps.front().path = "/Applications/Other.app";
+  EXPECT_FALSE(only(browsers(m)).steps.back().action) << "the name alone does not tell";
 }
 
 TEST_F(Browsers, StepsFollowThePermission) {
   m = withChrome();
   m.tabs[chromeID] = {1, {{"github.com", 12}, {"example.org", 3}}};
   const auto texts = [&] {
-    std::vector<std::string> all;
+    Strings all;
     for (const Step& step : only(browsers(m)).steps) all.push_back(step.text);
     return all;
   };
@@ -85,11 +95,8 @@ TEST_F(Browsers, StepsFollowThePermission) {
 
 TEST_F(Browsers, WebKitBelongsToSafariWhileItRuns) {
   for (const auto& [pid, name] :
-       {std::pair{63, "WebContent"}, {64, "Networking"}, {65, "GPU"}, {66, "WebAuthn"}}) {
-    Proc& page = add(m, pid, 1, {"page"});
-    page.path = std::string("/System/Library/com.apple.WebKit.") + name;
-    page.cpu = 0.5;
-  }
+       {std::pair{63, "WebContent"}, {64, "Networking"}, {65, "GPU"}, {66, "WebAuthn"}})
+    m.procs[pid] = {.pid = pid, .path = std::string("/System/Library/com.apple.WebKit.") + name, .cpu = 0.5};
   EXPECT_THAT(browsers(m), IsEmpty());
   addApp(m, 70, "Safari");
   EXPECT_THAT(only(browsers(m)).detail, HasSubstr("Safari runs 4 processes,"));
@@ -137,18 +144,6 @@ TEST(TestBrowsers, CountTheirTreeAndAreForcedWhenStillThere) {
   EXPECT_EQ(found.bytes, 332 * megabyte);
   EXPECT_THAT(*found.evidence, EndsWith("\nBrowser command: chrome --headless --user data"));
   EXPECT_EQ(found.actions.front(), (Action{"Force quit", {Signal{20, 9, m.procs.at(20).started}}}));
-}
-
-TEST_F(Browsers, ADesktopEntryIsABrowsersApplicationToo) {
-  addApp(m, 10, "Chromium").cpu = 2;
-  m.apps = {{.pid = 10, .name = "Chromium", .bundleID = "chromium", .path = "/usr/share/chromium.desktop"}};
-  EXPECT_THAT(browsers(m), IsEmpty()) << "nothing tells of sessions";
-  m.procs[10].session = 10;
-  const Finding card = only(browsers(m));
-  EXPECT_EQ(card.title, "Chromium is working hard");
-  EXPECT_EQ(card.steps.back().action.value().label, "Quit Chromium");
-  m.apps.front().path = "/Applications/Other.app";
-  EXPECT_FALSE(only(browsers(m)).steps.back().action) << "the name alone does not tell";
 }
 
 }  // namespace

@@ -44,20 +44,18 @@ TEST_F(CpuHogs, AnApplication) {
   EXPECT_EQ(only(cpuHogs(m, around)).icon, "/opt/Zoom.app");
 }
 
-TEST_F(CpuHogs, ABackgroundProcess) {
-  add(m, 40, 1, {"/opt/agentd", "--serve", std::string(400, 'u')}).cpu = 2;
+TEST_F(CpuHogs, ABackgroundProcessWhoseCommandIsShortenedAfterSixtyCharacters) {
+  Proc& agent = add(m, 40, 1, {"/opt/agentd", "--serve", std::string(400, 'u')});
+  agent.cpu = 2;
   const Finding found = only(cpuHogs(m, around));
   EXPECT_EQ(found.evidence, "A background process. No app or terminal started it.\nCommand: agentd --serve " +
                                 std::string(285, 'u') + "\nPath: /usr/bin/agentd");
   EXPECT_EQ(found.title + ": " + found.subject + ". " + found.summary + " " + found.icon,
             "A background process is busy: agentd. Its name is “agentd”. gearshape");
-}
-
-TEST_F(CpuHogs, CommandsAreShortenedAfterSixtyCharacters) {
-  add(m, 40, 1, {"x", "ü" + std::string(57, 'y')}).cpu = 1;
+  agent.args = {"x", "ü" + std::string(57, 'y')};
   const std::string name = "Its name is “x ü" + std::string(56, 'y');
   EXPECT_EQ(only(cpuHogs(m, around)).detail, name + "y”. It runs 1 process.");
-  m.procs[40].args[1] += 'y';
+  agent.args[1] += 'y';
   EXPECT_EQ(only(cpuHogs(m, around)).detail, name + "…”. It runs 1 process.");
 }
 

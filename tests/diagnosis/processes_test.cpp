@@ -31,8 +31,7 @@ TEST(ServerKind, NamesTheToolThatServes) {
       {{"/opt/bin/Caddy", "run"}, "Caddy server"},
       {{"caddy", "-m", "VITE"}, "Vite dev server"},
       {{""}, " server"},
-      {{"/opt/" + std::string(101, 'n')}, longest.c_str()},
-  };
+      {{"/opt/" + std::string(101, 'n')}, longest.c_str()}};
   for (const auto& [args, kind] : cases) EXPECT_EQ(serverKind({.args = args}), kind) << args.front();
   EXPECT_EQ(serverKind({.path = "/usr/local/bin/node"}), "Node server");
 }
@@ -133,8 +132,7 @@ TEST(Descendants, EndOnCyclesAndSurviveDepth) {
   EXPECT_THAT(pids(descendants(6, m)), IsEmpty());
   TreeMemory memory(m);
   for (const Pid pid : {2, 3, 4}) EXPECT_EQ(memory.of(m.procs.at(pid)), 4U) << "the whole ring, and 5";
-  EXPECT_EQ(memory.of(m.procs.at(5)), 1U);
-  EXPECT_EQ(memory.of(m.procs.at(6)), 1U);
+  for (const Pid pid : {5, 6}) EXPECT_EQ(memory.of(m.procs.at(pid)), 1U);
 
   Snapshot deep = machine();
   for (Pid pid = 2; pid < 50'000; ++pid) add(deep, pid, pid - 1, {"sh"}).footprint = 1;
@@ -161,8 +159,7 @@ TEST(StartedBy, SaysWhoAndForWhat) {
        "Claude Code started it 43 seconds ago, in a session about “Taxes”, for the pull request “Add tax”."},
       {"Claude Code", 43, ClaudeWork{.prRepo = "o/r"}, "Claude Code started it 43 seconds ago."},
       {"you", 43, ClaudeWork{.title = "Taxes", .pr = 9, .prRepo = "o/r"},
-       "You started it in a terminal 43 seconds ago."},
-  };
+       "You started it in a terminal 43 seconds ago."}};
   for (const auto& [who, age, work, sentence] : cases) {
     Starter start;
     if (*who != '\0') start.who = who;
@@ -188,8 +185,7 @@ TEST(CommandLine, IsOneLineOfWords) {
       {{"sh", "-c", "\n a\t b\r\n\vc  ", "", "d"}, "sh -c a b c d"},
       {{"say", "a\u00A0b\u2003\u3000c\u2028d\u0085e"}, "say a b c d e"},
       {{"say", "🦊 ünï", "a\u200Bb"}, "say 🦊 ünï a\u200Bb"},  // a zero-width space is no white space
-      {{"\t"}, ""},
-  };
+      {{"\t"}, ""}};
   for (const auto& [args, line] : cases) EXPECT_EQ(commandLine({.path = "/bin/x", .args = args}), line);
   EXPECT_EQ(commandLine({.path = "/bin/x y"}), "x y");
 }
@@ -209,8 +205,7 @@ TEST(ProjectRoot, IsBelowTheHomeDirectory) {
       {"/srv/shorty/ab", "/srv/shorty"},   // 11 characters
       {"/srv/short/ab", "/srv/short/ab"},  // 10 characters: as short as the home directory
       {"", ""},
-      {"relative-directory", "relative-directory"},
-  };
+      {"relative-directory", "relative-directory"}};
   for (const auto& [path, root] : cases) EXPECT_EQ(projectRoot(path, around), root);
 
   around.asked.clear();
@@ -222,8 +217,7 @@ TEST(ProjectRoot, IsBelowTheHomeDirectory) {
 }
 
 TEST(Stop, ForcesWhatWasAskedBefore) {
-  Snapshot m = machine();
-  const Proc proc = add(m, 41, 1, {"node"});
+  const Proc proc{.pid = 41, .started = testNow};
   EXPECT_EQ(stop(proc, {40, 42}, "Close it"), (Action{"Close it", {Signal{41, 15, proc.started}}}));
   EXPECT_EQ(stop(proc, {40, 41}, "Close it"), (Action{"Force quit", {Signal{41, 9, proc.started}}}));
 }
@@ -239,8 +233,7 @@ TEST(ScriptHead, ShowsTheScriptThatRuns) {
       {"/w", {"train.py"}, ""},
       {"/w", {"python3", "gone.py", "train.py"}, ""},  // only the first one is tried
       {"/Users/x/Library/w", {"sh", "/opt/a.sh"}, ""},
-      {"/w", {"sh", "/Users/x/Library/a.sh"}, ""},
-  };
+      {"/w", {"sh", "/Users/x/Library/a.sh"}, ""}};
   for (const auto& [cwd, args, head] : cases)
     EXPECT_EQ(scriptHead({.args = args, .cwd = cwd}, around).value_or(""), head);
   EXPECT_THAT(around.asked,

@@ -14,21 +14,15 @@ Snapshot troubled() {
   return snapshot;
 }
 
-TEST(Findings, SortByImpactThenId) {
+TEST(Findings, SortByImpactThenIdAndMarkElevenRulesInTableOrderOnlyWhenArmed) {
   FakeSurroundings nobody;
-  BenchMarks marks([] { return 0.0; });
+  double milliseconds = 0;
+  BenchMarks marks([&] { return ++milliseconds; });
   EXPECT_THAT(ids(findings(troubled(), {}, nobody, marks)),
               ElementsAre("heat", "disk", "service:Spotlight is indexing your files",
                           "service:iCloud is syncing your files"))
       << "equal impacts go by the bytes of the id: d, s; then capital S before small i";
   EXPECT_THAT(findings(Snapshot{}, {}, nobody, marks), IsEmpty());
-}
-
-TEST(Findings, MarkElevenRulesInTableOrderOnlyWhenArmed) {
-  FakeSurroundings nobody;
-  double milliseconds = 0;
-  BenchMarks marks([&] { return ++milliseconds; });
-  findings(troubled(), {}, nobody, marks);
   EXPECT_EQ(milliseconds, 0) << "not armed, the clock is not even read";
 
   marks.arm();
@@ -89,6 +83,7 @@ Finding finding(std::string subject, Bucket bucket, std::uint64_t bytes, double 
 
 const Finding holder = finding("Holder", Bucket::always, 100, 0.1);
 const Finding bigger = finding("Bigger", Bucket::always, 200, 0.2);
+const Finding twin = finding("Twin", Bucket::always, 200, 0.2);
 const Finding worker = finding("Worker", Bucket::now, 0, 0.3);
 const Finding leftover = finding("Leftover", Bucket::leftovers, 900, 0.9);
 
@@ -99,8 +94,7 @@ TEST(Verdict, TheFirstRowThatAppliesWins) {
     return Snapshot{
         .diskFree = diskFree, .diskTotal = total, .cpuBusy = busy, .thermal = thermal, .pressure = pressure};
   };
-  Snapshot unknownDisk = with(1, 0, 0);
-  unknownDisk.diskTotal = 0;
+  const Snapshot unknownDisk{.pressure = 1};
   const Snapshot tight = with(2, 0.5);
   const Snapshot tightAndBusy = with(4, 0.9);
 
@@ -130,39 +124,25 @@ TEST(Verdict, TheFirstRowThatAppliesWins) {
       {"busy: biggest among now only", with(1, 0.81), {bigger, worker}, named(processor, "Worker")},
       {"busy without a now finding", with(1, 0.81), {holder, bigger}, named(few, "Bigger")},
       {"0.8 is not very busy", with(1, 0.8), {worker}, named(few, "Worker")},
-  };
+      {"of equal causes the earlier one", with(1, 0), {bigger, twin}, named(few, "Bigger")},
+      {"whichever that is", with(1, 0), {twin, bigger}, named(few, "Twin")},
+      {"by bytes too", tight, {twin, bigger}, named(memory, "Twin")}};
   for (const auto& [what, snapshot, findings, expected] : cases)
     EXPECT_EQ(verdict(snapshot, findings), expected) << what;
 }
 
-TEST(Verdict, OfEqualCausesTheEarlierOneIsNamed) {
-  Snapshot snapshot;
-  const Finding twin = finding("Twin", Bucket::always, 200, 0.2);
-  EXPECT_EQ(verdict(snapshot, {bigger, twin}).cause, "The biggest cause: Bigger.");
-  EXPECT_EQ(verdict(snapshot, {twin, bigger}).cause, "The biggest cause: Twin.");
-  snapshot.pressure = 2;
-  EXPECT_EQ(verdict(snapshot, {twin, bigger}).cause, "The biggest cause: Twin.");
-}
-
-// 2.3 GB of swap.
-const Snapshot busy{
-    .ram = 16ULL << 30U, .swapUsed = 2'469'606'195, .cpuBusy = 0.125, .uptime = 3 * 86'400 + 5};
-
-TEST(Report, HeaderRoundsHalvesAwayFromZero) {
-  EXPECT_EQ(header(busy),
-            "16.0 GB memory, 2.3 GB moved to disk · processor 13% busy · last restart 3 days ago");
-}
-
-TEST(Report, AGuessStandsUnderTheTitleOfItsEvidence) {
+TEST(Report, AGuessStandsUnderTheTitleOfItsEvidenceAndTheHeaderRoundsHalvesAwayFromZero) {
+  const Snapshot busy{
+      .ram = 16ULL << 30U, .swapUsed = 2'469'606'195, .cpuBusy = 0.125, .uptime = 3 * 86'400 + 5};
   const std::vector<Finding> found{
       {.bucket = Bucket::leftovers, .title = "Left", .detail = "Left detail."},
       {.bucket = Bucket::now, .title = "First", .detail = "Detail.", .evidence = "proof\nline two"},
       {.bucket = Bucket::now, .title = "Second", .detail = "Other.", .evidence = "other proof"}};
   const Guesses guesses{{"proof\nline two", "It serves tests."}, {"proof", "Wrong."}, {"", "Wrong."}};
   EXPECT_EQ(text(busy, found, guesses),
-            header(busy) +
-                "\n\nBUSY NOW\n  First\n  ✨ It serves tests.\n  Detail.\n  Second\n  Other.\n"
-                "\nFORGOTTEN\n  Left\n  Left detail.\n");
+            "16.0 GB memory, 2.3 GB moved to disk · processor 13% busy · last restart 3 days ago"
+            "\n\nBUSY NOW\n  First\n  ✨ It serves tests.\n  Detail.\n  Second\n  Other.\n"
+            "\nFORGOTTEN\n  Left\n  Left detail.\n");
 }
 
 }  // namespace

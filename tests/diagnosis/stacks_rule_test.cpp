@@ -46,8 +46,7 @@ TEST_F(Stacks, WhichProcessesAreForgottenServers) {
       {"elsewhere", [](Snapshot&, Proc& p) { p.cwd = "/Users/x-outside/a"; }, 0},
       {"at home itself", [](Snapshot&, Proc& p) { p.cwd = "/Users/x"; }, 0},
       {"its parent's port", withParent(3000), 0},
-      {"other ports", withParent(3001), 1},
-  };
+      {"other ports", withParent(3001), 1}};
   for (const auto& [why, change, count] : cases) {
     m = oneServer();
     change(m, m.procs[41]);
@@ -136,15 +135,13 @@ TEST_F(Stacks, BranchesOfTheRepository) {
 TEST_F(Stacks, JobsInEachState) {
   around.repositories[shop] = branch("main");
   const std::string still = ", but its server still runs. It uses 10 MB in total. It is safe to stop.";
-  using State = std::optional<std::string>;
-  const std::tuple<State, std::optional<Timestamp>, std::string> cases[] = {
+  const std::tuple<Text, std::optional<Timestamp>, std::string> cases[] = {
       {"working", testNow, "is still working. It uses 10 MB in total."},
       {"blocked", testNow - Seconds{3 * hour}, "stopped 3 hours ago because of an error" + still},
       {"failed", {}, "stopped because of an error" + still},
       {"error", {}, "stopped because of an error" + still},
       {"done", testNow - Seconds{60}, "ended 1 minute ago" + still},
-      {{}, {}, "ended" + still},
-  };
+      {{}, {}, "ended" + still}};
   for (const auto& [state, updated, ending] : cases) {
     m = oneServer();
     around.jobs[shop] = {.job = "nightly", .jobState = state, .jobUpdated = updated};

@@ -12,11 +12,8 @@ Proc& addAt(Snapshot& snapshot, Pid pid, std::string path, double cpu = 0) {
 }
 
 TEST(Heat, OnlySeriousAndCriticalAreHot) {
-  Snapshot snapshot;
-  snapshot.thermal = ThermalState::fair;
-  EXPECT_THAT(heat(snapshot), IsEmpty());
-  snapshot.thermal = ThermalState::critical;
-  EXPECT_EQ(glance(heat(snapshot)),
+  EXPECT_THAT(heat({.thermal = ThermalState::fair}), IsEmpty());
+  EXPECT_EQ(glance(heat({.thermal = ThermalState::critical})),
             "Your Mac is very hot, so macOS slows it down a lot | Very hot | BUSY NOW 1\n");
 }
 
@@ -32,8 +29,7 @@ TEST(LowDisk, FiresBelowTwentyGibibytes) {
 }
 
 TEST(BusyServices, CountOwnProcessesFromHalfACore) {
-  Snapshot snapshot;
-  snapshot.cores = 8;
+  Snapshot snapshot{.cores = 8};
   addAt(snapshot, 10, "/usr/libexec/photoanalysisd", 0.3);
   addAt(snapshot, 11, "/usr/libexec/mdworker", 0.25);
   addAt(snapshot, 12, "/usr/libexec/mdworker_shared", 0.25);
@@ -68,7 +64,7 @@ Snapshot withApps(int count) {
   return snapshot;
 }
 
-TEST(LoginApps, NeedSixAndNameTheBiggest) {
+TEST(LoginApps, NeedSixAndNameTheBiggestUnderWhichAHelperIsCounted) {
   EXPECT_THAT(loginApps(withApps(5), self), IsEmpty());
   Snapshot six = withApps(6);
   six.ram = 4200 * megabyte;
@@ -76,6 +72,13 @@ TEST(LoginApps, NeedSixAndNameTheBiggest) {
   EXPECT_TRUE(found.detail.starts_with("App6, App5, App4, App3, and 2 more open when you log in or"));
   EXPECT_EQ(found.bytes, 2100 * megabyte);
   EXPECT_EQ(found.impact, 0.5);
+
+  const std::string helper = "/Applications/App1.app/Contents/Library/LoginItems/Helper.app";
+  six.apps.push_back({200, "Helper", "com.example.helper", helper, true});
+  addAt(six, 200, helper + "/Contents/MacOS/Helper").footprint = 1000 * megabyte;
+  const Finding helped = only(loginApps(six, self));
+  EXPECT_EQ(helped.summary, "App1, App6, and 4 more open when you log in.") << "the last entry stays";
+  EXPECT_EQ(helped.bytes, (2100 + 1000) * megabyte) << "the whole bundle once, helper included";
 }
 
 TEST(LoginApps, WhichAppsCount) {
@@ -102,23 +105,12 @@ TEST(LoginApps, WhichAppsCount) {
       {"at login", started(0), 1},
       {"179 s after login", started(179), 1},
       {"180 s after login", started(180), 0},  // of two login windows the earlier counts
-      {"only another user logged in", started(0, 0), 0},
-  };
+      {"only another user logged in", started(0, 0), 0}};
   for (const auto& [what, change, found] : cases) {
     Snapshot snapshot = withApps(6);
     change(snapshot);
     EXPECT_THAT(loginApps(snapshot, self), SizeIs(found)) << what;
   }
-}
-
-TEST(LoginApps, AHelperIsCountedUnderItsAppAndTheLastEntryStays) {
-  Snapshot snapshot = withApps(6);
-  const std::string helper = "/Applications/App1.app/Contents/Library/LoginItems/Helper.app";
-  snapshot.apps.push_back({200, "Helper", "com.example.helper", helper, true});
-  addAt(snapshot, 200, helper + "/Contents/MacOS/Helper").footprint = 1000 * megabyte;
-  const Finding found = only(loginApps(snapshot, self));
-  EXPECT_EQ(found.summary, "App1, App6, and 4 more open when you log in.");
-  EXPECT_EQ(found.bytes, (2100 + 1000) * megabyte) << "the whole bundle once, helper included";
 }
 
 }  // namespace

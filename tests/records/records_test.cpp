@@ -20,13 +20,12 @@ TEST(Utf8, InvalidSequencesBecomeOneReplacementEachAndTheRestStays) {
       {"cut at the end", "a\xF0\x9F\x98", "a\uFFFD"},
       {"cut in the middle", "a\xE2\x80z", "a\uFFFDz"},
       {"overlong slash", "a\xC0\xAFz", "a\uFFFDz"},
-      {"surrogate", "a\xED\xA0\x80z", "a\uFFFDz"},
-  };
+      {"surrogate", "a\xED\xA0\x80z", "a\uFFFDz"}};
   for (const auto& [what, bytes, text] : cases) EXPECT_EQ(repairUtf8(bytes), text) << what;
   EXPECT_EQ(repairUtf8(std::string_view("a\0b", 3)), std::string("a\0b", 3));
 }
 
-TEST(Utf8, LongTextsAreCutBetweenCharacters) {
+TEST(Utf8, LongTextsAreCutBetweenCharactersWhichAreCodePoints) {
   const std::tuple<std::string, std::size_t, const char*> cases[] = {
       {"abc", 3, "abc"},
       {"abcd", 3, "abc"},
@@ -39,9 +38,6 @@ TEST(Utf8, LongTextsAreCutBetweenCharacters) {
       {"\x80\x80\x80\x80\x80\x80", 4, "\uFFFD"},
       {"x", 0, ""}};
   for (const auto& [bytes, most, text] : cases) EXPECT_EQ(repairUtf8(bytes, most), text) << bytes << most;
-}
-
-TEST(Utf8, CharactersAreCodePoints) {
   EXPECT_EQ(characterCount("aë€😀"), 4U);
   for (const auto& [count, first] : {std::pair{0U, ""}, {3U, "aë€"}, {4U, "aë€😀"}})
     EXPECT_EQ(firstCharacters("aë€😀", count), first);
@@ -54,14 +50,13 @@ TEST(OneLine, RunsOfLineEndsBecomeOneBlankAndTheRestStays) {
        "a “b” \t\x1B\u200E\u00A0\u0084\u0086\u2027\u202A é😀"},
       {"a\nb\vc\fd\re", "a b c d e"},
       {"a\u0085b\u2028c\u2029d", "a b c d"},
-      {"\r\na\n\u2028\n\nb \n", " a b  "},
-  };
+      {"\r\na\n\u2028\n\nb \n", " a b  "}};
   for (const auto& [text, line] : cases) EXPECT_EQ(oneLine(text), line);
   EXPECT_EQ(Fix{QuitApp{"a\nkill -KILL 1"}}.command(), "Cmd-Q a kill -KILL 1");
 }
 
 TEST(Sums, StopAtTheLargestNumber) {
-  constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+  constexpr std::uint64_t most = ~0ULL;
   const std::tuple<std::uint64_t, std::uint64_t, std::uint64_t> cases[] = {
       {1, 2, 3}, {most - 1, 1, most}, {1, most, most}, {most, most, most}, {most, 0, most}};
   for (const auto& [a, b, sum] : cases) EXPECT_EQ(saturatingAdd(a, b), sum) << a << " + " << b;
@@ -72,8 +67,7 @@ TEST(AppName, IsTheOutermostBundleBelowAnApplicationFolder) {
       {"/Applications/Utilities/Foo.app/Contents/MacOS/Foo", "Foo"},
       {"/Applications/Outer.app/Contents/Helpers/Inner.app/Contents/MacOS/Inner", "Outer"},
       {"/Users/x/Applications/Bar.app/Contents/MacOS/Bar", "Bar"},
-      {"/Applications/1Password.app/Contents/MacOS/", "1Password"},
-  };
+      {"/Applications/1Password.app/Contents/MacOS/", "1Password"}};
   for (const auto& [path, name] : cases) EXPECT_EQ(appName(path, "/Users/x"), name) << path;
   for (const char* none : {"/Users/y/Applications/Bar.app/Contents/MacOS/Bar", "/Applications/Foo.app",
                            "/Applications/Foo.app/Contents/Resources/foo", "/opt/Foo.app/Contents/MacOS/Foo",
@@ -81,36 +75,32 @@ TEST(AppName, IsTheOutermostBundleBelowAnApplicationFolder) {
     EXPECT_EQ(appName(none, "/Users/x"), std::nullopt) << none;
 }
 
-constexpr std::uint64_t gigabyte = 1ULL << 30U;
-
 TEST(Wording, SizesChangeUnitAndPrecisionAtTheirLimits) {
-  const std::pair<std::uint64_t, const char*> cases[] = {
-      {1'048'575, "0 MB"},
-      {1'048'576, "1 MB"},
-      {gigabyte - 1, "1023 MB"},
-      {gigabyte, "1.0 GB"},
-      {99 * gigabyte + gigabyte / 10 * 9, "99.9 GB"},
-      {100 * gigabyte - 1, "100.0 GB"},
-      {100 * gigabyte, "100 GB"},
-      {std::numeric_limits<std::uint64_t>::max(), "17179869184 GB"}};
+  constexpr std::uint64_t gb = 1ULL << 30U;
+  const std::pair<std::uint64_t, const char*> cases[] = {{1'048'575, "0 MB"},
+                                                         {1'048'576, "1 MB"},
+                                                         {gb - 1, "1023 MB"},
+                                                         {gb, "1.0 GB"},
+                                                         {99 * gb + gb / 10 * 9, "99.9 GB"},
+                                                         {100 * gb - 1, "100.0 GB"},
+                                                         {100 * gb, "100 GB"},
+                                                         {~0ULL, "17179869184 GB"}};
   for (const auto& [bytes, text] : cases) EXPECT_EQ(size(bytes), text) << bytes;
 }
 
 TEST(Wording, AgesAreTruncatedToTheirLargestUnit) {
-  const std::pair<double, const char*> cases[] = {
-      {0, "0 seconds"},        {1, "1 second"},
-      {59.9, "59 seconds"},    {60, "1 minute"},
-      {3'599, "59 minutes"},   {3'600, "1 hour"},
-      {86'400, "24 hours"},    {169'200, "47 hours"},
-      {172'799.9, "47 hours"}, {172'800, "2 days"},
-      {864'000, "10 days"},    {-5, "-5 seconds"},
-      {-0.5, "0 seconds"},     {-90'000, "-90000 seconds"},
-  };
+  const std::pair<double, const char*> cases[] = {{0, "0 seconds"},        {1, "1 second"},
+                                                  {59.9, "59 seconds"},    {60, "1 minute"},
+                                                  {3'599, "59 minutes"},   {3'600, "1 hour"},
+                                                  {86'400, "24 hours"},    {169'200, "47 hours"},
+                                                  {172'799.9, "47 hours"}, {172'800, "2 days"},
+                                                  {864'000, "10 days"},    {-5, "-5 seconds"},
+                                                  {-0.5, "0 seconds"},     {-90'000, "-90000 seconds"}};
   for (const auto& [seconds, text] : cases) EXPECT_EQ(ago(seconds), text) << seconds;
 }
 
 TEST(WordingDeathTest, NumbersThatAreNoNumbersStopTheProgram) {
-  const double infinite = std::numeric_limits<double>::infinity();
+  constexpr double infinite = std::numeric_limits<double>::infinity();
   for (const double seconds : {infinite, std::nan(""), -1e19}) EXPECT_DEATH(ago(seconds), "fault");
   EXPECT_DEATH(pct(infinite, Snapshot{}), "fault");
 }
@@ -125,8 +115,7 @@ TEST(Wording, ProcessorSharesRoundHalvesAwayFromZero) {
   const std::tuple<double, int, const char*> cases[] = {
       {4.0, 8, "50% CPU"},   {0.5, 10, "5% CPU"},   {1.5, 0, "150% CPU"},
       {1.5, -3, "150% CPU"}, {0.125, 1, "13% CPU"}, {-0.001, 1, "0% CPU"},
-      {0.005, 1, "1% CPU"},  {0.0049, 1, "0% CPU"}, {0.625, 1, "63% CPU"},
-  };
+      {0.005, 1, "1% CPU"},  {0.0049, 1, "0% CPU"}, {0.625, 1, "63% CPU"}};
   for (const auto& [cpu, cores, text] : cases)
     EXPECT_EQ(pct(cpu, Snapshot{.cores = cores}), text) << cpu << " on " << cores;
 }
@@ -142,10 +131,8 @@ TEST(Snapshot, NameIsTheLastComponentOfTheFirstArgumentElseOfThePath) {
 
 TEST(Snapshot, IndexListsChildrenUnderEveryParentAndStartsFromScratch) {
   Snapshot snapshot;
-  for (const auto& [pid, ppid] : {std::pair{30, 10}, {20, 10}, {40, 999}, {10, 10}}) {
-    snapshot.procs[pid].pid = pid;
-    snapshot.procs[pid].ppid = ppid;
-  }
+  for (const auto& [pid, ppid] : {std::pair{30, 10}, {20, 10}, {40, 999}, {10, 10}})
+    snapshot.procs[pid] = {.pid = pid, .ppid = ppid};
   snapshot.index();
   EXPECT_THAT(snapshot.children, ElementsAre(Pair(10, ElementsAre(10, 20, 30)), Pair(999, ElementsAre(40))));
 

@@ -1,5 +1,7 @@
 #include "app/cli/command_line.h"
 
+#include <iterator>
+
 #include "app/cli/terminal_text.h"
 #include "tests/support/testing.h"
 
@@ -57,32 +59,24 @@ TEST(CommandLine, NamesTheWordsThatAreNeitherOptionNorValue) {
       {{"--scenario", "--snapshot", "x.png"}, {}},
       {{"foo", "--scenario"}, {"foo"}},
       {{"--fix", "a", "b", "--watch", "--soon", "5"}, {"b", "--soon", "5"}},
-      {{"-h", "-V", "--demo", "--bench", "--selftest", "--ai", "--pr", "--exercise"}, {}},
-  };
+      {{"-h", "-V", "--demo", "--bench", "--selftest", "--ai", "--pr", "--exercise"}, {}}};
   for (const auto& [words, unknown] : cases)
     EXPECT_EQ(parseCommandLine(words).unknown, unknown) << testing::PrintToString(words);
 }
 
 TEST(CommandLine, SaysWhatIsWrongWithWordsThatCannotBeCarriedOut) {
-  const std::string rows = " is no number of rows for --top. Use 1 to 100.";
-  const std::string alone = "--json goes with --print, --demo, --top or --watch, or stands alone.";
-  const std::pair<Strings, Text> cases[] = {
-      {{"--top"}, {}},
-      {{"--top", "--json"}, {}},
-      {{"--json", "--ai"}, {}},
-      {{"--demo", "--json", "--top", "100"}, {}},
-      {{"--top", "1"}, {}},
-      {{"--top", "0"}, "“0”" + rows},
-      {{"--top", "101"}, "“101”" + rows},
-      {{"--top", "99999999999999999999"}, "“99999999999999999999”" + rows},
-      {{"--top", "-3"}, "“-3”" + rows},
-      {{"--demo", "--top", "a\x1B\n"}, "“a␛ ”" + rows},
-      {{"--top", ""}, "“”" + rows},
-      {{"--json", "--snapshot", "x.png"}, alone},
-      {{"--json", "--help"}, alone},
-      {{"--json", "--explain", "x"}, alone}};
-  for (const auto& [words, wrong] : cases)
-    EXPECT_EQ(wrongWords(parseCommandLine(words)), wrong) << testing::PrintToString(words);
+  const auto wrong = [](const std::string& line) {
+    std::istringstream words(line);
+    return wrongWords(parseCommandLine({std::istream_iterator<std::string>(words), {}}));
+  };
+  for (const char* fine : {"--top", "--top --json", "--json --ai", "--demo --json --top 100", "--top 1"})
+    EXPECT_EQ(wrong(fine), std::nullopt) << fine;
+  for (const char* other : {"--json --snapshot x.png", "--json --help", "--json --explain x", "--fix --json"})
+    EXPECT_EQ(wrong(other), "--json goes with --print, --demo, --top or --watch, or stands alone.") << other;
+  const std::string rows = "” is no number of rows for --top. Use 1 to 100.";
+  for (const std::string value : {"0", "101", "99999999999999999999", "-3", ""})
+    EXPECT_EQ(wrongWords(parseCommandLine({"--top", value})), "“" + value + rows);
+  EXPECT_EQ(wrongWords(parseCommandLine({"--demo", "--top", "a\x1B\n"})), "“a␛ " + rows);
   EXPECT_EQ(rowsOf(parseCommandLine({"--json"})), 10U);
   EXPECT_EQ(rowsOf(parseCommandLine({"--top", "7"})), 7U);
 }
@@ -101,8 +95,7 @@ TEST(TerminalText, WhatControlsATerminalIsMadeVisible) {
       {"line and paragraph separator", "a\u2028\u2029b", "a<U+2028><U+2029>b"},
       {"neighbours of the ranges stay", "\u00A0\u061B\u061D\u200D\u2010\u2027\u202F\u2065\u206A ~",
        "\u00A0\u061B\u061D\u200D\u2010\u2027\u202F\u2065\u206A ~"},
-      {"invalid bytes", "a\x9B\xFFz", "a\uFFFD\uFFFDz"},
-  };
+      {"invalid bytes", "a\x9B\xFFz", "a\uFFFD\uFFFDz"}};
   for (const auto& [what, text, harmless] : cases) EXPECT_EQ(harmlessForTerminal(text), harmless) << what;
   EXPECT_EQ(harmlessForClipboard("\x1B\r\n\u2067\u200E\u061C"), "␛␍\n<U+2067>\u200E\u061C");
 }

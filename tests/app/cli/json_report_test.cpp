@@ -159,11 +159,10 @@ TEST(JsonReport, HoldsNamesOfAnyKindAndEveryKindOfRemedy) {
 TEST(JsonReport, ASchemaThatMissesAKeyOrATypeIsFound) {
   const Check check{.snapshot = machine()};
   json document = json::parse(documentOf(check));
-  document.erase("verdict");
-  EXPECT_NE(faultsOf(document.dump()), "");
-  document = json::parse(documentOf(check));
   document["machine"]["memory_bytes"] = "much";
-  EXPECT_NE(faultsOf(document.dump()), "");
+  EXPECT_THAT(faultsOf(document.dump()), HasSubstr("memory_bytes"));
+  document.erase("verdict");
+  EXPECT_THAT(faultsOf(document.dump()), HasSubstr("verdict"));
   EXPECT_EQ(faultsOf(documentOf(check).substr(0, 100)), "it is no JSON");
 }
 

@@ -23,8 +23,7 @@ TEST(Cells, AreCountedAndCut) {
       {"\u00AD\u00ADa", 3, 3, "\u00AD\u00ADa"},  // terminals draw soft hyphens
       {"\u1112\u1161\u11ABｱＡ", 5, 4, "\u1112\u1161\u11ABｱ…"},
       {"\u1100\u115F\u1160", 4, 4, "\u1100\u115F\u1160"},  // both ends of a range, and what follows it
-      {"\U0003FFFD\U0003FFFE", 3, 2, "…"},
-  };
+      {"\U0003FFFD\U0003FFFE", 3, 2, "…"}};
   for (const auto& [text, width, cells, cut] : cases) {
     EXPECT_EQ(cellWidth(text), width) << text;
     EXPECT_EQ(cutToCells(text, cells), cut) << text;

@@ -21,22 +21,18 @@ struct FakeModel : LanguageModel {
   std::string prompt;
 };
 
-TEST(Explain, SentencesAreMadeFromAnswers) {
-  const std::tuple<const char*, bool, const char*> cases[] = {
-      {"Serves the local web app", true, "It serves the local web app."},
-      {"Serves the local web app", false, "It probably serves the local web app."},
-      {". .Copies v1.2 to S3. Then ends...", true, "It copies v1.2 to S3. Then ends."},
-      {" ... ", false, "It probably ."},
-      {"Écoute", true, "It écoute."},
-      {"×ÖØÞ", true, "It ×ÖØÞ."},
-      {"Ёлка", true, "It ёлка."},
-      {"運行", true, "It 運行."},
-      {"\xFFRuns", true, "It \uFFFDRuns."},
-  };
-  for (const auto& [does, sure, expected] : cases) EXPECT_EQ(sentence({does, sure}), expected);
-}
-
-TEST(Explain, ThePromptHoldsThreeThousandCharactersOfTheEvidence) {
+TEST(Explain, SentencesAreMadeFromAnswersAndPromptsFromThreeThousandCharactersOfTheEvidence) {
+  for (const auto& [does, expected] :
+       {std::pair{"Serves the local web app", "It serves the local web app."},
+        {". .Copies v1.2 to S3. Then ends...", "It copies v1.2 to S3. Then ends."},
+        {"Écoute", "It écoute."},
+        {"×ÖØÞ", "It ×ÖØÞ."},
+        {"Ёлка", "It ёлка."},
+        {"運行", "It 運行."},
+        {"\xFFRuns", "It \uFFFDRuns."}})
+    EXPECT_EQ(sentence({does, true}), expected);
+  EXPECT_EQ(sentence({"Serves the local web app", false}), "It probably serves the local web app.");
+  EXPECT_EQ(sentence({" ... ", false}), "It probably .");
   const std::string most(2999, 'a');
   EXPECT_EQ(explainPrompt(most + "é"), "Evidence:\n" + most + "é");
   EXPECT_EQ(explainPrompt(most + "😀b"), "Evidence:\n" + most + "😀");

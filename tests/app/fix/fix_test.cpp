@@ -39,18 +39,10 @@ TEST(Offers, BearNumbersInTheOrderOfTheReport) {
 }
 
 TEST(Offers, AreNamedByAWholeNumber) {
-  const std::pair<const char*, std::size_t> cases[] = {{"1", 1},
-                                                       {"12", 12},
-                                                       {"01", 1},
-                                                       {"", 0},
-                                                       {"0", 0},
-                                                       {"-1", 0},
-                                                       {"+1", 0},
-                                                       {"1 2", 0},
-                                                       {"1x", 0},
-                                                       {"x1", 0},
-                                                       {"99999999999999999999", 0}};
-  for (const auto& [answer, number] : cases) EXPECT_EQ(numberOf(answer), number) << answer;
+  for (const auto& [answer, number] : {std::pair{"1", 1U}, {"12", 12U}, {"01", 1U}})
+    EXPECT_EQ(numberOf(answer), number) << answer;
+  for (const char* none : {"", "0", "-1", "+1", "1 2", "1x", "x1", "99999999999999999999"})
+    EXPECT_EQ(numberOf(none), 0U) << none;
 }
 
 TEST(RemedyProgress, SaysWhatTheUserDoesNotKnowYetAndThenDoesNoMore) {

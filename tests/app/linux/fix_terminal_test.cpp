@@ -2,6 +2,7 @@
 // it may end.
 #include <fcntl.h>
 #include <pty.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,41 +14,31 @@
 namespace tarnwick {
 namespace {
 
-// A shell called caffeinate that reads its few words from a pipe and then waits for more.
-class Culprit {
- public:
-  explicit Culprit(bool deaf) : words_(deaf ? "trap '' TERM\n" : "") {
-    if (::pipe2(input_.data(), O_CLOEXEC) != 0 || ::pipe2(output_.data(), O_CLOEXEC) != 0) fault("no pipe");
-    words_ += "echo ready\nread more\n";
-    if (::write(input_[1], words_.data(), words_.size()) < 0) fault("no words");
-    child_.emplace([this] {
-      ::dup2(input_[0], STDIN_FILENO);
-      ::dup2(output_[1], STDOUT_FILENO);
+// A shell called caffeinate that reads its few words from a file and then waits for more.
+struct Culprit {
+  explicit Culprit(bool deaf) {
+    const std::string end = folder.at("end");
+    const std::string words = folder.write(
+        "words", std::string(deaf ? "trap '' TERM\n" : "") + "echo x >" + end + "\nread x <" + end + "\n");
+    ::mkfifo(end.c_str(), 0600);
+    child.emplace([&] {
+      ::dup2(::open(words.c_str(), O_RDONLY), STDIN_FILENO);
       ::execl("/bin/sh", "caffeinate", nullptr);
     });
-    char byte = 0;
-    if (::read(output_[0], &byte, 1) != 1) fault("the shell did not become ready");
+    if (std::ifstream(end).get() != 'x') fault("the shell did not become ready");
   }
-  ~Culprit() {
-    for (const int end : {input_[0], input_[1], output_[0], output_[1]}) ::close(end);
-  }
-  Culprit(const Culprit&) = delete;
-  Culprit& operator=(const Culprit&) = delete;
 
-  std::string pid() const { return std::to_string(child_->pid()); }
+  std::string pid() const { return std::to_string(child->pid()); }
 
   // 0 while it lives; else what ended it.
   int fate() {
     siginfo_t end{};
-    ::waitid(P_PID, static_cast<id_t>(child_->pid()), &end, WEXITED | WNOWAIT | WNOHANG);
+    ::waitid(P_PID, static_cast<id_t>(child->pid()), &end, WEXITED | WNOWAIT | WNOHANG);
     return end.si_pid == 0 ? 0 : end.si_status;
   }
 
- private:
-  std::string words_;
-  std::array<int, 2> input_{};
-  std::array<int, 2> output_{};
-  std::optional<ChildProcess> child_;
+  TempFolder folder;
+  std::optional<ChildProcess> child;
 };
 
 // The program at a terminal of 200 columns, thirteen hours later.
@@ -106,13 +97,12 @@ std::string filled(const std::string& text, const std::string& screen, const std
   return std::regex_replace(std::regex_replace(text, std::regex("#"), number), std::regex("@"), pid);
 }
 
-using Steps = std::vector<std::pair<std::string, std::string>>;  // what is typed, and what stands there then
 struct Story {
   Strings words;
-  bool deaf;
-  Steps steps;
-  int status;
-  int fate;
+  std::vector<std::pair<std::string, std::string>> steps;  // what is typed, and what stands there then
+  int status = 0;
+  int fate = 0;
+  bool deaf = false;
 };
 
 void play(const Story& story) {
@@ -140,46 +130,35 @@ TEST(FixAtATerminal, DoesWhatWasShownAndConfirmedAndNothingElse) {
   const std::string force = "Force quit (caffeinate): kill -KILL @ Do it? [y/N] ";
   const std::string nothing = "Nothing was done.\r\n" + choose;
   const std::string unknown = "There is no remedy of the number “";
-  const Story stories[] = {
-      {{"--fix"},
-       false,
-       {{"", choose},
-        {"99\n", unknown + "99”.\r\n" + choose},
-        {"\x1B[A\n", unknown + "␛[A”.\r\n" + choose},
-        {"#\n", calm},
-        {"n\n", nothing},
-        {"#\n", calm},
-        {"\n", nothing},
-        {"r\n", choose},
-        {"\n", ""}},
-       0,
-       0},
-      {{"--fix"}, false, {{"", choose}, {"#\n", calm}, {"\x04", nothing}, {"\x04", ""}}, 0, 0},
-      {{"--fix"}, false, {{"", choose}, {"#\n", calm}, {"\x03", ""}}, -SIGINT, 0},
-      {{"--fix"},
-       false,
-       {{"", choose}, {"#\n", calm}, {"y\n", "Done. Freed 0 MB.\r\n"}, {"\n", ""}},
-       0,
-       SIGTERM},
-      {{"--fix", "--dry-run"},
-       false,
-       {{"", choose},
-        {"#\n", "Would do: Let the Mac sleep (caffeinate): kill -TERM @\r\n" + choose},
-        {"\n", ""}},
-       0,
-       0},
-      {{"--fix", "kill -TERM @"}, false, {{"", calm}, {"no\n", "Nothing was done.\r\n"}}, 1, 0},
-      {{"--fix"},
-       true,
-       {{"", choose},
-        {"#\n", calm},
-        {"y\n", "Done, but it is still there. Refresh in a few seconds.\r\n"},
-        {"", choose},
-        {"#\n", force},
-        {"y\n", "Done. Freed 0 MB.\r\n"},
-        {"\n", ""}},
-       0,
-       SIGKILL}};
+  const std::string wouldDo = "Would do: Let the Mac sleep (caffeinate): kill -TERM @\r\n";
+  const std::string freed = "Done. Freed 0 MB.\r\n";
+  const std::string still = "Done, but it is still there. Refresh in a few seconds.\r\n";
+  const Story stories[] = {{{"--fix"},
+                            {{"", choose},
+                             {"99\n", unknown + "99”.\r\n" + choose},
+                             {"\x1B[A\n", unknown + "␛[A”.\r\n" + choose},
+                             {"#\n", calm},
+                             {"n\n", nothing},
+                             {"#\n", calm},
+                             {"\n", nothing},
+                             {"r\n", choose},
+                             {"\n", ""}}},
+                           {{"--fix"}, {{"", choose}, {"#\n", calm}, {"\x04", nothing}, {"\x04", ""}}},
+                           {{"--fix"}, {{"", choose}, {"#\n", calm}, {"\x03", ""}}, -SIGINT},
+                           {{"--fix"}, {{"", choose}, {"#\n", calm}, {"y\n", freed}, {"\n", ""}}, 0, SIGTERM},
+                           {{"--fix", "--dry-run"}, {{"", choose}, {"#\n", wouldDo + choose}, {"\n", ""}}},
+                           {{"--fix", "kill -TERM @"}, {{"", calm}, {"no\n", "Nothing was done.\r\n"}}, 1},
+                           {{"--fix"},
+                            {{"", choose},
+                             {"#\n", calm},
+                             {"y\n", still},
+                             {"", choose},
+                             {"#\n", force},
+                             {"y\n", freed},
+                             {"\n", ""}},
+                            0,
+                            SIGKILL,
+                            true}};
   for (const Story& story : stories) play(story);
 }
 

@@ -1,11 +1,12 @@
 // A forgotten server in a folder of a file system that stopped answering: a real one, of both kinds.
 #include <netinet/in.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "app/machine.h"
+#include "system/posix/descriptor.h"
 #include "tests/support/linux/fuse_mount.h"
+#include "tests/support/posix/child_process.h"
 #include "tests/support/posix/git_world.h"
 
 namespace tarnwick {
@@ -15,51 +16,25 @@ struct ClockAhead : SystemClock {
   Timestamp now() override { return SystemClock::now() + Seconds{13 * 3'600}; }
 };
 
-// A server that lost its starter: it listens in `folder` on a port of the system's choice.
-class OrphanServer {
- public:
-  explicit OrphanServer(const std::string& folder) {
-    std::array<int, 2> channel{};
-    if (::pipe(channel.data()) != 0) return;
-    const pid_t starter = ::fork();
-    if (starter == 0) {
-      if (::fork() == 0) serve(folder, channel[1]);
-      ::_exit(0);
-    }
-    ::waitpid(starter, nullptr, 0);
-    if (::read(channel[0], &facts_, sizeof facts_) != static_cast<ssize_t>(sizeof facts_)) facts_ = {};
-    for (const int end : channel) ::close(end);
-  }
-  ~OrphanServer() {
-    if (facts_.pid > 1) ::kill(facts_.pid, SIGKILL);
-  }
-  OrphanServer(const OrphanServer&) = delete;
-  OrphanServer& operator=(const OrphanServer&) = delete;
-
-  Pid pid() const { return facts_.pid; }
-  int port() const { return facts_.port; }
-
- private:
-  struct Facts {
-    Pid pid = 0;
-    int port = 0;
-  };
-
-  [[noreturn]] static void serve(const std::string& folder, int report) {
-    const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+// A server that listens in `folder` on a port of the system's choice.
+struct Server {
+  explicit Server(const std::string& folder) {
+    const Descriptor listener(::socket(AF_INET, SOCK_STREAM, 0));
+    sockaddr_in address{
+        .sin_family = AF_INET, .sin_port = 0, .sin_addr = {htonl(INADDR_LOOPBACK)}, .sin_zero = {}};
     socklen_t length = sizeof address;
     auto* generic = reinterpret_cast<sockaddr*>(&address);
-    const bool listens = ::chdir(folder.c_str()) == 0 && ::bind(listener, generic, length) == 0 &&
-                         ::listen(listener, 1) == 0 && ::getsockname(listener, generic, &length) == 0;
-    const Facts facts{::getpid(), listens ? ntohs(address.sin_port) : 0};
-    if (::write(report, &facts, sizeof facts) < 0) ::_exit(1);
-    while (true) ::pause();
+    if (::bind(listener.number(), generic, length) != 0 || ::listen(listener.number(), 1) != 0 ||
+        ::getsockname(listener.number(), generic, &length) != 0)
+      fault("no port");
+    port = ntohs(address.sin_port);
+    child.emplace([&] {
+      if (::chdir(folder.c_str()) != 0) ::_exit(1);
+    });
   }
 
-  Facts facts_;
+  int port = 0;
+  std::optional<ChildProcess> child;
 };
 
 // A fifth more than the longest time that a check may take.
@@ -83,9 +58,8 @@ struct HangingMount : testing::TestWithParam<FuseMount::Kind> {
 TEST_P(HangingMount, CostsItsOwnAnswersAndNothingElse) {
   const std::string home = world.folder.path();
   const std::string shop = world.repository("shop", "Add the cart");
-  const OrphanServer lost(dead);
-  const OrphanServer alive(shop);
-  ASSERT_TRUE(lost.port() > 0 && alive.port() > 0);
+  const Server lost(dead);
+  const Server alive(shop);
   std::filesystem::create_directories(world.folder.at(".local/share/applications"));
   std::filesystem::create_symlink(dead + "/x", world.folder.at(".local/share/applications/x.desktop"));
   mount->die(3 * generous);
@@ -116,7 +90,7 @@ TEST_P(HangingMount, CostsItsOwnAnswersAndNothingElse) {
     std::map<std::string, std::string> cards;
     for (const Finding& finding : check.found) cards[finding.id] = finding.detail;
     EXPECT_THAT(cards["stack:" + shop], HasSubstr("“Add the cart”")) << time;
-    EXPECT_THAT(cards["stack:" + dead], HasSubstr("(port " + std::to_string(lost.port()) + ")")) << time;
+    EXPECT_THAT(cards["stack:" + dead], HasSubstr("(port " + std::to_string(lost.port) + ")")) << time;
     if (swallowed == 0) swallowed = mount->swallowed();
     EXPECT_EQ(mount->swallowed(), swallowed) << "nobody is sent there again";
   }

@@ -15,6 +15,8 @@ Finding card(const std::string& id, std::uint64_t bytes) {
 
 Action action(decltype(Fix::kind) kind) { return {.label = "Do it", .fix = {std::move(kind)}}; }
 
+const OpenTab page{"browser", "page"};
+
 Action terminate(Pid pid) { return action(Signal{.pid = pid, .number = 15, .started = start}); }
 
 struct ModelTest : testing::Test {
@@ -36,10 +38,8 @@ TEST_F(ModelTest, ACheckPublishesInOrderAndTellsBeforeEachChange) {
   std::vector<std::string> changes;
   const auto watch = model.onChange([&] { changes.push_back(seen()); });
 
-  model.refresh(true);
-  model.refresh(true);
-  for (const Action& refused : {action(OpenTab{"browser", "page"}), terminate(9)})
-    model.run(refused, card("a", 1));
+  for (int i = 0; i < 2; ++i) model.refresh(true);
+  for (const Action& refused : {action(page), terminate(9)}) model.run(refused, card("a", 1));
   EXPECT_THAT(executor.backgroundTasks, SizeIs(1)) << "a second check and all actions are refused";
   EXPECT_THAT(model.termed(), IsEmpty());
   EXPECT_THAT(services.calls, ElementsAre("reset"));
@@ -59,13 +59,11 @@ TEST_F(ModelTest, ACheckPublishesInOrderAndTellsBeforeEachChange) {
 TEST_F(ModelTest, AMachineThatWasNotSeenIsNotShownNotEvenAsItWas) {
   services.next.found = {card("a", 1)};
   model.refresh(false);
-  executor.runBackground();
-  executor.runMain();
+  executor.runAll();
   ASSERT_TRUE(model.snap());
   services.next.seen = false;
   model.refresh(false);
-  executor.runBackground();
-  executor.runMain();
+  executor.runAll();
   EXPECT_EQ(seen(), "0 0 Its processes or its memory cannot be read. idle");
   model.copyReport();
   EXPECT_EQ(services.copied, "");
@@ -74,7 +72,7 @@ TEST_F(ModelTest, AMachineThatWasNotSeenIsNotShownNotEvenAsItWas) {
 TEST_F(ModelTest, ANoteDisappearsWithTheFirstCheckThatEndsAfterTwoMinutes) {
   for (const auto& [age, kept] : {std::pair{119.9, true}, {120.0, false}}) {
     services.time = start;
-    model.run(action(OpenTab{"browser", "page"}), card("a", 0));
+    model.run(action(page), card("a", 0));
     model.refresh(false);
     executor.runBackground();
     services.time = start + Seconds(age);
@@ -94,12 +92,11 @@ TEST_F(ModelTest, ARemedyWaitsChecksAndTellsWhatItAchieved) {
       {action(AskAutomation{"b"}), {}, "Allowed. The card below now shows tabs that you can close.", false},
       {action(CloseDuplicateTabs{"b"}), {card("a", 300 * mb)}, closed, false},
       {terminate(9), {}, "Not done: no.", true},
-      {action(AskAutomation{"b"}), {card("a", 1)}, "Not allowed.", true},
-  };
+      {action(AskAutomation{"b"}), {card("a", 1)}, "Not allowed.", true}};
   for (const auto& [action, after, outcome, error] : cases) {
     services.calls.clear();
     services.next.found = after;
-    services.error = error ? std::optional<std::string>(outcome) : std::nullopt;
+    services.error = error ? Text(outcome) : std::nullopt;
     services.time = start;
     model.run(action, card("a", 300 * mb));
     const char* text =
@@ -127,10 +124,10 @@ TEST_F(ModelTest, WhatOnlyOpensIsDoneAtOnceWithoutACheck) {
   EXPECT_EQ(model.note(), (Note{"System Settings is open.", doneIcon, NoteColor::green, start}));
   EXPECT_THAT(services.calls,
               ElementsAre("apply on main: open x-apple.systempreferences:pane", "told", "reset"));
-  model.run(action(OpenTab{"browser", "page"}), card("a", 1));
+  model.run(action(page), card("a", 1));
   EXPECT_EQ(model.note()->text, "The page is open in your browser.");
   services.error = "Not done: the browser did not open the page.";
-  model.run(action(OpenTab{"browser", "page"}), card("a", 1));
+  model.run(action(page), card("a", 1));
   EXPECT_EQ(model.note(), (Note{*services.error, warningIcon, NoteColor::orange, start}));
   EXPECT_THAT(executor.backgroundTasks, IsEmpty());
   EXPECT_THAT(changes, SizeIs(3)) << "nothing but the note changed";

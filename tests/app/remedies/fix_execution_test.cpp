@@ -19,8 +19,7 @@ TEST(FixExecution, EachRemedyReachesItsTargetAndSaysWhatWentWrong) {
        "automation a",
        "Not allowed. You can change this later in Privacy & Security > Automation."},
       {{CloseDuplicateTabs{"a"}}, "duplicates a", "Not done: the browser did not answer."},
-      {{OpenTab{"a", "u"}}, "tab a u", "Not done: the browser did not open the page."},
-  };
+      {{OpenTab{"a", "u"}}, "tab a u", "Not done: the browser did not open the page."}};
   for (const auto& [fix, asked, failure] : cases) {
     FakeFixTargets fake;
     EXPECT_EQ(apply(fix, fake.targets()), done) << asked;
@@ -53,9 +52,8 @@ TEST(FixExecution, WhatHasStoppedIsForTheEngineAndTheToolToSay) {
 
 TEST(FixExecution, SignalSentences) {
   FakeFixTargets fake;
-  fake.signalOutcomes = {{SignalOutcome::Kind::sent, {}},
-                         {SignalOutcome::Kind::refused, {}},
-                         {SignalOutcome::Kind::failed, "Operation not permitted"}};
+  using Kind = SignalOutcome::Kind;
+  fake.signalOutcomes = {{Kind::sent}, {Kind::refused}, {Kind::failed, "Operation not permitted"}};
   EXPECT_EQ(apply({Signal{2, 9, timestamp(7)}}, fake.targets()), done);
   EXPECT_EQ(apply(term(41), fake.targets()), replaced);
   EXPECT_EQ(apply(term(41), fake.targets()), "Operation not permitted");

@@ -74,11 +74,9 @@ TEST_F(GitReaderTest, FilesThatAreNoFilesAreUnreadable) {
   GitReader withoutGit(world_.runner, none, clock_, files_, "/home", [] { return false; });
   EXPECT_EQ(withoutGit.readGit(dir), (Git{"shop", "", "", "", false, std::nullopt}));
 
-  const std::string pipe = world_.folder.at("pipe");
-  fs::create_directory(pipe);
-  ASSERT_EQ(::mkfifo((pipe + "/.git").c_str(), 0600), 0);
-  EXPECT_EQ(reader_.readGit(pipe), std::nullopt);
   world_.folder.write("text/.git", "git directory: /a");
+  ASSERT_EQ(::mkfifo(world_.folder.at(".git").c_str(), 0600), 0);
+  EXPECT_EQ(reader_.readGit(world_.folder.path()), std::nullopt);
   EXPECT_EQ(reader_.readGit(world_.folder.at("text")), std::nullopt);
 }
 
@@ -88,12 +86,6 @@ TEST_F(GitReaderTest, AnEmptyMarkerFolderIsNotTheRepositoryAboveIt) {
   EXPECT_EQ(read(inner), (Git{"inner", "", "", "", false, std::nullopt}));
   world_.folder.write("outer/pointing/.git", "gitdir: ../inner/.git");
   EXPECT_EQ(read(world_.folder.at("outer/pointing")).lastCommit, "");
-}
-
-TEST_F(GitReaderTest, AWorkTreeElsewhereIsNotLookedFor) {
-  const std::string dir = world_.repository("shop", "First");
-  world_.git(dir, {"config", "core.worktree", "../../gone"});
-  EXPECT_EQ(read(dir).lastCommit, "First");
 }
 
 TEST_F(GitReaderTest, GitDoesNotReadOurInput) {
@@ -114,7 +106,7 @@ TEST_F(GitReaderTest, GitDoesNotReadOurInput) {
   for (const int end : {before, input[0]}) ::close(end);
 }
 
-TEST_F(GitReaderTest, WordsComeInEnglishAndSubjectsInUtf8) {
+TEST_F(GitReaderTest, WordsComeInEnglishAndSubjectsInUtf8AndWithAnEnd) {
   const std::string dir = world_.repository("shop", "First");
   world_.git(dir, {"config", "i18n.commitEncoding", "ISO-8859-1"});
   world_.git(dir, {"commit", "-q", "--allow-empty", "-F", world_.folder.write("subject", "Caf\xE9\n")});
@@ -124,12 +116,8 @@ TEST_F(GitReaderTest, WordsComeInEnglishAndSubjectsInUtf8) {
   ::unsetenv("LANGUAGE");
   EXPECT_THAT(git.lastCommitAgo, EndsWith(" ago"));
   EXPECT_EQ(git.lastCommit, "Café");
-}
-
-TEST_F(GitReaderTest, ASubjectWithoutEndIsNone) {
-  const std::string dir = world_.repository("shop", "First");
-  const std::string subject = world_.folder.write("subject", std::string(70'000, 's'));
-  world_.git(dir, {"commit", "-q", "--allow-empty", "-F", subject});
+  world_.folder.write("subject", std::string(70'000, 's'));
+  world_.git(dir, {"commit", "-q", "--allow-empty", "-F", world_.folder.at("subject")});
   EXPECT_EQ(read(dir).lastCommit, "");
 }
 
@@ -164,7 +152,7 @@ TEST_F(GitReaderTest, GhGetsNamesAndNoOtherHost) {
   EXPECT_THAT(seen, AllOf(Not(HasSubstr("evil")), HasSubstr("GH_TOKEN=own")));
 }
 
-TEST_F(GitReaderTest, OurOwnEnvironmentDoesNotRedirectGit) {
+TEST_F(GitReaderTest, NeitherOurOwnEnvironmentNorAWorkTreeElsewhereRedirectsGit) {
   const std::string dir = world_.repository("shop", "Right");
   ASSERT_EQ(::mkfifo((dir + "/.mailmap").c_str(), 0600), 0);  // nor does the work tree's map of names
   const std::string other = world_.repository("other", "Wrong");
@@ -178,6 +166,8 @@ TEST_F(GitReaderTest, OurOwnEnvironmentDoesNotRedirectGit) {
   for (const auto& [name, value] : variables) ::unsetenv(name);
   EXPECT_EQ(git.lastCommit, "Right");
   EXPECT_FALSE(fs::exists(trace));
+  world_.git(dir, {"config", "core.worktree", "../../gone"});
+  EXPECT_EQ(read(dir).lastCommit, "Right");
 }
 
 // A repository whose configuration names a program for every occasion; the program leaves a mark.

@@ -4,6 +4,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <deque>
 #include <future>
 
 #include "app/remedies/linux/linux_signals.h"
@@ -30,11 +31,8 @@ struct LinuxSignalsTest : testing::TestWithParam<Road> {
   LinuxSignals signals_{::getuid(), found_.clock(), GetParam()};
 };
 
-std::string roadName(const testing::TestParamInfo<Road>& road) {
-  return road.param == Road::pidOnly ? "PidOnly" : "Handle";
-}
 INSTANTIATE_TEST_SUITE_P(BothRoads, LinuxSignalsTest,
-                         testing::Values(Road::handleWherePossible, Road::pidOnly), roadName);
+                         testing::Values(Road::handleWherePossible, Road::pidOnly));
 
 TEST_P(LinuxSignalsTest, ReachesTheProcessThatWasFound) {
   for (const int number : {SIGTERM, SIGKILL}) {
@@ -44,13 +42,15 @@ TEST_P(LinuxSignalsTest, ReachesTheProcessThatWasFound) {
   }
 }
 
-TEST_P(LinuxSignalsTest, RefusesAnotherStartTimeAndPidsThatMeanNoSingleProcess) {
+TEST_P(LinuxSignalsTest, RefusesAnotherStartTimeAndPidsThatMeanNoSingleProcessAndTellsWhySendingFailed) {
   ChildProcess child;
   const Signal right = found_.signalTo(child.pid());
   for (const double by : {-1.0, 1.0, -0.001})
     EXPECT_EQ(send({right.pid, right.number, right.started + Seconds{by}}), Kind::refused) << by;
   for (const Pid pid : {1, 0, -1, -::getpgrp()}) EXPECT_EQ(send({pid, 0, {}}), Kind::refused) << pid;
   EXPECT_EQ(signals_.started(child.pid()), right.started);
+  const SignalOutcome outcome = signals_.send({right.pid, 4711, right.started});
+  EXPECT_EQ(std::tie(outcome.kind, outcome.error), std::tuple(Kind::failed, "Invalid argument"));
   EXPECT_EQ(child.killed(), SIGKILL);
 }
 
@@ -73,15 +73,6 @@ TEST_P(LinuxSignalsTest, RefusesAnotherUsersProcess) {
   EXPECT_EQ(send(FoundProcesses(nobody).signalTo(child.pid())), Kind::refused);
   EXPECT_EQ(child.killed(), SIGKILL);
 }
-
-TEST_P(LinuxSignalsTest, TellsInTheSystemsWordsWhySendingFailed) {
-  ChildProcess child;
-  const SignalOutcome outcome = signals_.send(found_.signalTo(child.pid(), 4711));
-  EXPECT_EQ(std::tie(outcome.kind, outcome.error), std::tuple(Kind::failed, "Invalid argument"));
-  EXPECT_EQ(child.killed(), SIGKILL);
-}
-
-const Text done;
 
 // A session whose applications the test names; `onAsked` runs before each answer.
 struct NamedApps final : Workspace {
@@ -116,6 +107,7 @@ struct LinuxTargetsTest : testing::Test {
   Text carryOut(const Fix& fix) { return apply(fix, {system_, docker_, browsers_, tools_, places_}); }
 
   FakeTransport engine_;
+  const Text done;
   Docker docker_{engine_, {"/engine.sock"}};
   LinuxBrowsers browsers_;
   PosixToolRunner tools_;
@@ -182,34 +174,12 @@ bool pidsCanBeChosen() {
 }
 
 struct RemedyStorm : testing::Test {
-  struct Round {
-    std::unique_ptr<ChildProcess> child;
-    Signal finding;
-  };
-
-  std::vector<Round> startBatch(int count) {
-    std::vector<Round> batch;
-    for (int i = 0; i < count; ++i) {
-      auto child = std::make_unique<ChildProcess>();
-      const Signal finding = found_.signalTo(child->pid());
-      batch.push_back({std::move(child), finding});
-    }
-    return batch;
-  }
-
   // Start times are whole seconds: a successor must not start within the second of the one it replaces.
   bool secondHasPassed(Timestamp since) {
     return waitUntil([&] {
       ChildProcess probe;
       return found_.signalTo(probe.pid()).started > since;
     });
-  }
-
-  // The process of the finding ends and another takes its pid; -1 when somebody was faster.
-  static Pid replace(ChildProcess& child, std::atomic<bool>& ending) {
-    ending.store(true);
-    child.killed();
-    return spawnAs(child.pid());
   }
 
   FoundProcesses found_;
@@ -227,19 +197,26 @@ TEST_F(RemedyStorm, NoOtherProcessIsEverSignalled) {
   int successors = 0;
   const char* rounds = std::getenv("TARNWICK_STORM_ROUNDS");
   for (int left = rounds == nullptr ? 1'000 : std::atoi(rounds); left > 0; left -= batchSize) {
-    std::vector<Round> batch = startBatch(std::min(left, batchSize));
-    ASSERT_TRUE(secondHasPassed(batch.back().finding.started));
-    for (std::size_t i = 0; i < batch.size(); ++i) {
-      Round& round = batch[i];
+    std::deque<ChildProcess> children;
+    std::vector<Signal> findings;
+    for (int i = 0; i < std::min(left, batchSize); ++i)
+      findings.push_back(found_.signalTo(children.emplace_back().pid()));
+    ASSERT_TRUE(secondHasPassed(findings.back().started));
+    for (std::size_t i = 0; i < findings.size(); ++i) {
       const std::size_t timing = i % timings;
       std::atomic<bool> ending{false};
-      auto successor = std::async(std::launch::async, [&] { return replace(*round.child, ending); });
+      // Its pid, or -1 when somebody was faster.
+      auto successor = std::async(std::launch::async, [&] {
+        ending.store(true);
+        children[i].killed();
+        return spawnAs(children[i].pid());
+      });
       if (timing == before) successor.wait();
       while (timing == together && !ending.load()) {
       }
-      const std::optional<std::string> message = apply({round.finding}, targets_.targets());
+      const Text message = apply({findings[i]}, targets_.targets());
       const Pid pid = successor.get();
-      if (pid == round.finding.pid) {
+      if (pid == findings[i].pid) {
         ++successors;
         ASSERT_EQ(ChildProcess::adopt(pid).killed(), SIGKILL) << "a successor was signalled";
       }

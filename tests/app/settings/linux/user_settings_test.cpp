@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 DirectFiles files;
 
-TEST(UserSettings, DefaultsReadOneNameAmongOthers) {
+TEST(UserSettings, DefaultsReadOneNameAmongOthersAndKeepThose) {
   const TempFolder folder;
   const auto isTrue = [&](const std::string& text) {
     folder.write("tarnwick/defaults", text);
@@ -26,10 +26,8 @@ TEST(UserSettings, DefaultsReadOneNameAmongOthers) {
                "prTitles = true\nprTitles = false\n", "prTitles =\n",
                std::string(70'000, '\n') + "prTitles = true\n"})
     EXPECT_FALSE(isTrue(off)) << off.substr(0, 40);
-}
 
-TEST(UserSettings, DefaultsKeepWhatTheyDoNotKnow) {
-  const TempFolder folder;
+  fs::remove_all(folder.at("tarnwick"));
   const UserDefaults defaults(files, folder.path());
   EXPECT_FALSE(defaults.isTrue("prTitles"));
   EXPECT_TRUE(defaults.set("prTitles", true)) << "the folder is made";
@@ -55,41 +53,30 @@ TEST(UserSettings, ALinkedFileStaysALinkAndAPipeIsNotRead) {
                LoginItem(files, file, "/bin/x").setEnabled(true));
 }
 
-TEST(UserSettings, TheLoginItemComesAndGoes) {
+TEST(UserSettings, TheLoginItemComesAndGoesAndStartsThisVeryProgram) {
   const TempFolder folder;
+  const std::string entry = folder.at("autostart/tarnwick.desktop");
   const LoginItem item(files, folder.path(), "/opt/my tools/tarnwick");
   EXPECT_FALSE(item.isEnabled());
   EXPECT_TRUE(item.setEnabled(true));
   EXPECT_TRUE(item.isEnabled());
-  EXPECT_THAT(textOfFile(folder.at("autostart/tarnwick.desktop")),
-              AllOf(HasSubstr("[Desktop Entry]\nType=Application\nName=Tarnwick\n"),
-                    HasSubstr("\nExec=\"/opt/my tools/tarnwick\"\n")));
+  EXPECT_THAT(textOfFile(entry), AllOf(HasSubstr("[Desktop Entry]\nType=Application\nName=Tarnwick\n"),
+                                       HasSubstr("\nExec=\"/opt/my tools/tarnwick\"\n")));
   EXPECT_TRUE(item.setEnabled(false));
   EXPECT_FALSE(item.isEnabled());
-  EXPECT_FALSE(fs::exists(folder.at("autostart/tarnwick.desktop")));
-
+  EXPECT_FALSE(fs::exists(entry));
   for (const char* off : {"Hidden=true\n", "X-GNOME-Autostart-enabled=false\n"}) {
     folder.write("autostart/tarnwick.desktop", std::string("[Desktop Entry]\nExec=/bin/tarnwick\n") + off);
     EXPECT_FALSE(item.isEnabled()) << off;
   }
-}
-
-// The path is escaped twice: as a word of a command line, and as a text of the entry.
-TEST(UserSettings, TheLoginItemStartsThisVeryProgram) {
-  const TempFolder folder;
+  // The path is escaped twice: as a word of a command line, and as a text of the entry.
   const std::pair<const char*, const char*> cases[] = {
-      {R"(/opt/a b/x)", R"("/opt/a b/x")"},
-      {R"(/opt/50%/x)", R"("/opt/50%%/x")"},
-      {R"(/opt/$x)", R"("/opt/\\$x")"},
-      {R"(/opt/`x`)", R"("/opt/\\`x\\`")"},
-      {R"(/opt/"x")", R"("/opt/\\"x\\"")"},
-      {R"(/opt/a\x)", R"("/opt/a\\\\x")"},
-      {R"(/opt/a\\$x\)", R"("/opt/a\\\\\\\\\\$x\\\\")"},
-  };
+      {R"(/opt/50%/x)", R"("/opt/50%%/x")"}, {R"(/opt/$x)", R"("/opt/\\$x")"},
+      {R"(/opt/`x`)", R"("/opt/\\`x\\`")"},  {R"(/opt/"x")", R"("/opt/\\"x\\"")"},
+      {R"(/opt/a\x)", R"("/opt/a\\\\x")"},   {R"(/opt/a\\$x\)", R"("/opt/a\\\\\\\\\\$x\\\\")"}};
   for (const auto& [path, exec] : cases) {
     ASSERT_TRUE(LoginItem(files, folder.path(), path).setEnabled(true));
-    EXPECT_THAT(textOfFile(folder.at("autostart/tarnwick.desktop")),
-                HasSubstr(std::string("\nExec=") + exec + "\n"));
+    EXPECT_THAT(textOfFile(entry), HasSubstr(std::string("\nExec=") + exec + "\n"));
   }
 }
 
