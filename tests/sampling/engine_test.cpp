@@ -1,7 +1,6 @@
 #include "sampling/engine/docker.h"
 #include "sampling/engine/engine_json.h"
 #include "sampling/engine/http_reply.h"
-#include "system/small_file.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_transport.h"
 
@@ -9,10 +8,6 @@ namespace tarnwick {
 namespace {
 
 const std::filesystem::path replies{TARNWICK_SOURCE_DIR "/tests/sampling/fixtures/engine"};
-
-std::string recorded(const std::string& name) {
-  return readSmallFile((replies / (name + ".bin")).string(), 1U << 20U).value_or("missing");
-}
 
 std::vector<std::string> names(std::string_view body) {
   std::vector<std::string> found;
@@ -43,7 +38,7 @@ TEST(EngineReplies, EveryRecordedReplyMeansWhatItSays) {
   for (const auto& entry : std::filesystem::directory_iterator(replies)) {
     const std::string file = entry.path().stem().string();
     const bool refused = file.find("-404") != std::string::npos || file.find("-400") != std::string::npos;
-    const std::string reply = recorded(file);
+    const std::string reply = textOfFile(entry.path());
     const std::optional<std::string_view> body = successfulBody(reply);
     EXPECT_EQ(body.has_value(), !refused) << file;
     // All others are done without an answer, are about something else, or came in chunks nobody asked for.
@@ -165,11 +160,8 @@ struct DockerTest : testing::Test {
   const Docker docker{engine, {"/engine.sock"}};
 };
 
-// "c00000000001" for 1.
-std::string idOf(std::size_t number) {
-  const std::string digits = std::to_string(number);
-  return "c" + std::string(11 - digits.size(), '0') + digits;
-}
+// "c10000000001" for 1.
+std::string idOf(std::size_t number) { return "c" + std::to_string(10'000'000'000 + number); }
 
 // An engine with containers 1 to N; each uses 1,000 bytes per number.
 void fill(FakeTransport& engine, int count) {

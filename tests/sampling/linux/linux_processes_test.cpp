@@ -379,6 +379,7 @@ TEST_F(LinuxProcessSourceTest, EmptyAndInvalidArgumentsAndADeletedExecutableAreR
   EXPECT_TRUE(waitUntil([&] { return source.process(child.pid())->args() == words; }));
   EXPECT_EQ(source.process(child.pid())->path(), copy);
 }
+
 // A socket that listens on the address, which learns its port; -1 on failure.
 template <typename Address>
 int listenOn(Address& address) {
@@ -418,10 +419,7 @@ TEST_F(LinuxProcessSourceTest, APortOfBothFamiliesIsListedOnce) {
 // Some programs have millions.
 TEST(ListeningPorts, OfManyDescriptorsTheFirstAreLookedAtAndInTime) {
   const ProcTree tree;
-  tree.write(
-      "net/tcp",
-      "  sl  local_address\n   0: 0100007F:0BB8 00000000:0000 0A 00000000:00000000 00:00000000 00000000 "
-      " 1000        0 12345 1 0 100 0 0 10 0\n");
+  tree.write("net/tcp", "0: 0:0BB8 0:0 0A 0 0 0 0 0 12345\n");
   tree.write("7/stat", "");
   const std::string folder = tree.root() + "/7/fd";
   std::filesystem::create_directory(folder);
