@@ -22,14 +22,10 @@ const std::string statTail =
     " S 41 5 6 34816 -1 4194304 19 0 0 0 17 4 0 0 20 0 1 0 130749 2400256 114 18446744073709551615";
 
 TEST(ProcTextTest, NameEndsAtTheLastBracket) {
-  const std::pair<std::string, std::string> names[] = {
-      {"a) b", "a) b"}, {"x) S 1 1 (y", "x) S 1 1 (y"}, {"((sd-pam))", "((sd-pam))"},
-      {"", ""},         {"\xFF)", "\xEF\xBF\xBD)"},
-  };
-  for (const auto& [raw, name] : names) {
-    const auto stat = procStat(std::string("12 (").append(raw).append(")").append(statTail));
-    ASSERT_TRUE(stat) << raw;
-    EXPECT_EQ(stat->name, name);
+  for (const std::string name : {"a) b", "x) S 1 1 (y", "((sd-pam))", "", "\xFF)"}) {
+    const auto stat = procStat(std::string("12 (").append(name).append(")").append(statTail));
+    ASSERT_TRUE(stat) << name;
+    EXPECT_EQ(stat->name, name == "\xFF)" ? "\xEF\xBF\xBD)" : name);
     EXPECT_EQ(std::tuple(stat->state, stat->ppid, stat->session, stat->terminal, stat->userTicks,
                          stat->systemTicks, stat->startTicks),
               std::tuple('S', 41, 6, 34816, 17U, 4U, 130749U));
@@ -77,8 +73,7 @@ TEST(NumberWordsTest, TakesWhatFitsAndPassesEveryWord) {
       {"-", none, none},
       {"--1", none, none},
       {"4x", none, none},
-      {"x4", none, none},
-  };
+      {"x4", none, none}};
   for (const auto& [word, asSmall, asLarge] : words) {
     const std::string line = std::string(" \t").append(word) + "\n 7";
     NumberWords small(line);

@@ -76,13 +76,18 @@ TEST(Scan, FillsTheSnapshot) {
 }
 
 TEST(Scan, SleepsForTheRestOfTheInterval) {
-  const std::tuple<double, double, double> cases[] = {{1, 0.25, 0.75}, {1, 0, 1}, {0.5, 0.5, 0},
-                                                      {0.5, 3, 0},     {0, 0, 0}, {-1, 0, 0}};
-  for (const auto& [interval, firstLook, sleep] : cases) {
+  // The interval, seconds of the first look and until the engine answers, the sleep.
+  const std::tuple<double, double, double, double> cases[] = {
+      {1, 0.25, 0, 0.75}, {1, 0, 0, 1},  {0.5, 0.5, 0, 0},  {0.5, 3, 0, 0},
+      {0, 0, 0, 0},       {-1, 0, 0, 0}, {1, 0, 0.75, 0.25}};
+  for (const auto& [interval, firstLook, engine, sleep] : cases) {
     Machine m;
+    m.dockerRuns = true;
     m.process.firstLook = firstLook;
+    m.engine.onAsked = [&m, seconds = engine] { m.clock.turn(seconds); };
+    m.engine.replies.clear();
     m.scan(interval);
-    EXPECT_EQ(m.clock.sleeps, std::vector<double>{sleep}) << interval << " " << firstLook;
+    EXPECT_EQ(m.clock.sleeps, std::vector<double>{sleep}) << interval << " " << firstLook << " " << engine;
   }
 }
 
@@ -254,40 +259,38 @@ std::string settings(const std::string& state) {
   return R"({"a": 1, "performance_tuning": {"high_efficiency_mode": {"state": )" + state + "}}}";
 }
 
-TEST(MemorySaver, OnlyAnIntegerCounts) {
+TEST(MemorySaver, OnlyAnIntegerInItsOwnPlaceCounts) {
   EXPECT_EQ(memorySaverState(settings("0")), 0);
   EXPECT_EQ(memorySaverState(settings("-2147483648")), std::numeric_limits<int>::min());
   EXPECT_EQ(memorySaverState(settings("2147483647")), std::numeric_limits<int>::max());
+  const char* last =
+      R"({"x":[{"performance_tuning":1}],"performance_tuning":{"high_efficiency_mode":{"state":1,"state":2}}})";
+  EXPECT_EQ(memorySaverState(last), 2);
   for (const char* state : {"2147483648", "-2147483649", "\"2\"", "2.0", "true", "null", "2x"})
     EXPECT_EQ(memorySaverState(settings(state)), std::nullopt) << state;
-  for (const std::string& text : Strings{std::string(100'000, '['), "[]", "\xff\xfe{", "",
-                                         R"({"performance_tuning": {"high_efficiency_mode": 2}})"})
+  for (const std::string& text :
+       Strings{std::string(100'000, '['), "[]", "\xff\xfe{", "",
+               R"({"performance_tuning": {"high_efficiency_mode": 2}})",
+               R"([{"performance_tuning":{"high_efficiency_mode":{"state":1}}}])",
+               R"({"performance_tuning":[{"high_efficiency_mode":{"state":1}}]})",
+               R"({"performance_tuning":{"high_efficiency_mode":{"state":1}},"performance_tuning":{}})",
+               R"({"performance_tuning":{"high_efficiency_mode":{"state":1},"high_efficiency_mode":3}})",
+               R"({"performance_tuning":{"high_efficiency_mode":{"x":{"state":1}}}})"})
     EXPECT_EQ(memorySaverState(text), std::nullopt) << text.substr(0, 99);
 }
 
-TEST(MemorySaver, IsReadFromSettingsOfAtMostFourMebibytes) {
-  for (const std::size_t beyond : {0U, 1U}) {
-    Machine m;
-    m.workspace.apps.push_back({.bundleID = "com.google.Chrome"});
-    std::string text = settings("2");
-    text.resize((4U << 20U) + beyond, ' ');
+TEST(MemorySaver, IsReadFromSettingsOfAtMostFourMebibytesWhileChromeRuns) {
+  Machine m;
+  m.workspace.apps = {{9, "Google Chrome", chrome, "/chrome", false}};
+  EXPECT_EQ(m.scan().memorySaver, std::nullopt) << "no file";
+  std::string text = settings("2");
+  for (const auto& [size, state] : {std::pair{(4U << 20U) + 1, std::optional<int>()}, {4U << 20U, 2}}) {
+    text.resize(size, ' ');
     m.home.write("Library/Application Support/Google/Chrome/Local State", text);
-    EXPECT_EQ(m.scan().memorySaver, beyond == 0 ? std::optional(2) : std::nullopt);
+    EXPECT_EQ(m.scan().memorySaver, state) << size;
   }
-}
-
-TEST(MemorySaver, IsFoundInItsOwnPlaceOnly) {
-  const std::pair<const char*, std::optional<int>> cases[] = {
-      {R"({"x":[{"performance_tuning":1}],"performance_tuning":{"high_efficiency_mode":{"state":1,"state":2}}})",
-       2},
-      {R"([{"performance_tuning":{"high_efficiency_mode":{"state":1}}}])", std::nullopt},
-      {R"({"performance_tuning":[{"high_efficiency_mode":{"state":1}}]})", std::nullopt},
-      {R"({"performance_tuning":{"high_efficiency_mode":{"state":1}},"performance_tuning":{}})",
-       std::nullopt},
-      {R"({"performance_tuning":{"high_efficiency_mode":{"state":1},"high_efficiency_mode":3}})",
-       std::nullopt},
-      {R"({"performance_tuning":{"high_efficiency_mode":{"x":{"state":1}}}})", std::nullopt}};
-  for (const auto& [text, state] : cases) EXPECT_EQ(memorySaverState(text), state) << text;
+  m.workspace.apps.front().bundleID += ".canary";
+  EXPECT_EQ(m.scan().memorySaver, std::nullopt);
 }
 
 TEST(Scan, OfVeryManyContainersTheBiggestAreListed) {
@@ -305,16 +308,6 @@ TEST(Scan, OfVeryManyContainersTheBiggestAreListed) {
   snapshot.containers.assign(514, {.mem = most});
   listBiggest(snapshot);
   EXPECT_EQ(snapshot.moreContainers.bytes, most);
-}
-
-TEST(Scan, ReadsMemorySaverOnlyWhileChromeRuns) {
-  Machine m;
-  m.workspace.apps = {{9, "Google Chrome", chrome, "/chrome", false}};
-  EXPECT_EQ(m.scan().memorySaver, std::nullopt);  // no file
-  m.home.write("Library/Application Support/Google/Chrome/Local State", settings("2"));
-  EXPECT_EQ(m.scan().memorySaver, 2);
-  m.workspace.apps.front().bundleID += ".canary";
-  EXPECT_EQ(m.scan().memorySaver, std::nullopt);
 }
 
 TEST(ScanCaches, TheEngineIsAskedOnceInSixtySecondsAndForgottenAtOnceWhenItQuits) {
@@ -342,16 +335,6 @@ TEST(ScanCaches, TheEngineIsAskedOnceInSixtySecondsAndForgottenAtOnceWhenItQuits
   EXPECT_EQ(after(1), Seen(0, 5));
   m.dockerRuns = true;
   EXPECT_EQ(after(1), Seen(1, 6)) << "and not from memory";
-}
-
-TEST(ScanCaches, TheEngineAnswersWhileTheScanWaitsAnyway) {
-  Machine m;
-  m.dockerRuns = true;
-  m.process.firstLook = 0;
-  m.engine.onAsked = [&] { m.clock.turn(0.75); };
-  m.engine.replies.clear();
-  m.scan(1);
-  EXPECT_THAT(m.clock.sleeps, ElementsAre(0.25));
 }
 
 TEST(ScanCaches, BrowsersAreAskedForPermissionAndThenOnceInThirtySecondsForTabs) {

@@ -12,13 +12,11 @@ struct FakeBrowsers : BrowserQuestions {
   int tabsRead = 0;
 
   Access access(const std::string& bundleID) override {
-    const auto found = permissions.find(bundleID);
-    return found == permissions.end() ? Access::unknown : found->second;
+    return answerOf(permissions, bundleID).value_or(Access::unknown);
   }
   std::optional<Tabs> readTabs(const std::string& bundleID) override {
     ++tabsRead;
-    const auto found = tabs.find(bundleID);
-    return found == tabs.end() ? std::nullopt : std::optional(found->second);
+    return answerOf(tabs, bundleID);
   }
 };
 

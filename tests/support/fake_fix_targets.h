@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/remedies/fix_execution.h"
-#include "tests/support/testing.h"
+#include "tests/support/recording_tool_runner.h"
 
 namespace tarnwick {
 
@@ -50,16 +50,10 @@ struct FakeFixTargets : SystemTargets, Browsers, SocketTransport, ToolRunner {
     std::string words = "simctl";
     for (const std::string& arg : args) words += " " + arg;
     asked.push_back(words + " within " + std::to_string(static_cast<int>(options.seconds)) + " s");
-    return toolStatus ? std::make_unique<Ended>(*toolStatus) : nullptr;
+    return toolStatus ? std::make_unique<PreparedTool>(ToolResult{"", *toolStatus}) : nullptr;
   }
 
  private:
-  struct Ended : RunningTool {
-    explicit Ended(int s) : status(s) {}
-    ToolResult result() override { return {"", status}; }
-    int status;
-  };
-
   bool note(const std::string& what) {
     asked.push_back(what);
     return works;

@@ -23,26 +23,24 @@ struct FakeMachineSource : MachineSource {
   int importantAsked = 0;
   std::deque<std::vector<ContainerGroup>> groups;  // one list per question; empty when used up
 
-  CpuTicks cpuTicks() override {
-    if (ticks.empty()) return {};
-    const CpuTicks answer = ticks.front();
-    ticks.pop_front();
-    return answer;
-  }
+  CpuTicks cpuTicks() override { return next(ticks); }
   ThermalState thermal() override { return thermalAnswer; }
   MemoryState memory() override { return {ramAnswer, swapAnswer, pressureAnswer, inUseAnswer}; }
   int cores() override { return coresAnswer; }
   std::optional<std::int64_t> bootTime() override { return bootAnswer; }
   DiskSpace disk() override { return diskAnswer; }
-  std::vector<ContainerGroup> containerGroups() override {
-    if (groups.empty()) return {};
-    const std::vector<ContainerGroup> answer = groups.front();
-    groups.pop_front();
-    return answer;
-  }
+  std::vector<ContainerGroup> containerGroups() override { return next(groups); }
   std::optional<std::int64_t> importantCapacity() override {
     ++importantAsked;
     return importantAnswer;
+  }
+
+ private:
+  template <class Answer>
+  static Answer next(std::deque<Answer>& answers) {
+    const Answer answer = answers.empty() ? Answer() : answers.front();
+    if (!answers.empty()) answers.pop_front();
+    return answer;
   }
 };
 

@@ -46,18 +46,13 @@ struct FakeProcessSource : ProcessSource {
   }
   std::optional<StrangerFacts> stranger(Pid pid) override {
     ask("stranger", pid);
-    const auto found = strangers.find(pid);
-    return found == strangers.end() ? std::nullopt : std::optional(found->second);
+    return answerOf(strangers, pid);
   }
   std::optional<std::uint64_t> strangerMemory(Pid pid) override {
     ask("memory of stranger", pid);
-    const auto found = strangersMemory.find(pid);
-    return found == strangersMemory.end() ? std::nullopt : std::optional(found->second);
+    return answerOf(strangersMemory, pid);
   }
-  std::optional<std::string> userName(std::uint32_t uid) override {
-    const auto found = userNames.find(uid);
-    return found == userNames.end() ? std::nullopt : std::optional(found->second);
-  }
+  std::optional<std::string> userName(std::uint32_t uid) override { return answerOf(userNames, uid); }
   std::optional<std::uint64_t> processorTime(Pid pid) override {
     if (clock) clock->turn(firstLook);
     return ask("time", pid).firstTime;

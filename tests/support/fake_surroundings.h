@@ -21,15 +21,15 @@ struct FakeSurroundings : Surroundings {
   const Self& self() override { return who; }
   std::optional<Git> git(const std::string& dir) override {
     asked.push_back("git " + dir);
-    return answer(repositories, dir);
+    return answerOf(repositories, dir);
   }
-  std::optional<ClaudeWork> claudeSession(Pid pid) override { return answer(sessions, pid); }
-  std::optional<ClaudeWork> claudeJob(const std::string& dir) override { return answer(jobs, dir); }
+  std::optional<ClaudeWork> claudeSession(Pid pid) override { return answerOf(sessions, pid); }
+  std::optional<ClaudeWork> claudeJob(const std::string& dir) override { return answerOf(jobs, dir); }
   std::optional<std::string> prTitle(const std::optional<std::string>& repo,
                                      const std::optional<std::string>& pr) override {
     if (!repo || !pr) return std::nullopt;
     asked.push_back("title " + *repo + "#" + *pr);
-    return answer(titles, *repo + "#" + *pr);
+    return answerOf(titles, *repo + "#" + *pr);
   }
   bool exists(const std::string& path) override {
     asked.push_back("exists " + path);
@@ -37,19 +37,12 @@ struct FakeSurroundings : Surroundings {
   }
   std::optional<std::string> fileHead(const std::string& path) override {
     asked.push_back("head " + path);
-    return answer(heads, path);
+    return answerOf(heads, path);
   }
-  std::optional<std::string> deviceName(const std::string& path) override { return answer(devices, path); }
+  std::optional<std::string> deviceName(const std::string& path) override { return answerOf(devices, path); }
   bool hasSimctl() override { return simctl; }
   std::string mediumDate(Timestamp moment) override {
     return "second " + std::to_string(static_cast<std::int64_t>(seconds(moment)));
-  }
-
- private:
-  template <class Key, class Value>
-  static std::optional<Value> answer(const std::map<Key, Value>& answers, const Key& key) {
-    const auto found = answers.find(key);
-    return found == answers.end() ? std::nullopt : std::optional<Value>(found->second);
   }
 };
 

@@ -33,9 +33,7 @@ class FakeTransport final : public SocketTransport {
     onAsked();
     const std::string line(request.substr(0, request.find(" HTTP/1.0")));
     if (line.find("/stats?") != std::string::npos) gather(lock);
-    const auto found = replies.find(line);
-    if (found == replies.end() || silent.count(path) != 0) return std::nullopt;
-    return found->second;
+    return silent.contains(path) ? std::nullopt : answerOf(replies, line);
   }
 
   std::vector<Asked> asked() {

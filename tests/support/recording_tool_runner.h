@@ -6,6 +6,12 @@
 
 namespace tarnwick {
 
+struct PreparedTool : RunningTool {
+  explicit PreparedTool(ToolResult result) : prepared(std::move(result)) {}
+  ToolResult result() override { return prepared; }
+  ToolResult prepared;
+};
+
 struct RecordingToolRunner : ToolRunner {
   // The words of every call, the program first.
   std::vector<std::vector<std::string>> calls;
@@ -19,15 +25,8 @@ struct RecordingToolRunner : ToolRunner {
     options = given;
     calls.push_back({path});
     calls.back().insert(calls.back().end(), args.begin(), args.end());
-    return std::make_unique<Prepared>(answer);
+    return std::make_unique<PreparedTool>(answer);
   }
-
- private:
-  struct Prepared : RunningTool {
-    explicit Prepared(ToolResult result) : prepared(std::move(result)) {}
-    ToolResult result() override { return prepared; }
-    ToolResult prepared;
-  };
 };
 
 }  // namespace tarnwick

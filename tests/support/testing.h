@@ -92,6 +92,13 @@ inline std::string textOfFile(const std::string& path) {
   return text.str();
 }
 
+// What a fake answers that has its answers prepared; absent for any other question.
+template <class Key, class Value>
+std::optional<Value> answerOf(const std::map<Key, Value>& answers, const Key& question) {
+  const auto found = answers.find(question);
+  return found == answers.end() ? std::nullopt : std::optional<Value>(found->second);
+}
+
 // Asks until the condition holds, such as what another process does; false when it did not within half a
 // minute.
 template <typename Condition>

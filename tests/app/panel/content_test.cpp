@@ -36,19 +36,15 @@ std::string chipsOf(const Snapshot& snapshot) {
   return chips;
 }
 
-TEST(PanelContent, SaysThatItChecksUntilThereIsASnapshot) {
-  const Node node = built({.busy = true});
-  EXPECT_THAT(textsOf(node), ElementsAre("Checking your Mac…", "Checking…"));
-  EXPECT_THAT(nodesOf<Spinner>(node), SizeIs(1));
-  EXPECT_THAT(nodesOf<Box>(node), IsEmpty());
-}
-
-TEST(PanelContent, AMachineThatWasNotSeenIsNotJudged) {
-  const Node node = built({.note = Note{"Its processes or its memory cannot be read.", "triangle",
-                                        NoteColor::orange, sampleTime}});
-  EXPECT_THAT(textsOf(node),
-              ElementsAre("This machine cannot be seen.", "Its processes or its memory cannot be read.", ""));
-  EXPECT_THAT(nodesOf<Spinner>(node), IsEmpty());
+TEST(PanelContent, SaysThatItChecksUntilThereIsASnapshotAndDoesNotJudgeAMachineThatWasNotSeen) {
+  const Node checking = built({.busy = true});
+  EXPECT_THAT(textsOf(checking), ElementsAre("Checking your Mac…", "Checking…"));
+  EXPECT_THAT(nodesOf<Spinner>(checking), SizeIs(1));
+  EXPECT_THAT(nodesOf<Box>(checking), IsEmpty());
+  const char* why = "Its processes or its memory cannot be read.";
+  const Node unseen = built({.note = Note{why, "triangle", NoteColor::orange, sampleTime}});
+  EXPECT_THAT(textsOf(unseen), ElementsAre("This machine cannot be seen.", why, ""));
+  EXPECT_THAT(nodesOf<Spinner>(unseen), IsEmpty());
 }
 
 TEST(PanelContent, ShowsTheVerdictWithItsCause) {
@@ -124,12 +120,9 @@ TEST(PanelContent, FoldsBeginWhereTheyHaveSomethingToHide) {
       if (label.font == FontRole::cardTitle) shown += label.text.substr(9) + " ";
     EXPECT_EQ(shown, foldsAndCards);
   }
-}
-
-TEST(PanelContent, AbsurdFiguresAddUpToTheLargest) {
-  Shown shown = withFindings(0, 2);
-  for (Finding& finding : shown.found) finding.bytes = ~0ULL;
-  EXPECT_EQ(nodesOf<Fold>(built(shown, {}))[0].accessibleName, "Left running, 2 · 17179869184 GB");
+  Shown absurd = withFindings(0, 2);
+  for (Finding& finding : absurd.found) finding.bytes = ~0ULL;
+  EXPECT_EQ(nodesOf<Fold>(built(absurd))[0].accessibleName, "Left running, 2 · 17179869184 GB");
 }
 
 TEST(PanelContent, OnlyAWindowCapsItsList) {

@@ -122,49 +122,37 @@ TEST_F(RecordedProcessesTest, FootprintReadsStatusOnlyWhereItMatters) {
     tree.write("30/statm", "0 " + std::to_string(resident) + " " + std::to_string(shared) + " 0\n");
     EXPECT_EQ(sample().at(30).footprint, footprint) << meminfo << shared;
   }
-}
-
-TEST_F(RecordedProcessesTest, AMemberOfVeryManyGroupsKeepsItsMemory) {
-  tree.process(30, {});
   tree.write("meminfo", "Shmem: 9 kB\nSwapTotal: 9 kB\nSwapFree: 8 kB\n");
+  tree.write("30/statm", "900 100 40 1 0 1 0\n");
   for (const std::size_t groups : {0U, 2'457U, 458'752U}) {  // bytes of the line
     tree.write("30/status", "Name:\ttool\nGroups:\t" + std::string(groups, '7') +
                                 "\nRssAnon:\t10 kB\nRssShmem:\t20 kB\nVmSwap:\t30 kB\n");
-    EXPECT_EQ(sample().at(30).footprint, 60U * 1024) << groups;
+    EXPECT_EQ(sample().at(30).footprint, status) << groups << " bytes of groups";
   }
 }
 
-TEST_F(RecordedProcessesTest, OrphansOfTheUserManagerHaveParentOne) {
-  tree.process(50, {.name = "systemd", .ppid = 1});
-  tree.process(60, {.name = "systemd", .ppid = 1});
+TEST_F(RecordedProcessesTest, ServiceManagersAndSessionsTellWhoWasAdoptedAndWhoIsTypedInto) {
+  for (const Pid manager : {50, 60}) tree.process(manager, {.name = "systemd", .ppid = 1});
   tree.process(52, {.name = "systemd", .ppid = 50});  // of a container, say
-  // 40 is read before its parent, the parent of 54 is gone.
-  const std::tuple<Pid, Pid, Pid> cases[] = {{51, 50, 1}, {40, 60, 1}, {53, 52, 52}, {54, 70, 70}};
-  for (const auto& [pid, ppid, expected] : cases) tree.process(pid, {.ppid = ppid});
-  const auto procs = sample();
-  for (const auto& [pid, ppid, expected] : cases) EXPECT_EQ(procs.at(pid).ppid, expected) << pid;
-}
-
-TEST_F(RecordedProcessesTest, SessionsTellWhoWasAdoptedAndWhoIsTypedInto) {
-  tree.process(50, {.name = "reaper", .session = 50});
-  // Pid, session, terminal: a child, one of an ended session, one that leads its own.
-  using Row = std::tuple<Pid, Pid, int, Pid, bool>;
-  const Row cases[] = {{51, 50, 0, 50, false},
-                       {52, 40, 0, 1, false},
-                       {53, 53, 34816, 50, true},
-                       {54, 54, 0, 50, false},
-                       {55, 0, 34816, 50, false}};
-  for (const auto& [pid, session, terminal, parent, typedInto] : cases) {
-    tree.process(pid, {.ppid = 50, .terminal = terminal, .session = session});
+  tree.process(70, {.name = "reaper", .session = 70});
+  // Pid, parent, session, terminal: of the service managers, then of the reaper a child, one of an ended
+  // session, one that leads its own. 40 is read before its parent, the parent of 54 is gone.
+  using Row = std::tuple<Pid, Pid, Pid, int, Pid, bool>;
+  const Row cases[] = {
+      {51, 50, 1, 0, 1, false},      {40, 60, 1, 0, 1, false},   {53, 52, 1, 0, 52, false},
+      {54, 99, 1, 0, 99, false},     {71, 70, 70, 0, 70, false}, {72, 70, 40, 0, 1, false},
+      {73, 70, 73, 34816, 70, true}, {74, 70, 74, 0, 70, false}, {75, 70, 0, 34816, 70, false}};
+  for (const auto& [pid, ppid, session, terminal, parent, typedInto] : cases) {
+    tree.process(pid, {.ppid = ppid, .terminal = terminal, .session = session});
     tree.write(std::to_string(pid) + "/cmdline", std::string_view("/bin/ksh\0", 9));
   }
-  tree.process(56, {.terminal = 34816, .session = 56});
+  tree.process(76, {.terminal = 34816, .session = 76});
   const auto procs = sample();
-  for (const auto& [pid, session, terminal, parent, typedInto] : cases)
+  for (const auto& [pid, ppid, session, terminal, parent, typedInto] : cases)
     EXPECT_EQ(std::tuple(procs.at(pid).session, procs.at(pid).ppid, procs.at(pid).terminalShell),
               std::tuple(session, parent, typedInto))
         << pid;
-  EXPECT_FALSE(procs.at(56).terminalShell) << "no shell";
+  EXPECT_FALSE(procs.at(76).terminalShell) << "no shell";
 }
 
 // What was read about one process must not answer for the next, in whatever order they are asked.
@@ -323,10 +311,13 @@ TEST_F(LinuxProcessSourceTest, WhatAFamilySharesIsCountedOnce) {
   ::munmap(segment, bytes);
 }
 
-TEST_F(LinuxProcessSourceTest, WhatIsRememberedOfOneProcessIsNotTheNextOnes) {
+TEST_F(LinuxProcessSourceTest, EveryNewProcessIsAskedAboutAndWhatIsRememberedOfItIsNotTheNextOnes) {
   constexpr std::size_t bytes = std::size_t{64} << 20U;  // more than sanitizers add to the small one
+  source.candidates();
   const ChildProcess large([] { mapped(bytes, MAP_PRIVATE); });
+  EXPECT_THAT(source.candidates(), Contains(large.pid()));
   const ChildProcess small;
+  EXPECT_THAT(source.candidates(), Contains(small.pid()));
   for (int check = 0; check < 2; ++check) {  // the second from memory
     source.beginPass();
     const auto first = source.process(large.pid());
@@ -356,15 +347,6 @@ TEST_F(LinuxProcessSourceTest, WhatIsRememberedEndsWithTheProcessAndItsParent) {
   EXPECT_NE(parentOf(*grandchild), before) << "an orphan has another parent";
   EXPECT_EQ(parentOf(before), -1) << "gone and waited for";
   ::kill(*grandchild, SIGKILL);
-}
-
-TEST_F(LinuxProcessSourceTest, EveryNewProcessIsAskedAbout) {
-  for (int round = 0; round < 3; ++round) {
-    source.candidates();
-    const ChildProcess child;
-    EXPECT_THAT(source.candidates(), Contains(child.pid()));
-    EXPECT_TRUE(source.process(child.pid()));
-  }
 }
 
 // Its parent may ask about it late or never. What earlier checks know of it must not keep it.
@@ -397,6 +379,7 @@ TEST_F(LinuxProcessSourceTest, EmptyAndInvalidArgumentsAndADeletedExecutableAreR
   EXPECT_TRUE(waitUntil([&] { return source.process(child.pid())->args() == words; }));
   EXPECT_EQ(source.process(child.pid())->path(), copy);
 }
+
 // A socket that listens on the address, which learns its port; -1 on failure.
 template <typename Address>
 int listenOn(Address& address) {
@@ -436,10 +419,7 @@ TEST_F(LinuxProcessSourceTest, APortOfBothFamiliesIsListedOnce) {
 // Some programs have millions.
 TEST(ListeningPorts, OfManyDescriptorsTheFirstAreLookedAtAndInTime) {
   const ProcTree tree;
-  tree.write(
-      "net/tcp",
-      "  sl  local_address\n   0: 0100007F:0BB8 00000000:0000 0A 00000000:00000000 00:00000000 00000000 "
-      " 1000        0 12345 1 0 100 0 0 10 0\n");
+  tree.write("net/tcp", "0: 0:0BB8 0:0 0A 0 0 0 0 0 12345\n");
   tree.write("7/stat", "");
   const std::string folder = tree.root() + "/7/fd";
   std::filesystem::create_directory(folder);

@@ -1,4 +1,4 @@
-// A made /proc tree in a temporary folder, and next to it a cgroup tree. Both go with the object.
+// A made /proc tree in a temporary folder. It goes with the object.
 #pragma once
 
 #include <unistd.h>
@@ -16,7 +16,6 @@ class ProcTree {
   }
 
   std::string root() const { return top_.at("proc"); }
-  std::string cgroups() const { return top_.at("cgroup"); }
 
   void write(const std::string& file, std::string_view bytes) const { top_.write("proc/" + file, bytes); }
   void link(const std::string& file, const std::string& target) const {
@@ -55,12 +54,7 @@ class ProcTree {
   }
 
   // A source over the tree, for the processes of whoever runs the test.
-  LinuxProcessOptions options() const {
-    LinuxProcessOptions options;
-    options.uid = ::getuid();
-    options.procRoot = root();
-    return options;
-  }
+  LinuxProcessOptions options() const { return {.uid = ::getuid(), .procRoot = root()}; }
 
  private:
   TempFolder top_;

@@ -12,7 +12,7 @@
 #include "sampling/tools/tool_places.h"
 #include "system/posix/ending_signals.h"
 #include "tests/support/fake_clock.h"
-#include "tests/support/testing.h"
+#include "tests/support/recording_tool_runner.h"
 
 namespace tarnwick {
 namespace {
@@ -93,6 +93,8 @@ TEST_F(ToolRunnerTest, WhatCannotBeLaunchedIsAbsent) {
   for (const std::string& path : {folder_.at("missing"), plain, broken, folder_.path(), std::string()})
     EXPECT_EQ(runner_.start(path, {}), nullptr) << path;
   EXPECT_EQ(ToolRunner::finish(nullptr), "");
+  runner_.endAll();
+  EXPECT_EQ(runner_.start("/bin/sh", {"-c", "exit"}), nullptr) << "after the end";
 }
 
 // Each waits for the other's mark: one after the other, neither would ever end.
@@ -178,46 +180,26 @@ TEST_F(ToolRunnerTest, TheEndOfTheProgramIsTheEndOfItsTools) {
   }
 }
 
-TEST_F(ToolRunnerTest, AfterTheEndNoToolIsStarted) {
-  runner_.endAll();
-  EXPECT_EQ(runner_.start("/bin/sh", {"-c", "exit"}), nullptr);
-}
-
-// Writes down how long each tool may run, and has it answer late or not.
-struct TimedTools : ToolRunner {
-  using ToolRunner::start;
-  std::unique_ptr<RunningTool> start(const std::string& /*path*/, const std::vector<std::string>& /*args*/,
-                                     const ToolOptions& options) override {
-    struct Answer : RunningTool {
-      explicit Answer(bool l) : late(l) {}
-      ToolResult result() override { return {.exitStatus = 0, .late = late}; }
-      bool late;
-    };
-    allowed.push_back(options.seconds);
-    return std::make_unique<Answer>(late);
-  }
-  std::vector<double> allowed;
-  bool late = false;
-};
-
 TEST(LimitedToolRunner, NoToolHasMoreTimeThanTheCheck) {
   FakeClock clock;
   CheckLimits limits(clock);
-  TimedTools tools;
+  RecordingToolRunner tools;
   LimitedToolRunner limited(tools, limits);
-  const auto isLate = [&](const std::string& path, double seconds) {
-    return limited.start(path, {}, {.seconds = seconds})->result().late;
+  using Run = std::pair<bool, double>;  // late, seconds that the last started tool may take
+  const auto run = [&](const std::string& path, double seconds) {
+    const bool late = limited.start(path, {}, {.seconds = seconds})->result().late;
+    return Run(late, tools.options.seconds);
   };
-  EXPECT_FALSE(isLate("/bin/before", 99)) << "no check, no limit";
+  EXPECT_EQ(run("/bin/before", 99), Run(false, 99)) << "no check, no limit";
   limits.begin();
   clock.turn(5);
-  EXPECT_FALSE(isLate("/bin/quick", 2));
-  EXPECT_FALSE(isLate("/bin/slow", 10));
-  tools.late = true;
-  EXPECT_TRUE(isLate("/bin/git", 2));
+  EXPECT_EQ(run("/bin/quick", 2), Run(false, 2));
+  EXPECT_EQ(run("/bin/slow", 10), Run(false, 3));
+  tools.answer.late = true;
+  EXPECT_EQ(run("/bin/git", 2), Run(true, 2));
   clock.turn(3);
-  EXPECT_TRUE(isLate("/opt/gh", 2));
-  EXPECT_THAT(tools.allowed, ElementsAre(99, 2, 3, 2)) << "the last one was not even started";
+  EXPECT_TRUE(run("/opt/gh", 2).first);
+  EXPECT_THAT(tools.calls, SizeIs(4)) << "the last one was not even started";
   EXPECT_THAT(limits.leftOut(), ElementsAre("git", "gh"));
 }
 

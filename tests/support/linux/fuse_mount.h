@@ -80,14 +80,8 @@ class FuseMount {
   }
 
   void answer(const fuse_in_header& head) {
-    fuse_init_out init{};
-    init.major = FUSE_KERNEL_VERSION;
-    init.minor = FUSE_KERNEL_MINOR_VERSION;
-    init.max_write = 4'096;
-    fuse_attr_out attributes{};
-    attributes.attr.ino = 1;
-    attributes.attr.mode = S_IFDIR | 0755U;
-    attributes.attr.nlink = 2;
+    fuse_init_out init{.major = FUSE_KERNEL_VERSION, .minor = FUSE_KERNEL_MINOR_VERSION, .max_write = 4'096};
+    fuse_attr_out attributes{.attr = {.ino = 1, .mode = S_IFDIR | 0755U, .nlink = 2}};
     switch (head.opcode) {
       case FUSE_INIT:
         return reply(head, 0, &init, sizeof init);
@@ -102,10 +96,9 @@ class FuseMount {
   }
 
   void reply(const fuse_in_header& question, int error, void* body, std::size_t bytes) const {
-    fuse_out_header head{};
-    head.len = static_cast<std::uint32_t>(sizeof head + bytes);
-    head.error = error;
-    head.unique = question.unique;
+    fuse_out_header head{.len = static_cast<std::uint32_t>(sizeof(fuse_out_header) + bytes),
+                         .error = error,
+                         .unique = question.unique};
     const std::array<iovec, 2> parts{{{&head, sizeof head}, {body, bytes}}};
     EXPECT_GE(::writev(device_, parts.data(), bytes == 0 ? 1 : 2), 0) << std::strerror(errno);
   }

@@ -22,11 +22,13 @@ struct GitWorld {
   // What git prints when it runs in `dir`.
   ToolResult run(const std::string& dir, std::vector<std::string> args) {
     args.insert(args.begin(), {"-C", dir});
-    ToolOptions options;
-    options.droppedVariables = {"GIT_"};
-    options.addedVariables = {{"GIT_CONFIG_GLOBAL", "/dev/null"}, {"GIT_CONFIG_NOSYSTEM", "1"},
-                              {"GIT_AUTHOR_NAME", "A"},           {"GIT_AUTHOR_EMAIL", "a@example.com"},
-                              {"GIT_COMMITTER_NAME", "A"},        {"GIT_COMMITTER_EMAIL", "a@example.com"}};
+    const ToolOptions options{.droppedVariables = {"GIT_"},
+                              .addedVariables = {{"GIT_CONFIG_GLOBAL", "/dev/null"},
+                                                 {"GIT_CONFIG_NOSYSTEM", "1"},
+                                                 {"GIT_AUTHOR_NAME", "A"},
+                                                 {"GIT_AUTHOR_EMAIL", "a@example.com"},
+                                                 {"GIT_COMMITTER_NAME", "A"},
+                                                 {"GIT_COMMITTER_EMAIL", "a@example.com"}}};
     auto tool = runner.start(places.gitBin().value_or(""), args, options);
     return tool == nullptr ? ToolResult{} : tool->result();
   }
