@@ -45,11 +45,12 @@ struct Culprit {
 class Session {
  public:
   explicit Session(const Strings& words) {
+    std::filesystem::copy_file(TARNWICK_CLOCK, clock_);
     winsize size{.ws_row = 24, .ws_col = 200, .ws_xpixel = 0, .ws_ypixel = 0};
     pid_ = ::forkpty(&screen_, nullptr, nullptr, &size);
     if (pid_ != 0) return;
     for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY"}) ::unsetenv(variable);
-    ::setenv("LD_PRELOAD", TARNWICK_CLOCK, 1);
+    ::setenv("LD_PRELOAD", clock_.c_str(), 1);
     ::setenv("TERM", "dumb", 1);
     std::vector<char*> line{const_cast<char*>("tarnwick")};
     for (const std::string& word : words) line.push_back(const_cast<char*>(word.c_str()));
@@ -83,6 +84,8 @@ class Session {
   }
 
  private:
+  TempFolder folder_;
+  const std::string clock_ = folder_.at("clock.so");  // a blank in the build's own place would end the name
   int screen_ = -1;
   pid_t pid_ = 0;
   bool ended_ = false;
