@@ -12,7 +12,10 @@ Node header(const Finding& finding) {
   heading.width = titleWidth;
   heading.children.push_back({Label{.text = finding.title, .font = FontRole::cardTitle}, true});
   if (finding.metric.has_value())
-    heading.children.push_back(label(*finding.metric, FontRole::metric, ColourRole::secondary));
+    heading.children.push_back({Label{.text = *finding.metric,
+                                      .font = FontRole::metric,
+                                      .colour = ColourRole::secondary,
+                                      .description = finding.title}});
   const Symbol icon{.name = finding.icon, .size = 17, .frame = iconSide, .colour = ColourRole::secondary};
   return {row(cardTextWidth - iconSide - titleWidth, {{icon}, {heading}})};
 }
@@ -120,7 +123,8 @@ Node card(const Finding& finding, const PanelView& view) {
               .background = ColourRole::label,
               .opacity = 0.04,
               .width = listWidth,
-              .child = {{inside}}}};
+              .child = {{inside}},
+              .spoken = {finding.title, finding.summary}}};
 }
 
 }  // namespace tarnwick::panel

@@ -83,12 +83,14 @@ Node content(const PanelView& view, const PanelState& state, Timestamp now) {
   all.width = panelWidth;
 
   if (view.snap.has_value()) all.children.push_back(chipRow(view));
-  if (view.note.has_value()) all.children.push_back(noteBanner(*view.note));
+  if (view.note.has_value()) all.children.push_back(noteBanner(*view.note, state.noteIsNew));
   Stack list = cardList(view, state);
   // An empty list would leave its two distances behind.
   if (!list.children.empty())
-    all.children.push_back(
-        {Scroll{.width = listWidth, .heightCap = heightCap(state), .child = {{std::move(list)}}}});
+    all.children.push_back({Scroll{.width = listWidth,
+                                   .heightCap = heightCap(state),
+                                   .child = {{std::move(list)}},
+                                   .accessibleName = "Causes"}});
   all.children.push_back(footer(view, now));
   return {all};
 }

@@ -34,10 +34,18 @@ struct PanelState {
   bool showLeftovers = false;                 // the "Left running" fold is open
   bool hasStatusItem = false;                 // false: drawn into a picture, which shows everything
   std::optional<double> visibleScreenHeight;  // points of the main screen; absent: there is none
+  bool noteIsNew = false;                     // nobody has heard the note yet
 };
 
 // The whole panel, 400 points wide.
 Node content(const PanelView& view, const PanelState& state, Timestamp now);
+
+// What the footer says of the age of what is shown, in the label of this id.
+inline constexpr const char* ageLabel = "age";
+std::string age(const PanelView& view, Timestamp now);
+
+// Seconds until age() says something else by itself; absent: it does not.
+std::optional<double> secondsToNextAge(const PanelView& view, Timestamp now);
 
 // The menu behind the footer's last button, top to bottom.
 std::vector<MenuItem> menu(bool opensAtLogin, bool prTitles);

@@ -1,6 +1,7 @@
 // What stands around the list of cards: verdict, chips and note above it, the footer below.
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "app/panel/content.h"
 #include "app/panel/panel_jobs.h"
@@ -12,17 +13,23 @@
 namespace tarnwick::panel {
 namespace {
 
-// `users`: the biggest of what the chip is about; may be empty.
-Node chip(const std::string& symbol, const std::string& text, bool warning, const std::string& users = "") {
+// `measure`: what the figure is of. `users`: the biggest of it; may be empty.
+Node chip(const std::string& symbol, const std::string& measure, const std::string& text, bool warning,
+          const std::string& users = "") {
   Stack inside = row(8);
   inside.children.push_back(
       {Symbol{.name = symbol, .size = 12, .colour = warning ? ColourRole::orange : ColourRole::secondary}});
   inside.children.push_back(label(text, FontRole::caption, ColourRole::label));
-  if (!users.empty()) inside.toolTip = inside.description = "Most of it: " + users;
+  Spoken spoken{text, warning ? measure + ", a warning" : measure};
+  if (!users.empty()) {
+    inside.toolTip = "Most of it: " + users;
+    spoken.description += ". " + inside.toolTip;
+  }
   return {Box{.insets = {3, 8, 3, 8},
               .background = warning ? ColourRole::orange : ColourRole::label,
               .opacity = warning ? 0.18 : 0.05,
-              .child = {{inside}}}};
+              .child = {{inside}},
+              .spoken = std::move(spoken)}};
 }
 
 std::string memoryWord(std::int32_t pressure) {
@@ -42,14 +49,27 @@ ColourRole roleOf(NoteColor color) {
   return ColourRole::secondary;
 }
 
-std::string freshness(const PanelView& view, Timestamp now) {
-  if (view.busy) return "Checking…";
-  if (!view.snap.has_value()) return "";
-  const double age = secondsBetween(view.snap->now, now);
-  return age < 10 ? "Updated just now" : "Updated " + ago(age) + " ago";
-}
+// For so many seconds a check is of just now.
+constexpr double justNow = 10;
 
 }  // namespace
+
+std::string age(const PanelView& view, Timestamp now) {
+  if (view.busy) return "Checking…";
+  if (!view.snap.has_value()) return "";
+  const double seconds = secondsBetween(view.snap->now, now);
+  return seconds < justNow ? "Updated just now" : "Updated " + ago(seconds) + " ago";
+}
+
+// A minute at most: the user's clock may be set meanwhile.
+std::optional<double> secondsToNextAge(const PanelView& view, Timestamp now) {
+  constexpr double minute = 60;
+  if (view.busy || !view.snap.has_value()) return std::nullopt;
+  const double seconds = secondsBetween(view.snap->now, now);
+  if (seconds < justNow) return std::min(justNow - seconds, minute);
+  const double unit = seconds < minute ? 1 : minute;
+  return unit - std::fmod(seconds, unit);
+}
 
 Node verdictRow(const PanelView& view) {
   if (!view.snap.has_value() && !view.busy && view.note.has_value()) {
@@ -68,11 +88,13 @@ Node verdictRow(const PanelView& view) {
   Stack words = column(2, {label(answer.headline, FontRole::headline, ColourRole::label)});
   if (answer.cause.has_value())
     words.children.push_back(label(*answer.cause, FontRole::subheadline, ColourRole::secondary));
-  return {row(10, {{Symbol{.name = answer.ok ? "checkmark.circle.fill" : "exclamationmark.circle.fill",
-                           .size = 17,
-                           .frame = 19,
-                           .colour = answer.ok ? ColourRole::green : ColourRole::orange}},
-                   {words, true}})};
+  Stack line = row(10, {{Symbol{.name = answer.ok ? "checkmark.circle.fill" : "exclamationmark.circle.fill",
+                                .size = 17,
+                                .frame = 19,
+                                .colour = answer.ok ? ColourRole::green : ColourRole::orange}},
+                        {words, true}});
+  line.spoken = {answer.headline, answer.cause.value_or("")};
+  return {line};
 }
 
 Node chipRow(const PanelView& view) {
@@ -81,23 +103,25 @@ Node chipRow(const PanelView& view) {
     return view.users == nullptr ? "" : biggestOf(*view.users, kind, namedUsers, snapshot);
   };
   const auto diskFree = static_cast<std::uint64_t>(std::max<std::int64_t>(snapshot.diskFree, 0));
-  return {row(6, {chip("memorychip", "Memory " + memoryWord(snapshot.pressure), snapshot.pressure >= 2,
-                       biggest(Scarce::memory)),
-                  chip("cpu", "Processor " + wholePercent(snapshot.cpuBusy) + "%", snapshot.cpuBusy > 0.8,
+  return {row(6, {chip("memorychip", "Memory pressure", "Memory " + memoryWord(snapshot.pressure),
+                       snapshot.pressure >= 2, biggest(Scarce::memory)),
+                  chip("cpu", "Share of the processor that is busy",
+                       "Processor " + wholePercent(snapshot.cpuBusy) + "%", snapshot.cpuBusy > 0.8,
                        biggest(Scarce::processor)),
-                  chip("internaldrive", size(diskFree) + " free", snapshot.diskFree <= lowDiskBytes)})};
+                  chip("internaldrive", "Free space on the disk", size(diskFree) + " free",
+                       snapshot.diskFree <= lowDiskBytes)})};
 }
 
-Node noteBanner(const Note& note) {
+Node noteBanner(const Note& note, bool isNew) {
   const ColourRole colour = roleOf(note.color);
   const Label text{.text = note.text, .font = FontRole::body, .wrapWidth = 356, .selectable = true};
-  return {
-      Box{.insets = {8, 8, 8, 8},
-          .cornerRadius = 8,
-          .background = colour,
-          .opacity = 0.12,
-          .width = listWidth,
-          .child = {{row(7, {{Symbol{.name = note.icon, .size = 15, .colour = colour}}, {text, true}})}}}};
+  return {Box{.insets = {8, 8, 8, 8},
+              .cornerRadius = 8,
+              .background = colour,
+              .opacity = 0.12,
+              .width = listWidth,
+              .child = {{row(7, {{Symbol{.name = note.icon, .size = 15, .colour = colour}}, {text, true}})}},
+              .spoken = {note.text, "Outcome of the last action", isNew}}};
 }
 
 Node footer(const PanelView& view, Timestamp now) {
@@ -113,11 +137,13 @@ Node footer(const PanelView& view, Timestamp now) {
                     .accessibleName = "Menu",
                     .style = Button::Style::borderless,
                     .action = OpenMenu{}};
-  Stack line = row(
-      10, {{Label{.text = freshness(view, now), .font = FontRole::caption, .colour = ColourRole::secondary},
-            true},
-           {again},
-           {more}});
+  Stack line = row(10, {{Label{.text = age(view, now),
+                               .font = FontRole::caption,
+                               .colour = ColourRole::secondary,
+                               .id = ageLabel},
+                         true},
+                        {again},
+                        {more}});
   line.width = listWidth;
   return {line};
 }

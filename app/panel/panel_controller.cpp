@@ -98,7 +98,21 @@ void PanelController::modelChanges() {
 
 void PanelController::render() {
   if (!window_.isVisible()) return;
+  state_.noteIsNew = model_.note() != std::exchange(heard_, model_.note());
   window_.show(content(), std::exchange(animateNext, false));
+  keepAgeTrue();
+}
+
+// Only the one text: a whole redraw would take away what the user has marked.
+void PanelController::keepAgeTrue() {
+  const auto wait = secondsToNextAge(viewOf(model_), now_());
+  if (!wait.has_value()) return;
+  // A timer may be a little early.
+  window_.callAfter(std::max(*wait, 0.05), [this, alive = std::weak_ptr<const bool>(alive_)] {
+    if (alive.expired() || !window_.isVisible()) return;
+    window_.setText(ageLabel, age(viewOf(model_), now_()));
+    keepAgeTrue();
+  });
 }
 
 void PanelController::toggleFold(bool& flag) {

@@ -37,6 +37,7 @@ class PanelController {
  private:
   void modelChanges();
   void render();
+  void keepAgeTrue();
   void toggleFold(bool& flag);
   void togglePrTitles();
 
@@ -46,8 +47,9 @@ class PanelController {
   UserSettings& settings_;
   Now now_;
   PanelState state_;
-  bool renderQueued = false;  // a redraw waits for the next turn of the main loop
-  bool animateNext = false;   // the next redraw moves the window's edge instead of jumping
+  std::optional<Note> heard_;  // the note that was shown last
+  bool renderQueued = false;   // a redraw waits for the next turn of the main loop
+  bool animateNext = false;    // the next redraw moves the window's edge instead of jumping
   std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);  // gone with the controller
   Model::Subscription watch;
 };

@@ -32,6 +32,13 @@ struct Insets {
 
 struct Node;
 
+// What a group of views is for those who hear the panel. Never on the screen.
+struct Spoken {
+  std::string name;         // empty: its parts speak for themselves
+  std::string description;  // what else the eye sees in it; empty: nothing
+  bool announced = false;   // said as soon as it appears
+};
+
 // Children one after the other.
 struct Stack {
   enum class Direction { vertical, horizontal };
@@ -44,8 +51,8 @@ struct Stack {
   Alignment alignment = Alignment::start;
   std::optional<double> width;  // insets included; absent: as wide as its children
   std::vector<Node> children;
-  std::string toolTip;      // of the whole stack; empty: none
-  std::string description;  // for those who hear the panel; empty: none
+  std::string toolTip;  // of the whole stack; empty: none
+  Spoken spoken;
 };
 
 // A text that wraps at the width it has. It is never cut off.
@@ -55,6 +62,8 @@ struct Label {
   ColourRole colour = ColourRole::label;
   std::optional<double> wrapWidth;  // the widest it may get; absent: what its parent leaves
   bool selectable = false;          // the user can mark and copy the text
+  std::string id;                   // of a text that changes by itself; empty: it does not
+  std::string description;          // as of what is spoken
 };
 
 // A picture: a system symbol by name, or the file icon of a path (begins with "/").
@@ -72,10 +81,10 @@ struct Symbol {
 struct Button {
   enum class Style { small, link, borderless };
 
-  std::string id;      // the same control keeps its id when the panel is rebuilt
-  std::string title;   // empty: shows `symbol`
-  std::string symbol;  // symbol name; empty: shows `title`
-  std::string toolTip;
+  std::string id;       // the same control keeps its id when the panel is rebuilt
+  std::string title;    // empty: shows `symbol`
+  std::string symbol;   // symbol name; empty: shows `title`
+  std::string toolTip;  // also its description for those who hear the panel
   std::string accessibleName;
   Style style = Style::small;
   bool enabled = true;
@@ -90,6 +99,7 @@ struct Box {
   double opacity = 0;           // of the background, 0..1
   std::optional<double> width;  // insets included; absent: as wide as its child
   std::vector<Node> child;      // exactly one
+  Spoken spoken;
 };
 
 // A list that scrolls vertically where it is higher than its cap. No background; the scroller hides itself.
@@ -97,6 +107,7 @@ struct Scroll {
   double width = 0;                 // of the list
   std::optional<double> heightCap;  // absent: as high as the list
   std::vector<Node> child;          // exactly one
+  std::string accessibleName;
 };
 
 // A row that is one big button, and opens or closes what follows it.

@@ -2,7 +2,9 @@
 // Main thread.
 #pragma once
 
+#include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "app/panel/panel_tree.h"
@@ -24,6 +26,13 @@ class PanelWindow {
   // Replaces the views and fits the window to them, in one movement when `animated`. May be called from a
   // click on one of the views that it replaces.
   virtual void show(const Node& content, bool animated) = 0;
+
+  // Shows another text in the label of that id, on one line; nothing happens when there is none.
+  virtual void setText(const std::string& id, const std::string& text) = 0;
+
+  // Calls `task` once, on the main loop, after so many seconds. A later call takes the place of an earlier
+  // one, and closing the window forgets it.
+  virtual void callAfter(double seconds, std::function<void()> task) = 0;
 
   virtual void openMenu(const std::vector<MenuItem>& items) = 0;
 

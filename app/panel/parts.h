@@ -35,7 +35,7 @@ inline Node label(std::string text, FontRole font, ColourRole colour) {
 // frame_parts.cpp: the answer at the top, the three chips, the last action's outcome; the footer.
 Node verdictRow(const PanelView& view);
 Node chipRow(const PanelView& view);
-Node noteBanner(const Note& note);
+Node noteBanner(const Note& note, bool isNew);
 Node footer(const PanelView& view, Timestamp now);
 
 // card_part.cpp: one finding, closed or open.

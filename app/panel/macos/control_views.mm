@@ -126,7 +126,7 @@ MadeView makeButton(const Button& button, double width, Target* target) {
   view.target = target;
   view.action = @selector(fire);
   view.enabled = button.enabled;
-  if (!button.toolTip.empty()) view.toolTip = foundationText(button.toolTip);
+  if (!button.toolTip.empty()) view.accessibilityHelp = view.toolTip = foundationText(button.toolTip);
   if (!button.accessibleName.empty()) view.accessibilityLabel = foundationText(button.accessibleName);
   MadeView made = asFramed(view);
   made.size.width = std::min(made.size.width, width);

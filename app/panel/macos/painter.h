@@ -16,7 +16,7 @@ using Perform = std::function<void(const PanelAction&)>;
 struct Painting {
   NSView* view = nil;                                // constrained to its own size; nil: nothing painted
   NSArray<Target*>* targets = nil;                   // of its controls; to be kept as long as the view
-  NSDictionary<NSString*, NSView*>* controls = nil;  // by the tree's ids
+  NSDictionary<NSString*, NSView*>* controls = nil;  // and texts that change, by the tree's ids
   NSScrollView* list = nil;                          // nil: nothing scrolls
 };
 

@@ -102,6 +102,21 @@ void explain(NSView* view, NSString* toolTip) {
   for (NSView* child in view.subviews) explain(child, toolTip);
 }
 
+// A group without a name stays silent.
+void speak(NSView* view, const Spoken& spoken) {
+  if (spoken.name.empty()) return;
+  view.accessibilityElement = YES;
+  view.accessibilityRole = NSAccessibilityGroupRole;
+  view.accessibilityLabel = foundationText(spoken.name);
+  if (!spoken.description.empty()) view.accessibilityHelp = foundationText(spoken.description);
+  if (!spoken.announced) return;
+  NSAccessibilityPostNotificationWithUserInfo(
+      NSApp, NSAccessibilityAnnouncementRequestedNotification, @{
+        NSAccessibilityAnnouncementKey : foundationText(spoken.name),
+        NSAccessibilityPriorityKey : @(NSAccessibilityPriorityMedium)
+      });
+}
+
 // One walk over a tree. Every function returns a view at its final size, no wider than `width`.
 class Walk {
  public:
@@ -123,7 +138,7 @@ class Walk {
     NSView* view = emptyView(arrangement.size);
     for (std::size_t i = 0; i < children.size(); ++i) place(children[i], arrangement.spots[i], view);
     if (!stack.toolTip.empty()) explain(view, foundationText(stack.toolTip));
-    if (!stack.description.empty()) view.accessibilityHelp = foundationText(stack.description);
+    speak(view, stack.spoken);
     return {view, arrangement.size};
   }
 
@@ -135,6 +150,7 @@ class Walk {
                       child.size.height + box.insets.top + box.insets.bottom};
     BoxView* view = [[BoxView alloc] initWithBox:box];
     view.frame = NSMakeRect(0, 0, size.width, size.height);
+    speak(view, box.spoken);
     place(child, {box.insets.left, box.insets.top}, view);
     return {view, size};
   }
@@ -147,6 +163,7 @@ class Walk {
     const double height = std::min(scroll.heightCap.value_or(child.size.height), child.size.height);
     list_ = [[ListView alloc] initWithFrame:NSMakeRect(0, 0, listWidth, height)];
     list_.documentView = document;
+    list_.accessibilityLabel = foundationText(scroll.accessibleName);
     return {list_, {listWidth, height}};
   }
 
@@ -162,7 +179,11 @@ class Walk {
     return made;
   }
 
-  MadeView makeView(const Label& label, double width) { return makeLabel(label, width); }
+  MadeView makeView(const Label& label, double width) {
+    const MadeView made = makeLabel(label, width);
+    if (!label.id.empty()) controls_[foundationText(label.id)] = made.view;
+    return made;
+  }
   MadeView makeView(const Symbol& symbol, double /*width*/) { return makeSymbol(symbol); }
   MadeView makeView(const Spinner& spinner, double /*width*/) { return makeSpinner(spinner); }
 

@@ -30,6 +30,8 @@ class AppKitPanel final : public PanelWindow {
   void open() override;
   void close() override;
   void show(const Node& content, bool animated) override;
+  void setText(const std::string& id, const std::string& text) override;
+  void callAfter(double seconds, std::function<void()> task) override;
   void openMenu(const std::vector<MenuItem>& items) override;
   std::optional<double> visibleScreenHeight() const override;
   void quit() override;
@@ -45,6 +47,7 @@ class AppKitPanel final : public PanelWindow {
   PopupWindow* window_;
   Painting content_;
   NSMenu* menu_ = nil;      // the last one: it may tell its choice after it has gone
+  NSTimer* later_ = nil;    // the task that waits; nil or invalid: none
   bool visible_ = false;    // open; the window follows with its first content
   bool focusLost_ = false;  // while the panel closes because another window took the keyboard
 };

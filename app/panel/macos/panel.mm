@@ -109,6 +109,7 @@ AppKitPanel::~AppKitPanel() {
   window_.focusLeft = nil;
   window_.dismissed = nil;
   window_.quit = nil;
+  [later_ invalidate];
   [window_ orderOut:nil];
 }
 
@@ -120,6 +121,7 @@ void AppKitPanel::open() {
 // Taking the window away takes the keyboard from it, which leads here once more.
 void AppKitPanel::close() {
   if (!std::exchange(visible_, false)) return;
+  [later_ invalidate];
   [window_ orderOut:nil];
   window_.contentView.subviews = @[];
   keepUntilIdle(std::exchange(content_, {}));
@@ -183,6 +185,24 @@ void AppKitPanel::bringToFront() {
   if (NSApp.hidden) [NSApp unhideWithoutActivation];
   [NSApp activateIgnoringOtherApps:YES];
   [window_ makeKeyAndOrderFront:nil];
+}
+
+void AppKitPanel::setText(const std::string& id, const std::string& text) {
+  NSView* view = content_.controls[foundationText(id)];
+  if (![view isKindOfClass:NSTextField.class]) return;
+  NSTextField* field = static_cast<NSTextField*>(view);
+  field.stringValue = foundationText(text);
+  [field setFrameSize:[field.cell cellSize]];
+}
+
+void AppKitPanel::callAfter(double seconds, std::function<void()> task) {
+  [later_ invalidate];
+  later_ = [NSTimer timerWithTimeInterval:seconds
+                                  repeats:NO
+                                    block:^(NSTimer*) {
+                                      task();
+                                    }];
+  [NSRunLoop.mainRunLoop addTimer:later_ forMode:NSRunLoopCommonModes];
 }
 
 void AppKitPanel::openMenu(const std::vector<MenuItem>& items) {

@@ -16,6 +16,7 @@ constexpr CGFloat tallestText = 100'000;  // higher than any text
 MadeView makeLabel(const Label& label, double width) {
   NSTextField* field = [NSTextField wrappingLabelWithString:foundationText(label.text)];
   field.selectable = label.selectable;
+  if (!label.description.empty()) field.accessibilityHelp = foundationText(label.description);
   field.font = Theme::font(label.font);
   field.textColor = Theme::colour(label.colour);
   const double widest = std::min(width, label.wrapWidth.value_or(width));

@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 
+#include "app/panel/qt/access.h"
 #include "app/panel/qt/symbol_views.h"
 
 namespace tarnwick::panel {
@@ -60,6 +61,7 @@ ButtonView::ButtonView(const Button& button, const Theme& theme, int width, QWid
   setObjectName(QString::fromStdString(button.id));
   setToolTip(plainToolTip(button.toolTip));
   setAccessibleName(QString::fromStdString(button.accessibleName));
+  setAccessibleDescription(QString::fromStdString(button.toolTip));
   setEnabled(button.enabled);
   setCursor(button.style == Button::Style::link ? Qt::PointingHandCursor : Qt::ArrowCursor);
   if (button.title.empty()) {
@@ -100,6 +102,7 @@ void ButtonView::drawFace(QPainter& painter) const {
 }
 
 FoldView::FoldView(const Fold& fold, const Theme& theme, QWidget* parent) : ControlView(theme, parent) {
+  giveRole(this, QAccessible::Button);
   setObjectName(QString::fromStdString(fold.id));
   setAccessibleName(QString::fromStdString(fold.accessibleName));
   setCheckable(true);

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "app/panel/arrangement.h"
+#include "app/panel/qt/access.h"
 #include "app/panel/qt/control_views.h"
 #include "app/panel/qt/symbol_views.h"
 #include "app/panel/qt/text_views.h"
@@ -53,14 +54,16 @@ class Walk {
   QWidget* makeView(const Stack& stack, int width, QWidget* parent) const {
     auto* box = new QWidget(parent);
     box->setToolTip(plainToolTip(stack.toolTip));
-    box->setAccessibleDescription(QString::fromStdString(stack.description));
+    giveVoice(box, stack.spoken);
     std::vector<QWidget*> children(stack.children.size(), nullptr);
     const Arrangement arrangement = arrange(stack, width, [&](std::size_t i, double childWidth) -> Extent {
       children[i] = make(stack.children[i], whole(childWidth), box);
       return {static_cast<double>(children[i]->width()), static_cast<double>(children[i]->height())};
     });
-    for (std::size_t i = 0; i < children.size(); ++i)
+    for (std::size_t i = 0; i < children.size(); ++i) {
       children[i]->move(whole(arrangement.spots[i].x), whole(arrangement.spots[i].y));
+      children[i]->raise();  // in reading order, whatever was made first
+    }
     box->resize(whole(arrangement.size.width), whole(arrangement.size.height));
     return box;
   }
@@ -70,8 +73,15 @@ class Walk {
     const QString text = QString::fromStdString(label.text);
     const QFont font = Theme::font(label.font);
     const QColor colour = theme_.colour(label.colour);
-    if (label.selectable) return new CopyableText(text, font, colour, widest, parent);
-    return new TextView(text, font, colour, widest, parent);
+    QWidget* view = nullptr;
+    if (label.selectable) {
+      view = new CopyableText(text, font, colour, widest, parent);
+    } else {
+      view = new TextView(text, font, colour, widest, parent);
+    }
+    view->setObjectName(QString::fromStdString(label.id));
+    view->setAccessibleDescription(QString::fromStdString(label.description));
+    return view;
   }
 
   QWidget* makeView(const Symbol& symbol, int /*width*/, QWidget* parent) const {
@@ -89,6 +99,7 @@ class Walk {
     QColor ground = theme_.colour(box.background);
     ground.setAlphaF(static_cast<float>(box.opacity));
     auto* view = new BoxView(ground, box.cornerRadius, parent);
+    giveVoice(view, box.spoken);
     const QMargins insets = margins(box.insets);
     const int outer = box.width ? std::min(whole(*box.width), width) : width;
     QWidget* child = make(box.child.at(0), outer - insets.left() - insets.right(), view);
@@ -102,6 +113,7 @@ class Walk {
     const int listWidth = std::min(whole(scroll.width), width);
     auto* area = new QScrollArea(parent);
     area->setObjectName(QStringLiteral("list"));
+    giveVoice(area, {scroll.accessibleName, "", false});
     area->setFrameShape(QFrame::NoFrame);
     area->setFocusPolicy(Qt::NoFocus);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -6,9 +6,11 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QToolTip>
+#include <cmath>
 #include <utility>
 
 #include "app/panel/arrangement.h"
+#include "app/panel/qt/text_views.h"
 
 namespace tarnwick::panel {
 namespace {
@@ -33,6 +35,12 @@ QtPanel::QtPanel(const Appearance& appearance, std::function<QRect()> icon, Hand
   movement_.setEasingCurve(QEasingCurve::OutCubic);
   QObject::connect(&movement_, &QVariantAnimation::valueChanged, &window_,
                    [this](const QVariant& frame) { window_.setGeometry(frame.toRect()); });
+  later_.setSingleShot(true);
+  later_.setTimerType(Qt::PreciseTimer);
+  QObject::connect(&later_, &QTimer::timeout, &window_, [this] {
+    const std::function<void()> task = std::exchange(task_, {});
+    if (task) task();
+  });
   QObject::connect(&window_, &PopupWindow::focusLeft, &window_, [this] {
     if (visible_) handlers_.focusLeft();  // a closed panel loses it too
   });
@@ -48,6 +56,7 @@ void QtPanel::open() {
 void QtPanel::close() {
   visible_ = false;
   movement_.stop();
+  later_.stop();
   window_.hide();
   if (content_ != nullptr) content_->deleteLater();
   content_ = nullptr;
@@ -111,6 +120,16 @@ void QtPanel::moveTo(const QRect& frame, bool animated) {
 void QtPanel::bringToFront() {
   window_.raise();
   window_.activateWindow();
+}
+
+void QtPanel::setText(const std::string& id, const std::string& text) {
+  auto* view = content_ == nullptr ? nullptr : content_->findChild<TextView*>(QString::fromStdString(id));
+  if (view != nullptr) view->replaceText(QString::fromStdString(text));
+}
+
+void QtPanel::callAfter(double seconds, std::function<void()> task) {
+  task_ = std::move(task);
+  later_.start(static_cast<int>(std::ceil(seconds * 1000)));
 }
 
 void QtPanel::openMenu(const std::vector<MenuItem>& items) {

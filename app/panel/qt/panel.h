@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QPointer>
+#include <QTimer>
 #include <QVariantAnimation>
 #include <functional>
 
@@ -29,6 +30,8 @@ class QtPanel final : public PanelWindow {
   void open() override;
   void close() override;
   void show(const Node& content, bool animated) override;
+  void setText(const std::string& id, const std::string& text) override;
+  void callAfter(double seconds, std::function<void()> task) override;
   void openMenu(const std::vector<MenuItem>& items) override;
   std::optional<double> visibleScreenHeight() const override;
   void quit() override;
@@ -45,8 +48,10 @@ class QtPanel final : public PanelWindow {
   PopupWindow window_;
   QPointer<QWidget> content_;
   QVariantAnimation movement_;
-  QRect place_;           // of the icon, when the panel was opened
-  bool visible_ = false;  // open; the window follows with its first content
+  QTimer later_;
+  std::function<void()> task_;  // for when it has run out
+  QRect place_;                 // of the icon, when the panel was opened
+  bool visible_ = false;        // open; the window follows with its first content
 };
 
 }  // namespace tarnwick::panel

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "app/panel/qt/access.h"
 #include "app/panel/qt/desktop.h"
 
 namespace tarnwick::panel {
@@ -17,6 +18,7 @@ constexpr int shadowWidth = 8;  // the popup keeps as much distance to the scree
 }  // namespace
 
 PopupWindow::PopupWindow() {
+  giveRole(this, QAccessible::Dialog);
   setAttribute(Qt::WA_TranslucentBackground);
   setWindowTitle(QStringLiteral("Tarnwick"));
   // The window itself takes the keyboard first: Return must not run a remedy that nobody has chosen.

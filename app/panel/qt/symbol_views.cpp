@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 
+#include "app/panel/qt/access.h"
 #include "app/panel/qt/theme.h"
 #include "sampling/decode/desktop_entry.h"
 
@@ -149,6 +150,7 @@ SymbolView::SymbolView(const Symbol& symbol, const QColor& colour, QWidget* pare
     file_ = fileIcon(QString::fromStdString(symbol_.name));
     symbol_.name = "app";
   }
+  giveRole(this, QAccessible::Graphic);
   setAccessibleName(QString::fromStdString(symbol.accessibleName));
 }
 
@@ -168,6 +170,7 @@ void SymbolView::paintEvent(QPaintEvent* /*event*/) {
 SpinnerView::SpinnerView(const Spinner& spinner, const QColor& colour, QWidget* parent)
     : QWidget(parent), colour_(colour) {
   resize(static_cast<int>(spinner.size), static_cast<int>(spinner.size));
+  giveRole(this, QAccessible::Animation);
   setAccessibleName(QString::fromStdString(spinner.accessibleName));
 }
 

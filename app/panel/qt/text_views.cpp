@@ -10,6 +10,7 @@
 namespace tarnwick::panel {
 namespace {
 
+constexpr int oneLine = 4000;  // wider than any text that is never wrapped
 constexpr int shortLine = 12;  // characters that look lost on a line of their own
 
 // More characters than any text of ours has without somebody's long name in it: laid out once, as it comes.
@@ -64,16 +65,26 @@ int TextBlock::layOut(const QString& text, int width) {
 void TextBlock::draw(QPainter& painter, QPoint topLeft) const { layout_.draw(&painter, topLeft); }
 
 TextView::TextView(const QString& text, const QFont& font, const QColor& colour, int width, QWidget* parent)
-    : QLabel(parent), block_(text, font, width), colour_(colour) {
+    : QLabel(parent),
+      font_(font),
+      block_(std::make_unique<const TextBlock>(text, font, width)),
+      colour_(colour) {
   setTextFormat(Qt::PlainText);
   setText(text);
-  resize(block_.size());
+  resize(block_->size());
+}
+
+void TextView::replaceText(const QString& text) {
+  block_ = std::make_unique<const TextBlock>(text, font_, oneLine);
+  setText(text);
+  resize(block_->size());
+  update();
 }
 
 void TextView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setPen(colour_);
-  block_.draw(painter, {0, 0});
+  block_->draw(painter, {0, 0});
 }
 
 CopyableText::CopyableText(const QString& text, const QFont& font, const QColor& colour, int width,

@@ -8,6 +8,7 @@
 #include <QString>
 #include <QTextEdit>
 #include <QTextLayout>
+#include <memory>
 
 namespace tarnwick::panel {
 
@@ -40,11 +41,15 @@ class TextView : public QLabel {
  public:
   TextView(const QString& text, const QFont& font, const QColor& colour, int width, QWidget* parent);
 
+  // Another text in the same place, as wide as it needs on one line.
+  void replaceText(const QString& text);
+
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  TextBlock block_;
+  QFont font_;
+  std::unique_ptr<const TextBlock> block_;  // never null
   QColor colour_;
 };
 

@@ -9,6 +9,8 @@
 #include <QStandardPaths>
 #include <QStringList>
 
+#include "app/panel/qt/access.h"
+
 namespace tarnwick::panel {
 namespace {
 
@@ -68,6 +70,7 @@ QPalette Theme::palette() const {
 }
 
 void Theme::install() {
+  installAccess();
   QApplication::setStyle(QStringLiteral("Fusion"));
   QIcon::setThemeSearchPaths(QIcon::themeSearchPaths() +
                              QStandardPaths::locateAll(QStandardPaths::GenericDataLocation,

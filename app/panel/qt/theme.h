@@ -27,8 +27,8 @@ class Theme {
   QColor hover() const;       // laid over what the pointer is on
   QPalette palette() const;   // for the toolkit's own parts: menus, selection, tool tips
 
-  // Once, after the QApplication was made: the widgets' style, and where icons of applications lie when the
-  // desktop does not say.
+  // Once, after the QApplication was made: the widgets' style, what readers of the screen are told of them,
+  // and where icons of applications lie when the desktop does not say.
   static void install();
 
   static QFont font(FontRole role);

@@ -13,12 +13,19 @@ struct FakeWindow : PanelWindow {
     shown.push_back(content);
     moved.push_back(animated);
   }
+  void setText(const std::string& id, const std::string& text) override { texts.push_back(id + ": " + text); }
+  void callAfter(double seconds, std::function<void()> task) override {
+    wait = seconds, later = std::move(task);
+  }
   void openMenu(const std::vector<MenuItem>& items) override { menuItems = items; }
   std::optional<double> visibleScreenHeight() const override { return 900; }
   void quit() override { hasQuit = true; }
 
   bool visible = false;
   bool hasQuit = false;
+  double wait = 0;              // of the last call
+  std::function<void()> later;  // what waits
+  std::vector<std::string> texts;
   std::vector<Node> shown;
   std::vector<bool> moved;
   std::vector<MenuItem> menuItems;
@@ -64,6 +71,41 @@ TEST_F(PanelControllerTest, OpeningChecksUnlessTheLastCheckIsFresh) {
     executor.runAll();
     EXPECT_EQ(!services.calls.empty(), checks) << age;
   }
+}
+
+TEST_F(PanelControllerTest, TheAgeOfTheCheckGrowsWhileThePanelIsOpen) {
+  openWithFindings();
+  const std::tuple<double, const char*, double> turns[] = {{9.99, "age: Updated just now", 0.05},
+                                                           {10, "age: Updated 10 seconds ago", 1},
+                                                           {58.5, "age: Updated 58 seconds ago", 0.5},
+                                                           {60, "age: Updated 1 minute ago", 60},
+                                                           {7'230, "age: Updated 2 hours ago", 30}};
+  EXPECT_EQ(window.wait, 10);
+  for (const auto& [seconds, text, wait] : turns) {
+    services.time = sampleTime + Seconds{seconds};
+    std::exchange(window.later, {})();
+    EXPECT_EQ(window.texts.back(), text);
+    EXPECT_NEAR(window.wait, wait, 1e-6) << text;
+  }
+  EXPECT_THAT(window.shown, IsEmpty()) << "what is marked stays marked";
+  controller.toggle();
+  std::exchange(window.later, {})();
+  EXPECT_THAT(window.texts, SizeIs(5));
+  EXPECT_FALSE(window.later) << "a closed panel costs nothing";
+}
+
+TEST_F(PanelControllerTest, ANoteIsAnnouncedOnce) {
+  openWithFindings();
+  const auto announced = [&] {
+    std::vector<std::string> names;
+    for (const Box& box : nodesOf<Box>(window.shown.back()))
+      if (box.spoken.announced) names.push_back(box.spoken.name);
+    return names;
+  };
+  perform(RunRemedy{model.found()[2].actions[0], model.found()[2]});
+  EXPECT_THAT(announced(), SizeIs(1));
+  perform(ToggleMore{});
+  EXPECT_THAT(announced(), IsEmpty());
 }
 
 TEST_F(PanelControllerTest, ManyChangesOfOneTurnAreDrawnOnce) {

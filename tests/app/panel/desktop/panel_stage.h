@@ -16,6 +16,7 @@ namespace tarnwick::panel {
 class Toolkit : public testing::Environment {
  public:
   void SetUp() override {
+    qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
     toolkit_ = std::make_unique<QApplication>(count_, words_);
     Theme::install();
   }
