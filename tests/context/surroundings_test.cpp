@@ -55,13 +55,10 @@ TEST(PropertyList, TextsOfBothForms) {
       {named(withZero), std::string("a\0b", 3)},
       {named("\x10\x07"), {}}};
   for (const auto& [list, text] : cases) EXPECT_EQ(propertyListText(list, "name"), text) << list;
-  for (std::size_t size = 0; size < whole.size(); ++size) propertyListText(whole.substr(0, size), "name");
   for (std::size_t at = 8; at < whole.size(); ++at) {
-    for (const char byte : {'\x00', '\x7F', '\xFF'}) {
-      std::string damaged = whole;
-      damaged[at] = byte;
-      propertyListText(damaged, "name");
-    }
+    propertyListText(whole.substr(0, at), "name");
+    for (const char byte : {'\x00', '\x7F', '\xFF'})
+      propertyListText(std::string(whole).replace(at, 1, 1, byte), "name");
   }
 }
 
@@ -102,15 +99,6 @@ TEST(PropertyList, WhatCostsTheLibraryMuchIsRefused) {
   const std::vector<std::uint64_t> fifteen(15, 1);
   EXPECT_TRUE(
       isHarmlessPropertyList(binary({"\xAF\x10\x0F" + references('\x08', fifteen).substr(1), "\x08"})));
-
-  std::vector<std::string> levels;  // unfolded, eight thousand million values
-  for (std::uint64_t level = 1; level <= 3; ++level) {
-    const std::vector<std::uint64_t> many(2'000, level);
-    levels.push_back("\xAF\x11\x07\xD0" + references('\x08', many).substr(1));
-  }
-  levels.emplace_back("\x08");
-  EXPECT_FALSE(isHarmlessPropertyList(binary(levels)));
-
   // Counts beyond the list: one more than the largest would be none, and so would twice the middle one.
   for (const char* claim :
        {"\xAF\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF", "\xDF\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFF"})
@@ -134,14 +122,8 @@ TEST_F(LiveSurroundingsTest, HeadsOfFilesAreValidText) {
   EXPECT_EQ(live_.fileHead(home_.write("empty.py", "")), "");
   const std::string text(1'499, 'x');
   EXPECT_EQ(live_.fileHead(home_.write("long.py", text + "yz")), text + "y");
-  // A character of two, three and four bytes that does not fit is one replacement character.
-  for (const std::string character : {"\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80"}) {
-    EXPECT_EQ(live_.fileHead(home_.write("cut.py", text + character)), text + "\xEF\xBF\xBD");
-    const std::string shorter(1'501 - character.size(), 'x');
-    EXPECT_EQ(live_.fileHead(home_.write("cut.py", shorter + character)), shorter + "\xEF\xBF\xBD");
-  }
+  EXPECT_EQ(live_.fileHead(home_.write("cut.py", text + "é")), text + "\uFFFD") << "half a character";
   EXPECT_EQ(live_.fileHead(home_.path()), std::nullopt);
-  EXPECT_EQ(live_.fileHead(home_.at("missing.py")), std::nullopt);
 }
 
 struct CountingFiles : Files {

@@ -58,12 +58,6 @@ TEST_F(BiggestUsersTest, AreGroupedAsPeopleThinkOfThem) {
        },
        "job | make all | 300 1.5 3 | you | shop cart | kill -TERM 20\n"
        "job | jest | 100 0 1 | Claude Code | shop cart | kill -TERM 41\n"},
-      {"loops of no core each",
-       [&] {
-         addAll(m, "2 1 -sh, 99 2 sh -c once, 100 2 sh -c loop, 101 2 sh -c loop, 102 2 sh -c loop");
-         for (const Pid pid : {100, 101, 102}) use(pid, 1, 0.125);
-       },
-       "same_command | sh × 3: sh -c loop | 3 0.375 3 | you | - - | kill -TERM 100; kill -TERM 101; kill -TERM 102\n"},
       {"loops that a login shell forked bear its name; it is no loop, and a prompt is never to be stopped",
        [&] {
          addAll(m, "2 1 -bash, 50 2 -bash, 51 2 -bash");

@@ -71,21 +71,17 @@ TEST_F(Stacks, AddUpServersTheirTreesAndContainers) {
   EXPECT_EQ(found.title, "shop-backend is still running");
   EXPECT_EQ(
       found.detail,
-      "It runs 2 Node servers (ports 3000 and 3100), a Python API (ports 8000 and 8001), 2 Postgres "
-      "databases, and a container database. You started it in a terminal 14 hours ago. It uses 142 MB in "
-      "total.");
+      "It runs 2 Node servers (ports 3000 and 3100), a Python API (ports 8000 and 8001), 2 Postgres databases, and a container database. You started it in a terminal 14 hours ago. It uses 142 MB in total.");
   EXPECT_EQ(found.bytes, 142 * megabyte);  // 41: 10, 43: 10 and 2, 40: 10 and its worker's 10, c1: 100
   EXPECT_EQ(found.actions.front().label, "Stop all 6");
   EXPECT_EQ(found.actions.front().fix.command(),
             "kill -TERM 41; kill -KILL 43; kill -TERM 40; docker stop c1; docker stop c3; docker stop c4");
-  EXPECT_EQ(found.evidence, "Server: Node server. Command: node server.mjs " + std::string(184, 'x') +
-                                "\nServer: Node server. Command: node b.mjs"
-                                "\nServer: Python API. Command: Python -m uvicorn app:app"
-                                "\nFolder: ~/code/shop-backend"
-                                "\nDocker container: shop-backend-db-1 (image postgres:16)"
-                                "\nDocker container: my-shop-backend (image nginx)"
-                                "\nDocker container: shop-backend-db-2 (image postgres:9)"
-                                "\nThe file server.mjs starts with:\nimport http\nStarted by: you");
+  EXPECT_THAT(*found.evidence,
+              StartsWith("Server: Node server. Command: node server.mjs " + std::string(184, 'x') +
+                         "\nServer: Node server. Command: node b.mjs\n"));
+  EXPECT_THAT(
+      *found.evidence,
+      EndsWith(" (image postgres:9)\nThe file server.mjs starts with:\nimport http\nStarted by: you"));
 }
 
 TEST_F(Stacks, OneCardForEachProject) {
@@ -95,11 +91,9 @@ TEST_F(Stacks, OneCardForEachProject) {
   addServer(m, 43, 1, {"Express"}, {3}).cwd = "/Users/x/api";
   m.containers = {{"c1", "api", "Up", "redis", 0}, {"c2", "zoo", "Up", "redis", 0}};
   const std::vector<Finding> all = found();
-  ASSERT_THAT(all, SizeIs(2));
-  EXPECT_EQ(all[0].id, "stack:/Users/x/api");
+  EXPECT_THAT(ids(all), ElementsAre("stack:/Users/x/api", "stack:/Users/x/zoo"));
   EXPECT_EQ(all[0].summary, "2 Express servers, on for 13 hours.") << "a short name claims no containers";
-  EXPECT_EQ(all[0].actions.front().label, "Stop all 2");
-  EXPECT_EQ(all[1].detail.find("It runs an Express server (port 1)."), 0U);
+  EXPECT_THAT(all[1].detail, StartsWith("It runs an Express server (port 1)."));
   EXPECT_EQ(all[1].actions.front().label, "Stop it");
 }
 
@@ -107,29 +101,22 @@ TEST_F(Stacks, BranchesOfTheRepository) {
   m = oneServer();
   const std::string gone =
       " It started 13 hours ago. The app or terminal that started it is closed. It uses 10 MB in total.";
-  const std::string commit = " Last commit 2 days ago: “Round tax”.";
-  const std::string runs = "It runs a Node server (port 3000).";
-  for (const char* shared : {"main", "master", "develop"}) {
-    around.repositories[shop] = branch(shared);
-    EXPECT_EQ(card().detail,
-              runs + " Branch " + shared + "." + commit + gone + " Stop it if you are not using it.");
-  }
+  const auto told = [&](const std::string& name) {
+    around.repositories[shop] = branch(name);
+    around.repositories[shop].isCopy = name == "fix/tax";
+    if (name == "fix/tax") around.repositories[shop].lastCommit = "";
+    return card().title + ": " + card().detail;
+  };
+  const std::string start = "shop is still running: It runs a Node server (port 3000). Branch ";
+  const std::string commit = ". Last commit 2 days ago: “Round tax”." + gone;
+  for (const char* shared : {"main", "master", "develop"})
+    EXPECT_EQ(told(shared), start + shared + commit + " Stop it if you are not using it.");
   EXPECT_THAT(around.asked, Not(Contains(HasSubstr("title")))) << "nobody asks for such a branch's request";
-
-  around.repositories[shop] = branch("Main");
-  EXPECT_EQ(card().detail,
-            runs + " Branch Main." + commit + gone + " Stop it if you are done with this branch.");
+  EXPECT_EQ(told("Main"), start + "Main" + commit + " Stop it if you are done with this branch.");
   EXPECT_THAT(around.asked, Contains("title o/shop#Main"));
-  EXPECT_EQ(card().title, "shop is still running");
-
   around.titles["o/shop#fix/tax"] = "Tax";
-  around.repositories[shop] = branch("fix/tax");
-  around.repositories[shop].isCopy = true;
-  around.repositories[shop].lastCommit = "";
-  EXPECT_EQ(card().detail, runs + " Branch fix/tax. Pull request: “Tax”." + gone +
-                               " Stop it if you are done with this branch.");
-  EXPECT_EQ(card().title, "A copy of shop is still running");
-  EXPECT_THAT(*card().evidence, HasSubstr("\nGit repo shop, branch fix/tax (a separate copy of the repo)."));
+  EXPECT_EQ(told("fix/tax"), "A copy of " + start + "fix/tax. Pull request: “Tax”." + gone +
+                                 " Stop it if you are done with this branch.");
 }
 
 TEST_F(Stacks, JobsInEachState) {
@@ -145,14 +132,13 @@ TEST_F(Stacks, JobsInEachState) {
   for (const auto& [state, updated, ending] : cases) {
     m = oneServer();
     around.jobs[shop] = {.job = "nightly", .jobState = state, .jobUpdated = updated};
-    const Finding finding = card();
-    EXPECT_EQ(finding.title, "A test server from the Claude Code job “nightly” is still running");
-    EXPECT_EQ(finding.detail, "It runs a Node server (port 3000). The job " + ending);
-    EXPECT_EQ(finding.summary, std::string("From the Claude Code job “nightly”, which ") +
-                                   (state == "working" ? "is still working." : "has stopped."));
-    EXPECT_THAT(*finding.evidence, HasSubstr("job “nightly”, state: " + state.value_or("unknown")));
-    EXPECT_THAT(*finding.evidence, Not(HasSubstr("Git repo")))
-        << "the folder's own repository says nothing about a job";
+    const std::string which = state == "working" ? "is still working." : "has stopped.";
+    EXPECT_EQ(card().title, "A test server from the Claude Code job “nightly” is still running");
+    EXPECT_EQ(card().detail, "It runs a Node server (port 3000). The job " + ending);
+    EXPECT_EQ(card().summary, "From the Claude Code job “nightly”, which " + which);
+    // The folder's own repository says nothing about a job.
+    EXPECT_THAT(*card().evidence, AllOf(HasSubstr("job “nightly”, state: " + state.value_or("unknown")),
+                                        Not(HasSubstr("Git repo"))));
   }
 }
 
@@ -180,8 +166,8 @@ TEST_F(Stacks, WhatAJobWorkedOn) {
   EXPECT_EQ(worked(), " The job worked in shop, on the branch fix/tax. Its last commit was “Round tax”.");
   EXPECT_THAT(
       *card().evidence,
-      HasSubstr("\nClaude Code background job “shop-backend”, state: unknown\nThe job worked in the git repo "
-                "shop, branch fix/tax. Last commit: Round tax\nStarted by: Claude Code"));
+      EndsWith(
+          "state: unknown\nThe job worked in the git repo shop, branch fix/tax. Last commit: Round tax\nStarted by: Claude Code"));
   around.repositories["/w"].lastCommit = "";
   EXPECT_EQ(worked(), " The job worked in shop, on the branch fix/tax.");
   job.jobDir.reset();

@@ -67,13 +67,13 @@ bool isPortable(const std::string& header) {
   return standard || std::regex_search(header, std::regex("^(fmt|nlohmann|utf8cpp|gtest|gmock|benchmark)/"));
 }
 
-template <class Visit>
-void forEachMatch(std::string_view text, const std::string& pattern, Visit visit) {
+// What the pattern finds in the lines of `text`, each with its groups.
+std::vector<Strings> matches(std::string_view text, const std::string& pattern) {
   const std::regex regex(pattern, std::regex::ECMAScript | std::regex::multiline);
-  for (std::cregex_iterator match(text.data(), text.data() + text.size(), regex), end; match != end;
-       ++match) {
-    visit(*match);
-  }
+  std::vector<Strings> all;
+  for (std::cregex_iterator match(text.data(), text.data() + text.size(), regex), end; match != end; ++match)
+    all.emplace_back(match->begin(), match->end());
+  return all;
 }
 
 // One sentence for every include in `text` that the file at `path` (relative to the root) may not have.
@@ -81,29 +81,26 @@ std::vector<std::string> forbiddenIncludes(std::string_view path, std::string_vi
   std::vector<std::string> forbidden;
   const Room* room = roomOf(path);
   if (room == nullptr) return {std::string(path) + " lies in no room"};
-  forEachMatch(
-      text, R"re(^[ \t]*#[ \t]*(?:include|import)[ \t]*(["<])([^">]*)[">])re", [&](const std::cmatch& match) {
-        const std::string header = match[2];
-        const bool own = match[1] == "\"";
-        const bool free = isSystemFolder(path) || path.starts_with("tests/") || path.starts_with("bench/") ||
-                          path.starts_with("fuzz/");
-        const auto begins = [&](std::string_view prefix) { return header.starts_with(prefix); };
-        const bool allowed = own ? std::ranges::any_of(room->mayInclude, begins) : free || isPortable(header);
-        if (!allowed) forbidden.push_back(std::string(path) + " may not include " + header);
-      });
+  const bool free = isSystemFolder(path) || path.starts_with("tests/") || path.starts_with("bench/") ||
+                    path.starts_with("fuzz/");
+  for (const Strings& match :
+       matches(text, R"re(^[ \t]*#[ \t]*(?:include|import)[ \t]*(["<])([^">]*)[">])re")) {
+    const auto begins = [&](std::string_view prefix) { return match[2].starts_with(prefix); };
+    const bool own = match[1] == "\"";
+    const bool allowed = own ? std::ranges::any_of(room->mayInclude, begins) : free || isPortable(match[2]);
+    if (!allowed) forbidden.push_back(std::string(path) + " may not include " + match[2]);
+  }
   return forbidden;
 }
 
 // One sentence for every preprocessor condition on the platform outside the operating systems' folders.
 std::vector<std::string> platformConditions(std::string_view path, std::string_view text) {
-  std::vector<std::string> conditions;
+  Strings conditions;
   if (isSystemFolder(path)) return conditions;
-  forEachMatch(
-      text,
-      R"re(^[ \t]*#[ \t]*(?:el)?if.*(?:__APPLE__|__MACH__|__linux|__unix|_WIN32|TARGET_OS_|__has_include).*)re",
-      [&](const std::cmatch& match) {
-        conditions.push_back(std::string(path) + " asks for the platform: " + match[0].str());
-      });
+  const char* asks =
+      R"re(^[ \t]*#[ \t]*(?:el)?if.*(?:__APPLE__|__MACH__|__linux|__unix|_WIN32|TARGET_OS_|__has_include).*)re";
+  for (const Strings& match : matches(text, asks))
+    conditions.push_back(std::string(path) + " asks for the platform: " + match[0]);
   return conditions;
 }
 
@@ -124,22 +121,6 @@ TEST(House, EverySourceFileIsNamedByATarget) {
     const auto forAny = std::regex_replace(name, std::regex("(linux|macos)/"), "$${TARNWICK_SYSTEM}/");
     EXPECT_TRUE(words.contains(name) || words.contains(forAny)) << file << " is in no target";
   }
-}
-
-TEST(House, TheChecksCatchWhatTheyAreFor) {
-  const std::tuple<const char*, const char*, std::size_t> includes[] = {
-      {"records/wording.cpp", "#include \"records/snapshot.h\"\n#include <vector>\n#include <fmt/format.h>\n",
-       0},
-      {"diagnosis/detect.h", "#include \"sampling/scan.h\"\n  #  include \"context/x.h\"\n", 2},
-      {"context/git_reader.cpp", "#include \"diagnosis/detect.h\"\n#include <unistd.h>\n", 2},
-      {"elsewhere/x.cpp", "", 1}};
-  for (const auto& [path, text, broken] : includes)
-    EXPECT_THAT(forbiddenIncludes(path, text), SizeIs(broken)) << path;
-  EXPECT_THAT(platformConditions("app/x.cpp", "# if defined(__APPLE__)\n#ifdef __linux__\n#ifndef NDEBUG\n"),
-              SizeIs(2));
-  EXPECT_THAT(platformConditions("app/macos/run.mm", "#if TARGET_OS_OSX\n"), IsEmpty());
-  EXPECT_THAT(wordsOf("room(a SOURCES one.cpp\n  posix/two.cpp)  # three.cpp\n"),
-              ElementsAre("SOURCES", "a", "one.cpp", "posix/two.cpp", "room"));
 }
 
 // No two types of one qualified name: where two files of a program define such a pair, the linker takes one
@@ -210,26 +191,20 @@ TEST(House, NoFileIncludesUpwardsOrAsksForThePlatformAndEveryTypeHasANameOfItsOw
   EXPECT_THAT(doubledTypes(sources), IsEmpty());
 }
 
-TEST(TypeNames, ADefinitionIsSeenHoweverItIsWritten) {
-  const char* text =
-      "struct A {};\nclass B final : public A {\n};\nclass C\n    : public Long {\n};\nenum class D : int { two };\n"
-      "using E = int;\ntemplate <class T>\nusing F = T;\ntemplate <class T>\nclass [[nodiscard]] G {\n  struct I {};\n};\n"
-      "namespace a::b {\nnamespace {\nstruct H {};\n}  // namespace\nstruct I {};\n}  // namespace a::b\nstruct J {};\n"
-      "@interface K : NSObject\n@end\n@interface K ()\n@end\n@class L;\nclass M;\nenum N : int;\nstruct O o;\n"
-      "template <>\nstruct P<int> {};\n// struct Q {};\nvoid f() {\n  struct R {};\n}\nusing std::string;\n";
-  EXPECT_THAT(definedTypes(text),
-              ElementsAre("A", "B", "C", "D", "E", "F", "G", "a::b::(anonymous)::H", "a::b::I", "J", "K"));
-}
-
-TEST(TypeNames, OnlyTypesThatCanMeetInAProgramAreADouble) {
-  const auto doubles = [](const char* one, const char* other, const std::string& scope = "") {
-    const std::string text = "namespace a {\n" + scope + "struct S {};\n";
-    return doubledTypes({{one, text}, {other, text}}).size();
-  };
-  EXPECT_EQ(doubles("diagnosis/a.h", "app/b.h") + doubles("app/panel/qt/a.h", "app/linux/a.h"), 2U);
-  EXPECT_EQ(doubles("app/a.h", "app/macos/a.h") + doubles("app/panel/qt/a.h", "app/panel/macos/a.h"), 1U);
-  EXPECT_EQ(doubles("diagnosis/a.cpp", "app/b.cpp", "namespace {\n"), 0U);
-  EXPECT_EQ(doubles("diagnosis/a.cpp", "diagnosis/a.cpp", "namespace {\n"), 1U);
+TEST(House, EachCheckFindsWhatItIsFor) {
+  const char* upwards =
+      "#include \"sampling/scan.h\"\n  #  include \"records/x.h\"\n#include <unistd.h>\n#include <vector>\n";
+  EXPECT_THAT(forbiddenIncludes("diagnosis/detect.h", upwards), SizeIs(2));
+  EXPECT_THAT(forbiddenIncludes("elsewhere/x.cpp", ""), SizeIs(1));
+  EXPECT_THAT(platformConditions("app/x.cpp", "# if defined(__APPLE__)\n#ifdef __linux__\n#ifndef NDEBUG\n"),
+              SizeIs(2));
+  EXPECT_FALSE(wordsOf("room(a SOURCES one.cpp)  # three.cpp\n").contains("three.cpp"));
+  const std::string text =
+      "namespace a {\nstruct A {};\nclass [[nodiscard]] B final\n    : public Long {\nenum class C : int { two };\nusing D = int;\n  struct Inner {};\nclass E;\nnamespace {\nstruct F {};\n";
+  EXPECT_THAT(definedTypes(text), ElementsAre("a::A", "a::B", "a::C", "a::D", "a::(anonymous)::F"));
+  EXPECT_THAT(doubledTypes({{"app/a.h", text}, {"app/linux/a.h", text}}), SizeIs(4))
+      << "not what is its file's own";
+  EXPECT_THAT(doubledTypes({{"app/panel/qt/a.h", text}, {"app/panel/macos/a.h", text}}), IsEmpty());
 }
 
 }  // namespace

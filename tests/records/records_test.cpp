@@ -14,29 +14,22 @@ namespace {
 
 TEST(Utf8, InvalidSequencesBecomeOneReplacementEachAndTheRestStays) {
   const std::tuple<const char*, std::string, const char*> cases[] = {
-      {"valid", "Zoë “x” 😀", "Zoë “x” 😀"},
-      {"lone continuation", "a\x80z", "a\uFFFDz"},
-      {"invalid bytes", "\xFF\xFE", "\uFFFD\uFFFD"},
-      {"cut at the end", "a\xF0\x9F\x98", "a\uFFFD"},
-      {"cut in the middle", "a\xE2\x80z", "a\uFFFDz"},
-      {"overlong slash", "a\xC0\xAFz", "a\uFFFDz"},
-      {"surrogate", "a\xED\xA0\x80z", "a\uFFFDz"}};
+      {"lone continuation", "a\x80z", "a\uFFFDz"},    {"invalid bytes", "\xFF\xFE", "\uFFFD\uFFFD"},
+      {"cut at the end", "a\xF0\x9F\x98", "a\uFFFD"}, {"cut in the middle", "a\xE2\x80z", "a\uFFFDz"},
+      {"overlong slash", "a\xC0\xAFz", "a\uFFFDz"},   {"surrogate", "a\xED\xA0\x80z", "a\uFFFDz"}};
   for (const auto& [what, bytes, text] : cases) EXPECT_EQ(repairUtf8(bytes), text) << what;
   EXPECT_EQ(repairUtf8(std::string_view("a\0b", 3)), std::string("a\0b", 3));
 }
 
 TEST(Utf8, LongTextsAreCutBetweenCharactersWhichAreCodePoints) {
-  const std::tuple<std::string, std::size_t, const char*> cases[] = {
-      {"abc", 3, "abc"},
-      {"abcd", 3, "abc"},
-      {"a\u20ac", 4, "a\u20ac"},
-      {"a\u20acb", 4, "a\u20ac"},
-      {"a\u20ac", 3, "a"},
-      {"a\u20ac", 2, "a"},
-      {"😀", 3, ""},
-      {"\xFF\xFF\xFF", 7, "\uFFFD\uFFFD"},
-      {"\x80\x80\x80\x80\x80\x80", 4, "\uFFFD"},
-      {"x", 0, ""}};
+  const std::tuple<std::string, std::size_t, const char*> cases[] = {{"abcd", 3, "abc"},
+                                                                     {"a\u20ac", 4, "a\u20ac"},
+                                                                     {"a\u20acb", 4, "a\u20ac"},
+                                                                     {"a\u20ac", 3, "a"},
+                                                                     {"a\u20ac", 2, "a"},
+                                                                     {"😀", 3, ""},
+                                                                     {"\xFF\xFF\xFF", 7, "\uFFFD\uFFFD"},
+                                                                     {"x", 0, ""}};
   for (const auto& [bytes, most, text] : cases) EXPECT_EQ(repairUtf8(bytes, most), text) << bytes << most;
   EXPECT_EQ(characterCount("aë€😀"), 4U);
   for (const auto& [count, first] : {std::pair{0U, ""}, {3U, "aë€"}, {4U, "aë€😀"}})
@@ -53,13 +46,6 @@ TEST(OneLine, RunsOfLineEndsBecomeOneBlankAndTheRestStays) {
       {"\r\na\n\u2028\n\nb \n", " a b  "}};
   for (const auto& [text, line] : cases) EXPECT_EQ(oneLine(text), line);
   EXPECT_EQ(Fix{QuitApp{"a\nkill -KILL 1"}}.command(), "Cmd-Q a kill -KILL 1");
-}
-
-TEST(Sums, StopAtTheLargestNumber) {
-  constexpr std::uint64_t most = ~0ULL;
-  const std::tuple<std::uint64_t, std::uint64_t, std::uint64_t> cases[] = {
-      {1, 2, 3}, {most - 1, 1, most}, {1, most, most}, {most, most, most}, {most, 0, most}};
-  for (const auto& [a, b, sum] : cases) EXPECT_EQ(saturatingAdd(a, b), sum) << a << " + " << b;
 }
 
 TEST(AppName, IsTheOutermostBundleBelowAnApplicationFolder) {
@@ -83,8 +69,7 @@ TEST(Wording, SizesChangeUnitAndPrecisionAtTheirLimits) {
                                                          {gb, "1.0 GB"},
                                                          {99 * gb + gb / 10 * 9, "99.9 GB"},
                                                          {100 * gb - 1, "100.0 GB"},
-                                                         {100 * gb, "100 GB"},
-                                                         {~0ULL, "17179869184 GB"}};
+                                                         {100 * gb, "100 GB"}};
   for (const auto& [bytes, text] : cases) EXPECT_EQ(size(bytes), text) << bytes;
 }
 
@@ -129,18 +114,6 @@ TEST(Snapshot, NameIsTheLastComponentOfTheFirstArgumentElseOfThePath) {
   for (const auto& [path, args, name] : cases) EXPECT_EQ((Proc{.path = path, .args = args}.name()), name);
 }
 
-TEST(Snapshot, IndexListsChildrenUnderEveryParentAndStartsFromScratch) {
-  Snapshot snapshot;
-  for (const auto& [pid, ppid] : {std::pair{30, 10}, {20, 10}, {40, 999}, {10, 10}})
-    snapshot.procs[pid] = {.pid = pid, .ppid = ppid};
-  snapshot.index();
-  EXPECT_THAT(snapshot.children, ElementsAre(Pair(10, ElementsAre(10, 20, 30)), Pair(999, ElementsAre(40))));
-
-  snapshot.procs.erase(40);
-  snapshot.index();
-  EXPECT_THAT(snapshot.children, ElementsAre(Pair(10, ElementsAre(10, 20, 30))));
-}
-
 const Timestamp started = timestamp(1'700'000'000);
 
 TEST(Fix, CommandsAndPidsOfNestedLists) {
@@ -155,17 +128,25 @@ TEST(Fix, CommandsAndPidsOfNestedLists) {
 
 TEST(Fix, HashesLookAtCaseAndWholePayload) {
   const Fix base{Signal{41, 15, started}};
-  std::vector<Fix> all{base, {All{{base}}}, {All{{base, base}}}, {All{}}};
-  for (const Signal& signal : {Signal{42, 15, started}, {41, 9, started}, {41, 15, started + Seconds{1}}})
-    all.push_back({signal});
-  for (const decltype(Fix::kind)& kind : std::vector<decltype(Fix::kind)>{
-           QuitApp{"x"}, DockerStop{"x"}, SimShutdown{"x"}, OpenSettings{"x"}, AskAutomation{"x"},
-           CloseDuplicateTabs{"x"}, OpenTab{"x", "y"}, OpenTab{"y", "x"}})
-    all.push_back({kind});
-  EXPECT_NE((Fix{All{{base}}}), (Fix{All{{base, base}}}));
+  const Fix all[] = {base,
+                     {All{{base}}},
+                     {All{{base, base}}},
+                     {All{}},
+                     {Signal{42, 15, started}},
+                     {Signal{41, 9, started}},
+                     {Signal{41, 15, started + Seconds{1}}},
+                     {QuitApp{"x"}},
+                     {DockerStop{"x"}},
+                     {SimShutdown{"x"}},
+                     {OpenSettings{"x"}},
+                     {AskAutomation{"x"}},
+                     {CloseDuplicateTabs{"x"}},
+                     {OpenTab{"x", "y"}},
+                     {OpenTab{"y", "x"}}};
+  EXPECT_NE(all[1], all[2]);
   std::set<std::size_t> hashes;
   for (const Fix& fix : all) hashes.insert(std::hash<Fix>{}(fix));
-  EXPECT_EQ(hashes.size(), all.size());
+  EXPECT_EQ(hashes.size(), std::size(all));
   EXPECT_EQ(std::hash<Fix>{}(base), std::hash<Fix>{}(Fix{Signal{41, 15, started}}));
 }
 
@@ -177,10 +158,8 @@ TEST(Browsers, OneWithoutAnIdentifierCannotBeAsked) {
 
 TEST(UtcTime, IsTheSecondThatHasBegun) {
   const std::pair<double, const char*> cases[] = {
-      {0, "1970-01-01T00:00:00Z"},
       {-0.001, "1969-12-31T23:59:59Z"},
       {951'782'400, "2000-02-29T00:00:00Z"},
-      {1'790'000'000.999, "2026-09-21T14:13:20Z"},
       {-62'167'219'200, "0000-01-01T00:00:00Z"},
       {-1e18, "0000-01-01T00:00:00Z"},
       {253'402'300'799.9, "9999-12-31T23:59:59Z"},

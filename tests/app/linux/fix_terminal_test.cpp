@@ -62,8 +62,7 @@ class Session {
     ::close(screen_);
     if (!ended_) ::kill(pid_, SIGKILL), ::waitpid(pid_, nullptr, 0);
   }
-  Session(const Session&) = delete;
-  Session& operator=(const Session&) = delete;
+  Session(Session&&) = delete;  // nor copied
 
   // What appeared since the last time, up to that text; everything when the program ended without it.
   std::string until(const std::string& text) {
@@ -136,10 +135,11 @@ TEST(FixAtATerminal, DoesWhatWasShownAndConfirmedAndNothingElse) {
   const std::string wouldDo = "Would do: Let the Mac sleep (caffeinate): kill -TERM @\r\n";
   const std::string freed = "Done. Freed 0 MB.\r\n";
   const std::string still = "Done, but it is still there. Refresh in a few seconds.\r\n";
+  const std::string odd = unknown + "␛[A”.\r\n" + choose;
   const Story stories[] = {{{"--fix"},
                             {{"", choose},
                              {"99\n", unknown + "99”.\r\n" + choose},
-                             {"\x1B[A\n", unknown + "␛[A”.\r\n" + choose},
+                             {"\x1B[A\n", odd},
                              {"#\n", calm},
                              {"n\n", nothing},
                              {"#\n", calm},

@@ -20,8 +20,7 @@ struct ClockAhead : SystemClock {
 struct Server {
   explicit Server(const std::string& folder) {
     const Descriptor listener(::socket(AF_INET, SOCK_STREAM, 0));
-    sockaddr_in address{
-        .sin_family = AF_INET, .sin_port = 0, .sin_addr = {htonl(INADDR_LOOPBACK)}, .sin_zero = {}};
+    sockaddr_in address{.sin_family = AF_INET, .sin_addr = {htonl(INADDR_LOOPBACK)}};
     socklen_t length = sizeof address;
     auto* generic = reinterpret_cast<sockaddr*>(&address);
     if (::bind(listener.number(), generic, length) != 0 || ::listen(listener.number(), 1) != 0 ||
@@ -67,19 +66,19 @@ TEST_P(HangingMount, CostsItsOwnAnswersAndNothingElse) {
   ClockAhead clock;
   RealOutside real(Self{::getpid(), ::getuid(), home}, TARNWICK_PROGRAM);
   const Outside here = real.parts();
-  Machine machine({.self = here.self,
-                   .settings = here.settings,
-                   .clock = clock,
-                   .limits = here.limits,
-                   .files = here.files,
-                   .homeFiles = here.homeFiles,
-                   .tools = here.tools,
-                   .toolCandidates = here.toolCandidates,
-                   .transport = here.transport,
-                   .engineSockets = {},
-                   .sources = here.sources,
-                   .browsers = here.browsers,
-                   .targets = here.targets},
+  Machine machine({here.self,
+                   here.settings,
+                   clock,
+                   here.limits,
+                   here.files,
+                   here.homeFiles,
+                   here.tools,
+                   here.toolCandidates,
+                   here.transport,
+                   {},
+                   here.sources,
+                   here.browsers,
+                   here.targets},
                   PrTitles::never);
   int swallowed = 0;
   for (const char* time : {"the first time", "the second time"}) {
@@ -112,27 +111,19 @@ TEST_P(HangingMount, AsAHomeThatDiesLaterHoldsNeitherChecksNorSettingsUp) {
   }
 }
 
-TEST_P(HangingMount, DoesNotHoldWhoeverSentAToolThere) {
-  mount->die(2 * generous);
-  const double before = now.uptime();
-  const auto tool = tools.start("/bin/ls", {dead + "/x"}, {.seconds = 0.2});
-  ASSERT_NE(tool, nullptr);
-  EXPECT_TRUE(tool->result().late);
-  EXPECT_LT(now.uptime() - before, generous);
-}
-
 TEST_P(HangingMount, AsAHomeFolderLeavesTheRestOfTheReport) {
   const std::string link = world.folder.at("link");
   std::filesystem::create_symlink(dead, link);
-  mount->die(4 * generous);
+  mount->die(5 * generous);
+  double before = now.uptime();
+  EXPECT_TRUE(tools.start("/bin/ls", {dead + "/x"}, {.seconds = 0.2})->result().late);
+  EXPECT_LT(now.uptime() - before, generous) << "whoever sent a tool there is not held";
   const std::string leftOut = "tarnwick: left out, because it did not answer in time: " + dead + ".\n";
   for (const std::string& home : {dead + "/me", link}) {
-    const double before = now.uptime();
+    before = now.uptime();
     const auto tool = tools.start("/bin/sh", {"-c", "\"$0\" --print 2>&1 >/dev/null", TARNWICK_PROGRAM},
                                   {.addedVariables = {{"HOME", home}}, .seconds = 2 * generous});
-    ASSERT_NE(tool, nullptr);
-    const ToolResult result = tool->result();
-    EXPECT_EQ(std::tuple(result.output, result.exitStatus), std::tuple(leftOut, 0)) << home;
+    EXPECT_EQ(tool->result().output, leftOut) << home;
     EXPECT_LT(now.uptime() - before, generous);
   }
 }

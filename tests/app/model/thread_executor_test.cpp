@@ -61,39 +61,30 @@ TEST(ThreadExecutor, MainTasksRunInOrderAndOnlyInTheirTurn) {
   EXPECT_EQ(wakes, 3);
 }
 
-TEST(ThreadExecutor, TheEndWaitsForWhatRunsAndDropsWhatIsLeftForTheMainThread) {
-  std::atomic<bool> finished = false;
-  int ran = 0;
-  {
+TEST(ThreadExecutor, AQuitWaitsForATaskButNotForEverAndTheEndDropsWhatIsLeftForTheMainThread) {
+  for (const bool quits : {true, false}) {
     std::latch running(1);
-    ThreadExecutor executor([] {});
-    executor.background([&] {
-      running.count_down();
-      for (int i = 0; i < 1000; ++i) std::this_thread::yield();
-      executor.main([&] { ++ran; });
-      finished = true;
-    });
-    running.wait();
+    std::latch end(1);
+    std::atomic<bool> finished = false;
+    std::atomic<bool> ran = false;
+    {
+      ThreadExecutor executor([] {});
+      executor.background([&] {
+        running.count_down();
+        end.wait();
+        for (int i = 0; i < 1000; ++i) std::this_thread::yield();
+        executor.main([&] { ran = true; });
+        finished = true;
+      });
+      running.wait();
+      EXPECT_TRUE(!quits || !executor.endWithin(0.05));
+      if (quits) executor.background([&] { ran = true; });
+      end.count_down();
+      EXPECT_TRUE(!quits || executor.endWithin(60));
+    }
+    EXPECT_TRUE(finished);
+    EXPECT_FALSE(ran) << "no task is taken any more";
   }
-  EXPECT_TRUE(finished);
-  EXPECT_EQ(ran, 0);
-}
-
-TEST(ThreadExecutor, AQuitWaitsForATaskButNotForEver) {
-  std::latch running(1);
-  std::latch end(1);
-  ThreadExecutor executor([] {});
-  executor.background([&] {
-    running.count_down();
-    end.wait();
-  });
-  running.wait();
-  EXPECT_FALSE(executor.endWithin(0.05));
-  std::atomic<bool> ran = false;
-  executor.background([&] { ran = true; });
-  end.count_down();
-  EXPECT_TRUE(executor.endWithin(60));
-  EXPECT_FALSE(ran) << "no task is taken any more";
 }
 
 // Keeps plain, unguarded state as the real scan does: the thread sanitizer sees two checks at once, or a

@@ -59,18 +59,14 @@ TEST(Program, ModesPrintAndEndAsTheyShould) {
        0, "1 1 1 1 1 1 1 "},
       {R"("$T" --watch 86400 2>&1 | { read -r day time rest; echo ${#day} ${#time}; })", 0, "10 8\n"},
       {R"("$T" --top abc 2>&1)", 1, "tarnwick: “abc” is no number of rows for --top. Use 1 to 100.\n"},
-      {R"("$T" --json --version 2>&1)", 1,
-       "tarnwick: --json goes with --print, --demo, --top or --watch, or stands alone.\n"},
       {R"-("$T" --watch 86400 --json 2>&1 | { read -r line; case $line in '{"schema":1,'*'}') echo whole; esac; })-",
        0, "whole\n"},
-      {R"("$T" --json --demo --scenario calm --exit-code >/dev/null)", 0, ""},
       {R"("$T" --json --demo --exit-code >/dev/null)", 3, ""},
       {R"("$T" --json --demo --scenario Calm 2>/dev/null)", 1, ""},
       {gone + R"("$T" --json --demo; echo status $? >&2; } | true; } 2>&1)", 0,
        "tarnwick: the document could not be written: Broken pipe.\nstatus 1\n"},
       {gone + R"("$T" --top --demo; echo status $? >&2; } | true; } 2>&1)", 0, "status 0\n"},
-      {R"("$T" --json --demo --scenario calm | tail -c 2)", 0, "}\n"},
-      {R"(for i in 1 2 3; do "$T" --demo | cksum; done | sort -u | wc -l | tr -d ' ')", 0, "1\n"}};
+      {R"("$T" --json --demo --scenario calm --exit-code | tail -c 2)", 0, "}\n"}};
   for (const auto& [line, status, output] : cases) {
     const ToolResult result = shell(line);
     EXPECT_EQ(std::tie(result.exitStatus, result.output), std::tie(status, output)) << line;
@@ -126,12 +122,10 @@ TEST(Program, ALiveCheckReportsEvenOnAPoorMachine) {
        {R"("$T" --print 2>&1)", R"(env -i HOME=/nonexistent TARNWICK_NO_TOOLS= "$T" --print 2>&1)"}) {
     const ToolResult result = shell(line);
     EXPECT_EQ(result.exitStatus, 0);
-    const std::string header = result.output.substr(0, result.output.find('\n'));
     EXPECT_THAT(
-        header,
+        result.output.substr(0, result.output.find("\n\n")),
         MatchesRegex(
             "[0-9.]+ [GM]B memory, [0-9.]+ [GM]B moved to disk · processor [0-9]+% busy · last restart [0-9]+ [a-z]+ ago"));
-    EXPECT_THAT(result.output.substr(header.size()), StartsWith("\n\n"));
   }
 }
 

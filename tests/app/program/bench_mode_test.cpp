@@ -48,21 +48,13 @@ std::string bench(const std::vector<std::vector<std::pair<const char*, double>>>
 
 TEST(BenchMode, PrintsMediansByPhaseAndItsOwnCost) {
   // The second check is the first with a phase: "late" is not among its phases, "once" only there.
-  EXPECT_EQ(bench({{{"start", 1000}},
-                   {{"start", 7}, {"first pass", 4}, {"system and apps", 2.3}, {"once", 3}},
-                   {{"start", 7}, {"first pass", 1}, {"system and apps", 1.3}, {"late", 50}},
-                   {{"start", 7}, {"first pass", 3}, {"system and apps", 9}},
-                   {{"start", 7}, {"first pass", 1200.5}}}),
-            "footprint before any check: 10.5 MB\n"
-            "footprint after check 1: 11.5 MB\n"
-            "median CPU ms per check, by phase:\n"
-            "first pass 4.0\n"
-            "system and apps 2.3\n"
-            "once 3.0\n"
-            "footprint now: 12.5 MB\n"
-            " total 9.3\n"
-            "child processes: 12.6 ms per check\n"
-            "peak footprint: 99.0 MB\n");
+  EXPECT_EQ(
+      bench({{{"start", 1000}},
+             {{"start", 7}, {"first pass", 4}, {"system and apps", 2.3}, {"once", 3}},
+             {{"start", 7}, {"first pass", 1}, {"system and apps", 1.3}, {"late", 50}},
+             {{"start", 7}, {"first pass", 3}, {"system and apps", 9}},
+             {{"start", 7}, {"first pass", 1200.5}}}),
+      "footprint before any check: 10.5 MB\nfootprint after check 1: 11.5 MB\nmedian CPU ms per check, by phase:\nfirst pass 4.0\nsystem and apps 2.3\nonce 3.0\nfootprint now: 12.5 MB\n total 9.3\nchild processes: 12.6 ms per check\npeak footprint: 99.0 MB\n");
 }
 
 }  // namespace

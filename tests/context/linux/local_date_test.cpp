@@ -37,8 +37,7 @@ TEST(LocalDate, OnlyAKnownLanguageAndMomentsInTheCalendarReachTheLibrary) {
     EXPECT_EQ(dateIn({odd.c_str(), "", ""}), american) << odd.substr(0, 20);
   EXPECT_THAT(dateIn({"de_419", "", ""}), StartsWith("21.11.2026, ")) << "the hour's form is the region's";
   EXPECT_FALSE(dateIn({"zh_TW", "", ""}).empty());
-  const double infinity = std::numeric_limits<double>::infinity();
-  for (const double moment : {-infinity, -1e300, 1e300, infinity, std::numeric_limits<double>::quiet_NaN()})
+  for (const double moment : {-std::numeric_limits<double>::infinity(), -1e300, 1e300, std::nan("")})
     EXPECT_FALSE(dateIn({"en_US", "", ""}, moment).empty()) << moment;
 }
 

@@ -65,21 +65,6 @@ TEST_F(GitReaderTest, ALinkedWorkTreeIsACopyAndASubmoduleHasItsOwnOrigin) {
   EXPECT_EQ(std::tie(git.repo, git.lastCommit, git.isCopy), std::tuple("inner", "Inner", true));
 }
 
-TEST_F(GitReaderTest, FilesThatAreNoFilesAreUnreadable) {
-  const std::string dir = world_.repository("shop", "First");
-  fs::remove(dir + "/.git/config");
-  ASSERT_EQ(::mkfifo((dir + "/.git/config").c_str(), 0600), 0);
-  fs::resize_file(dir + "/.git/HEAD", 2'147'483'648U);
-  ToolPlaces none{ToolCandidates{}};
-  GitReader withoutGit(world_.runner, none, clock_, files_, "/home", [] { return false; });
-  EXPECT_EQ(withoutGit.readGit(dir), (Git{"shop", "", "", "", false, std::nullopt}));
-
-  world_.folder.write("text/.git", "git directory: /a");
-  ASSERT_EQ(::mkfifo(world_.folder.at(".git").c_str(), 0600), 0);
-  EXPECT_EQ(reader_.readGit(world_.folder.path()), std::nullopt);
-  EXPECT_EQ(reader_.readGit(world_.folder.at("text")), std::nullopt);
-}
-
 TEST_F(GitReaderTest, AnEmptyMarkerFolderIsNotTheRepositoryAboveIt) {
   const std::string inner = world_.repository("outer", "Secret of the parent") + "/inner";
   fs::create_directories(inner + "/.git");

@@ -39,8 +39,7 @@ class FuseMount {
     if (server_.joinable()) server_.join();
     if (device_ >= 0) ::close(device_);
   }
-  FuseMount(const FuseMount&) = delete;
-  FuseMount& operator=(const FuseMount&) = delete;
+  FuseMount(FuseMount&&) = delete;  // nor copied
 
   bool isMounted() const { return mounted_; }
 
@@ -82,17 +81,10 @@ class FuseMount {
   void answer(const fuse_in_header& head) {
     fuse_init_out init{.major = FUSE_KERNEL_VERSION, .minor = FUSE_KERNEL_MINOR_VERSION, .max_write = 4'096};
     fuse_attr_out attributes{.attr = {.ino = 1, .mode = S_IFDIR | 0755U, .nlink = 2}};
-    switch (head.opcode) {
-      case FUSE_INIT:
-        return reply(head, 0, &init, sizeof init);
-      case FUSE_GETATTR:
-        return reply(head, 0, &attributes, sizeof attributes);
-      case FUSE_FORGET:
-      case FUSE_BATCH_FORGET:
-        return;
-      default:
-        return reply(head, head.opcode == FUSE_LOOKUP ? -ENOENT : -ENOSYS, nullptr, 0);
-    }
+    if (head.opcode == FUSE_FORGET || head.opcode == FUSE_BATCH_FORGET) return;
+    if (head.opcode == FUSE_INIT) return reply(head, 0, &init, sizeof init);
+    if (head.opcode == FUSE_GETATTR) return reply(head, 0, &attributes, sizeof attributes);
+    reply(head, head.opcode == FUSE_LOOKUP ? -ENOENT : -ENOSYS, nullptr, 0);
   }
 
   void reply(const fuse_in_header& question, int error, void* body, std::size_t bytes) const {

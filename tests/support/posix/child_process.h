@@ -43,8 +43,7 @@ class ChildProcess {
   ~ChildProcess() {
     if (running_) killed();
   }
-  ChildProcess(const ChildProcess&) = delete;
-  ChildProcess& operator=(const ChildProcess&) = delete;
+  ChildProcess(ChildProcess&&) = delete;  // nor copied
 
   Pid pid() const { return pid_; }
 

@@ -37,13 +37,9 @@ TEST(SystemClock, SignalsDoNotShortenASleepAndNothingToSleepReturns) {
 }
 
 TEST(SystemClock, TellsAMomentAsTheUserReadsIt) {
-  const std::pair<const char*, const char*> cases[] = {{"UTC", "2023-11-14 22:13:20"},
-                                                       {"XYZ-5:30", "2023-11-15 03:43:20"}};
-  for (const auto& [zone, text] : cases) {
-    ::setenv("TZ", zone, 1);
-    ::tzset();
-    EXPECT_EQ(localTime(timestamp(1'700'000'000.9)), text);
-  }
+  ::setenv("TZ", "XYZ-5:30", 1);
+  ::tzset();
+  EXPECT_EQ(localTime(timestamp(1'700'000'000.9)), "2023-11-15 03:43:20");
 }
 
 TEST(Self, HomeFallsBack) {
@@ -60,9 +56,8 @@ TEST(Self, HomeIsTheFolderBehindTheLinks) {
   folder.write("disk/home/ana/x", "");
   std::filesystem::create_directory_symlink(folder.at("disk/home"), folder.at("home"));
   std::filesystem::create_directory_symlink("ana", folder.at("disk/home/alias"));
-  const std::string real = std::filesystem::canonical(folder.at("disk/home/ana")).string();
   for (const char* name : {"disk/home/ana", "home/ana", "home/alias"})
-    EXPECT_EQ(resolvedHome(folder.at(name)), real) << name;
+    EXPECT_EQ(resolvedHome(folder.at(name)), folder.at("disk/home/ana")) << name;
   EXPECT_EQ(resolvedHome("/nonexistent/home"), "/nonexistent/home");
 }
 
@@ -80,8 +75,7 @@ class Variable {
     give(value);
   }
   ~Variable() { give(before_); }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
+  Variable(Variable&&) = delete;  // nor copied
 
  private:
   void give(const std::optional<std::string>& value) const {
@@ -92,25 +86,17 @@ class Variable {
 };
 
 TEST(Environment, FoldersFollowItOnlyToAbsolutePlaces) {
-  const std::tuple<Text, const char*, const char*> cases[] = {{{}, "/h/.config", "/run/user/1000"},
-                                                              {"", "/h/.config", "/run/user/1000"},
-                                                              {"relative", "/h/.config", "/run/user/1000"},
-                                                              {"/c", "/c", "/c"}};
-  for (const auto& [value, config, runtime] : cases) {
+  for (const Text& value : {Text(), Text(""), Text("relative"), Text("/c")}) {
     const Variable configHome("XDG_CONFIG_HOME", value);
     const Variable runtimeHome("XDG_RUNTIME_DIR", value);
-    EXPECT_EQ(configFolder("/h"), config);
-    EXPECT_EQ(runtimeFolder(1000), runtime);
+    EXPECT_EQ(configFolder("/h") + runtimeFolder(1000), value == "/c" ? "/c/c" : "/h/.config/run/user/1000");
   }
 }
 
 TEST(Environment, DataFoldersFollowTheBaseDirectoryRules) {
-  const std::vector<std::string> usual = {"/h/.local/share", "/usr/local/share", "/usr/share"};
   const std::tuple<Text, Text, Strings> cases[] = {
-      {{}, {}, usual},
-      {"relative", "", usual},
-      {"/data/", "/x:relative::/y//", {"/data", "/x", "/y"}},
-  };
+      {"relative", "", {"/h/.local/share", "/usr/local/share", "/usr/share"}},
+      {"/data/", "/x:relative::/y//", {"/data", "/x", "/y"}}};
   for (const auto& [home, dirs, folders] : cases) {
     const Variable dataHome("XDG_DATA_HOME", home);
     const Variable dataDirs("XDG_DATA_DIRS", dirs);
