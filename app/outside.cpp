@@ -23,7 +23,7 @@ RealOutside::RealOutside(const Self& self, const std::string& program)
       settings_(userSettings(placed_, settingsHome_)),
       sources_(liveMachine(placed_, homeFiles_, limits_)),
       browsers_(systemBrowsers(limitedTools_)),
-      targets_(systemTargets(*sources_, self)) {}
+      targets_(systemTargets(*sources_, homeFiles_, self)) {}
 
 void RealOutside::beforeTheEnd() {
   tools_.endAll();
