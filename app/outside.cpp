@@ -15,9 +15,10 @@ Self withFiles(Self self, Files& files) {
 
 }  // namespace
 
-RealOutside::RealOutside(const Self& self, const std::string& program)
+RealOutside::RealOutside(const Self& self, const std::string& program, const DistantPoints& distant)
     : self_(self),
       files_(program, clock_, limits_),
+      homeFiles_(files_, clock_, distant),
       settingsFiles_(program, clock_, unlimited_),
       placed_(withFiles(self, homeFiles_)),
       settings_(userSettings(placed_, settingsHome_)),

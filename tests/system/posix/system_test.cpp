@@ -62,8 +62,8 @@ TEST(Self, HomeIsTheFolderBehindTheLinks) {
   std::filesystem::create_directory_symlink("ana", folder.at("disk/home/alias"));
   const std::string real = std::filesystem::canonical(folder.at("disk/home/ana")).string();
   for (const char* name : {"disk/home/ana", "home/ana", "home/alias"})
-    EXPECT_EQ(resolvedHome(folder.at(name)), real) << name;
-  EXPECT_EQ(resolvedHome("/nonexistent/home"), "/nonexistent/home");
+    EXPECT_EQ(resolvedHome(folder.at(name), distantMounts()), real) << name;
+  EXPECT_EQ(resolvedHome("/nonexistent/home", distantMounts()), "/nonexistent/home");
 }
 
 TEST(Self, CostIsCountedInMilliseconds) {
