@@ -5,6 +5,7 @@
 
 #include "app/machine.h"
 #include "system/posix/descriptor.h"
+#include "tests/support/fake_clock.h"
 #include "tests/support/linux/fuse_mount.h"
 #include "tests/support/posix/child_process.h"
 #include "tests/support/posix/git_world.h"
@@ -112,8 +113,16 @@ TEST_P(HangingMount, AsAHomeThatDiesLaterHoldsNeitherChecksNorSettingsUp) {
   }
 }
 
-TEST_P(HangingMount, DoesNotHoldWhoeverSentAToolThere) {
+TEST_P(HangingMount, DoesNotHoldWhoeverSentAToolThereAndIsLeftAloneForFiveMinutes) {
   mount->die(2 * generous);
+  FakeClock clock;
+  CheckLimits limits(clock);
+  GuardedFiles files(TARNWICK_PROGRAM, clock, limits);
+  EXPECT_FALSE(files.isDirectory(dead + "/x") || files.mayVisit(dead));
+  clock.turn(299);
+  EXPECT_FALSE(files.mayVisit(dead));
+  clock.turn(1);
+  EXPECT_TRUE(files.mayVisit(dead));
   const double before = now.uptime();
   const auto tool = tools.start("/bin/ls", {dead + "/x"}, {.seconds = 0.2});
   ASSERT_NE(tool, nullptr);

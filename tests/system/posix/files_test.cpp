@@ -242,7 +242,7 @@ TEST_F(GuardedFilesTest, WhatIsBegunIsFinishedAfterTheEndOfWhoeverWantedIt) {
 }
 
 TEST_F(GuardedFilesTest, WhoeverDoesNotAnswerIsAbandonedAndItsFolderLeftAloneForTheCheck) {
-  GuardedFiles files(worker("exec sleep 1000"), clock_, limits_);
+  GuardedFiles files(worker("exec sleep 4"), clock_, limits_);  // one that was waited for would have ended
   const auto ask = [&](const std::string& path) { return files.pathExists(folder_.at(path)); };
   limits_.begin();
   EXPECT_FALSE(ask("a/.git"));
