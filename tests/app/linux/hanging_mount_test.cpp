@@ -115,19 +115,20 @@ TEST_P(HangingMount, AsAHomeThatDiesLaterHoldsNeitherChecksNorSettingsUp) {
 
 TEST_P(HangingMount, DoesNotHoldWhoeverSentAToolThereAndIsLeftAloneForFiveMinutes) {
   mount->die(2 * generous);
-  FakeClock clock;
-  CheckLimits limits(clock);
-  GuardedFiles files(TARNWICK_PROGRAM, clock, limits);
-  EXPECT_FALSE(files.isDirectory(dead + "/x") || files.mayVisit(dead));
-  clock.turn(299);
-  EXPECT_FALSE(files.mayVisit(dead));
-  clock.turn(1);
-  EXPECT_TRUE(files.mayVisit(dead));
   const double before = now.uptime();
   const auto tool = tools.start("/bin/ls", {dead + "/x"}, {.seconds = 0.2});
   ASSERT_NE(tool, nullptr);
   EXPECT_TRUE(tool->result().late);
   EXPECT_LT(now.uptime() - before, generous);
+
+  FakeClock clock;
+  CheckLimits limits(clock);
+  GuardedFiles files(TARNWICK_PROGRAM, clock, limits);
+  EXPECT_FALSE(files.isDirectory(dead + "/other") || files.mayVisit(dead));
+  clock.turn(299);
+  EXPECT_FALSE(files.mayVisit(dead));
+  clock.turn(1);
+  EXPECT_TRUE(files.mayVisit(dead));
 }
 
 TEST_P(HangingMount, AsAHomeFolderLeavesTheRestOfTheReport) {

@@ -262,6 +262,15 @@ TEST_F(GuardedFilesTest, WhoeverDoesNotAnswerIsAbandonedAndItsFolderLeftAloneFor
   EXPECT_EQ(starts(), 3) << "a disk of this machine was only slow";
 }
 
+TEST_F(GuardedFilesTest, AListOfMountsIsGoodForHalfAMinute) {
+  GuardedFiles nobody(folder_.at("missing"), clock_, limits_);
+  HomeFiles files(nobody, clock_, Strings{folder_.path()});
+  for (const auto& [seconds, local] : {std::pair(0.0, false), {30.0, false}, {1.0, true}}) {
+    clock_.turn(seconds);
+    EXPECT_EQ(files.isDirectory(folder_.path()), local) << seconds;
+  }
+}
+
 TEST_F(GuardedFilesTest, AWorkerThatEndsIsNoAnswerAndNoDelay) {
   for (const std::string& program : {worker("exit 0"), folder_.at("missing")}) {
     GuardedFiles files(program, clock_, limits_);
