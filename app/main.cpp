@@ -83,7 +83,8 @@ int stay(int status) { return status; }
 
 int run(const CommandLine& words) {
   if (!words.unknown.empty()) complainUnknownWords(words.unknown);
-  const Self self = readSelf();
+  const DistantPoints distant = distantMounts();
+  const Self self = readSelf(distant);
   std::optional<RealOutside> outside;
   if (const auto wrong = wrongWords(words)) return complain(*wrong);
   const bool isLiveReport = (words.mode == Mode::print || words.mode == Mode::top) && !words.scenario;
@@ -92,7 +93,7 @@ int run(const CommandLine& words) {
       .self = self,
       .outside =
           [&] {
-            outside.emplace(self, ownExecutable().value_or(""));
+            outside.emplace(self, ownExecutable().value_or(""), distant);
             if (words.mode == Mode::application) outside->watchForTheEnd();
             return outside->parts();
           },

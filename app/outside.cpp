@@ -15,15 +15,16 @@ Self withFiles(Self self, Files& files) {
 
 }  // namespace
 
-RealOutside::RealOutside(const Self& self, const std::string& program)
+RealOutside::RealOutside(const Self& self, const std::string& program, const DistantPoints& distant)
     : self_(self),
       files_(program, clock_, limits_),
+      homeFiles_(files_, clock_, distant),
       settingsFiles_(program, clock_, unlimited_),
       placed_(withFiles(self, homeFiles_)),
       settings_(userSettings(placed_, settingsHome_)),
       sources_(liveMachine(placed_, homeFiles_, limits_)),
       browsers_(systemBrowsers(limitedTools_)),
-      targets_(systemTargets(*sources_, self)) {}
+      targets_(systemTargets(*sources_, homeFiles_, self)) {}
 
 void RealOutside::beforeTheEnd() {
   tools_.endAll();

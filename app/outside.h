@@ -44,8 +44,9 @@ struct Outside {
 // The system that the program runs on; owns what its parts() name.
 class RealOutside {
  public:
-  // `program`: the path of this program, which is started anew to ask about files.
-  RealOutside(const Self& self, const std::string& program);
+  // `program`: the path of this program, which is started anew to ask about files. `distant`: what the list
+  // of mounts says now, when it has been read already.
+  RealOutside(const Self& self, const std::string& program, const DistantPoints& distant = {});
 
   Outside parts();
 
@@ -70,7 +71,7 @@ class RealOutside {
   SystemClock clock_;
   CheckLimits limits_{clock_};
   GuardedFiles files_;
-  HomeFiles homeFiles_{files_, clock_};
+  HomeFiles homeFiles_;
   CheckLimits unlimited_{clock_};  // what the panel asks for itself belongs to no check
   GuardedFiles settingsFiles_;
   HomeFiles settingsHome_{settingsFiles_, clock_};

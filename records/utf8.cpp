@@ -12,24 +12,28 @@ namespace {
 // In valid UTF-8 a code point starts at every byte that is not a continuation byte (10xxxxxx).
 bool startsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }
 
-std::uint64_t eightBytes(const char* from) {
-  std::uint64_t eight = 0;
-  std::memcpy(&eight, from, sizeof eight);
-  return eight;
+template <typename Number>
+std::uint64_t bytesAt(const char* from) {
+  Number bytes = 0;
+  std::memcpy(&bytes, from, sizeof bytes);
+  return bytes;
 }
 
-// Nearly every text from outside is, and eight bytes at a time tell it at a tenth of the price. The last
-// eight may overlap those before.
+// Nearly every text from outside is, and eight bytes at a time tell it at a tenth of the price, four at half.
+// The last ones may overlap those before.
 bool isAscii(std::string_view bytes) {
   constexpr std::size_t step = sizeof(std::uint64_t);
+  constexpr std::size_t halfStep = sizeof(std::uint32_t);
   constexpr std::uint64_t highBits = 0x8080'8080'8080'8080U;
+  const char* const end = bytes.data() + bytes.size();
   std::uint64_t seen = 0;
-  if (bytes.size() < step) {
-    for (const char byte : bytes) seen |= static_cast<unsigned char>(byte);
+  if (bytes.size() >= step) {
+    for (const char* at = bytes.data(); at < end - step; at += step) seen |= bytesAt<std::uint64_t>(at);
+    seen |= bytesAt<std::uint64_t>(end - step);
+  } else if (bytes.size() >= halfStep) {
+    seen = bytesAt<std::uint32_t>(bytes.data()) | bytesAt<std::uint32_t>(end - halfStep);
   } else {
-    const char* const last = bytes.data() + bytes.size() - step;
-    for (const char* at = bytes.data(); at < last; at += step) seen |= eightBytes(at);
-    seen |= eightBytes(last);
+    for (const char byte : bytes) seen |= static_cast<unsigned char>(byte);
   }
   return (seen & highBits) == 0;
 }

@@ -38,22 +38,45 @@ std::string unescaped(std::string_view text) {
   return plain;
 }
 
-}  // namespace
+bool isLocalKind(std::string_view kind) { return std::ranges::find(localKinds, kind) != localKinds.end(); }
+
+struct MountLine {
+  std::string_view point;  // as the kernel writes it
+  std::string_view kind;   // empty when the line is malformed
+};
 
 // "36 35 98:0 /root /mount/point options optional fields - kind source options"
-std::vector<Mount> mountsIn(std::string_view mountinfo) {
+MountLine takeMount(std::string_view& mountinfo) {
   constexpr int wordsBefore = 4;
+  std::string_view line = takeLine(mountinfo);
+  for (int word = 0; word < wordsBefore; ++word) takeWord(line);
+  const std::string_view point = takeWord(line);
+  if (!point.starts_with('/')) return {};
+  std::string_view word = takeWord(line);
+  while (!word.empty() && word != "-") word = takeWord(line);
+  return {point, takeWord(line)};
+}
+
+}  // namespace
+
+std::vector<Mount> mountsIn(std::string_view mountinfo) {
   std::vector<Mount> all;
   while (!mountinfo.empty()) {
-    std::string_view line = takeLine(mountinfo);
-    for (int word = 0; word < wordsBefore; ++word) takeWord(line);
-    const std::string_view point = takeWord(line);
-    std::string_view word = takeWord(line);
-    while (!word.empty() && word != "-") word = takeWord(line);
-    const std::string_view kind = takeWord(line);
-    if (point.starts_with('/') && !kind.empty()) all.push_back({unescaped(point), std::string(kind)});
+    if (const MountLine line = takeMount(mountinfo); !line.kind.empty())
+      all.push_back({unescaped(line.point), std::string(line.kind)});
   }
   return all;
+}
+
+DistantPoints distantIn(std::string_view mountinfo) {
+  DistantPoints points;
+  while (!mountinfo.empty()) {
+    const MountLine line = takeMount(mountinfo);
+    if (line.kind.empty()) continue;
+    if (!points) points.emplace();
+    if (!isLocalKind(line.kind)) points->push_back(unescaped(line.point));
+  }
+  return points;
 }
 
 const Mount* mountOf(std::string_view path, const std::vector<Mount>& all) {
@@ -68,7 +91,7 @@ const Mount* mountOf(std::string_view path, const std::vector<Mount>& all) {
 std::vector<std::string> distantPoints(const std::vector<Mount>& all) {
   std::vector<std::string> points;
   for (const Mount& mount : all) {
-    if (std::ranges::find(localKinds, mount.kind) == localKinds.end()) points.push_back(mount.point);
+    if (!isLocalKind(mount.kind)) points.push_back(mount.point);
   }
   return points;
 }

@@ -1,6 +1,7 @@
 // Which file systems are mounted where, as the kernel lists it: asking never touches them.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,8 +16,15 @@ struct Mount {
 // Those of this process, in the kernel's order; empty when it does not say.
 std::vector<Mount> mounts();
 
+// The points of those that need somebody else to answer; absent when the kernel does not say.
+using DistantPoints = std::optional<std::vector<std::string>>;
+DistantPoints distantMounts();
+
 // The lines of /proc/self/mountinfo; malformed ones are left out.
 std::vector<Mount> mountsIn(std::string_view mountinfo);
+
+// The same as distantPoints() of them; most are local, and nothing is kept of those.
+DistantPoints distantIn(std::string_view mountinfo);
 
 // The mount that holds `path`, an absolute path without links, as far as its text tells: that with the
 // longest fitting point, of several the last. Null when none does.

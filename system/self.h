@@ -6,6 +6,7 @@
 #include <string>
 
 #include "records/basics.h"
+#include "system/mounts.h"
 
 namespace tarnwick {
 
@@ -18,10 +19,10 @@ std::string homeFolder(const std::optional<std::string>& environment,
 // The folder that `home` really is: through every link, in it or above it. The kernel names working folders
 // and executables that way, and they are compared with it. `home` itself where it leads nowhere. What lies
 // behind a file system that may never answer is not looked at: the rest of the path stays as it is.
-std::string resolvedHome(const std::string& home);
+std::string resolvedHome(const std::string& home, const DistantPoints& distant);
 
 // Asks the system; to be called once, at start. The home folder is resolved.
-Self readSelf();
+Self readSelf(const DistantPoints& distant);
 
 // User + system time that this process has used so far, in milliseconds; 0 when unknown.
 double processorMilliseconds();

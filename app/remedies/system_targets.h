@@ -6,6 +6,7 @@
 
 #include "records/finding.h"
 #include "sampling/live_machine.h"
+#include "system/files.h"
 
 namespace tarnwick {
 
@@ -38,7 +39,7 @@ class SystemTargets {
   virtual bool openSettings(const std::string& pane) = 0;
 };
 
-// Those of this system. `sources` are this system's own and outlive the result.
-std::unique_ptr<SystemTargets> systemTargets(LiveMachine& sources, const Self& self);
+// Those of this system. `sources` are this system's own; they and `files` outlive the result.
+std::unique_ptr<SystemTargets> systemTargets(LiveMachine& sources, Files& files, const Self& self);
 
 }  // namespace tarnwick

@@ -11,6 +11,7 @@ namespace tarnwick {
 namespace {
 
 constexpr std::size_t countBytes = sizeof(std::int32_t);
+constexpr std::size_t usualArguments = 4;  // most processes have no more
 
 // A block that fills the buffer to its last byte was probably longer.
 bool mayHaveBeenCut(std::size_t blockBytes, std::size_t bufferBytes) { return blockBytes == bufferBytes; }
@@ -52,10 +53,12 @@ std::vector<std::string> argumentsInBlock(std::string_view block) {
 
 std::vector<std::string> procArguments(std::string_view bytes) {
   constexpr std::size_t most = longestCommandLine / bytesPerArgument;
-  std::size_t count = 0;
-  for (std::size_t at = 0; at < bytes.size() && count < most; ++count) at = endOfArgument(bytes, at) + 1;
-  // Nearly all are so short that no limit can bite, even if repairing made them three times as long.
-  const bool isShort = 3 * bytes.size() + bytesPerArgument * count <= longestArgument;
+  // Nearly all are so short that no limit can bite, even if each byte were an argument and repairing made
+  // three of one: those are not counted beforehand.
+  const bool isShort = (3 + bytesPerArgument) * bytes.size() <= longestArgument;
+  std::size_t count = isShort ? usualArguments : 0;
+  for (std::size_t at = 0; !isShort && at < bytes.size() && count < most; ++count)
+    at = endOfArgument(bytes, at) + 1;
   std::vector<std::string> arguments;
   arguments.reserve(count);
   std::size_t room = longestCommandLine;

@@ -8,10 +8,11 @@
 #include "system/posix/descriptor.h"
 
 namespace tarnwick {
+namespace {
 
 // No regular file to the program's usual readers: it has no size. A machine with many containers has
 // thousands of lines.
-std::vector<Mount> mounts() {
+std::string mountinfo() {
   constexpr std::size_t longest = std::size_t{4} << 20U;
   const Descriptor file(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC));
   std::string text;
@@ -21,7 +22,13 @@ std::vector<Mount> mounts() {
     if (count <= 0) break;
     text.append(block.data(), static_cast<std::size_t>(count));
   }
-  return mountsIn(text);
+  return text;
 }
+
+}  // namespace
+
+std::vector<Mount> mounts() { return mountsIn(mountinfo()); }
+
+DistantPoints distantMounts() { return distantIn(mountinfo()); }
 
 }  // namespace tarnwick

@@ -22,4 +22,9 @@ std::vector<Mount> mounts() {
   return all;
 }
 
+DistantPoints distantMounts() {
+  const std::vector<Mount> all = mounts();
+  return all.empty() ? std::nullopt : DistantPoints(distantPoints(all));
+}
+
 }  // namespace tarnwick

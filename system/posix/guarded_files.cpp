@@ -14,9 +14,8 @@ bool lies(std::string_view path, std::string_view folder) {
          (folder.ends_with('/') || path.size() == folder.size() || path[folder.size()] == '/');
 }
 
-std::string folderOf(const std::string& path) {
-  return path.substr(0, std::max<std::size_t>(path.rfind('/'), 1));
-}
+// Of the path of the folder that holds it; that of "/" for what lies there.
+std::size_t folderBytes(const std::string& path) { return std::max<std::size_t>(path.rfind('/'), 1); }
 
 }  // namespace
 
@@ -29,7 +28,7 @@ FileAnswer GuardedFiles::ask(const FileQuestion& question) {
     case FileWorker::Outcome::answered:
       break;
     case FileWorker::Outcome::late:
-      miss(leaveAlone(question.path, folderOf(question.path)));
+      miss(leaveAlone(question.path, question.path.substr(0, folderBytes(question.path))));
       break;
     case FileWorker::Outcome::broken:
       ++misses_;
@@ -79,33 +78,30 @@ void GuardedFiles::miss(const std::string& whom) {
 
 FileAnswer HomeFiles::ask(const FileQuestion& question) {
   if (question.changes() || !question.path.starts_with('/')) return files_.ask(question);
+  Way way = follow(question.path);
+  if (way.local) return answerTo(question);
   FileQuestion behindLinks = question;
-  const bool isNear = follow(behindLinks.path);
-  return isNear ? answerTo(question) : files_.ask(behindLinks);
+  behindLinks.path = std::move(way.path);
+  return files_.ask(behindLinks);
 }
 
 // Most questions are about many files of few folders, so the way is gone to each folder once.
-bool HomeFiles::follow(std::string& path) {
-  const double now = clock_.uptime();
-  if (!readAt_ || now - *readAt_ > mountSeconds) {
-    const std::vector<Mount> all = mounts();
-    distant_ =
-        all.empty() ? std::vector<std::string>{"/"} : distantPoints(all);  // nothing is known: all of it
-    folders_.clear();
-    readAt_ = now;
-  }
-  const std::string folder = folderOf(path);
-  const auto [known, isNew] = folders_.try_emplace(folder);
-  if (isNew) known->second = wayTo(folder, distant_);
-  Way way = known->second;
-  const std::string rest = path.substr(folder.size());
-  if (way.local) {
-    way = wayFrom(way, rest, distant_);
-  } else {
-    way.path.append("/").append(rest);
-  }
-  path = std::move(way.path);
-  return way.local;
+Way HomeFiles::follow(const std::string& path) {
+  if (!readAt_ || clock_.uptime() - *readAt_ > mountSeconds)
+    remember(distantMounts().value_or(std::vector<std::string>{"/"}));  // nothing is known: all of it
+  const std::string_view folder = std::string_view(path).substr(0, folderBytes(path));
+  auto known = folders_.find(folder);
+  if (known == folders_.end()) known = folders_.emplace(folder, wayTo(std::string(folder), distant_)).first;
+  const Way& way = known->second;
+  const std::string_view rest = std::string_view(path).substr(folder.size());
+  if (way.local) return wayFrom(way, rest, distant_);
+  return {std::string(way.path).append("/").append(rest), false};
+}
+
+void HomeFiles::remember(std::vector<std::string> distant) {
+  distant_ = std::move(distant);
+  folders_.clear();
+  readAt_ = clock_.uptime();
 }
 
 }  // namespace tarnwick

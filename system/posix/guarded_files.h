@@ -4,9 +4,11 @@
 // has none costs nothing. Used by one thread at a time.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "system/check_limits.h"
@@ -57,15 +59,20 @@ class GuardedFiles final : public Files {
 // it has begun. `files` must outlive it.
 class HomeFiles final : public Files {
  public:
-  HomeFiles(Files& files, Clock& clock) : files_(files), clock_(clock) {}
+  // `distant`: what the list of mounts says now, when it has been read already.
+  HomeFiles(Files& files, Clock& clock, DistantPoints distant = {}) : files_(files), clock_(clock) {
+    if (distant) remember(std::move(*distant));
+  }
 
   FileAnswer ask(const FileQuestion& question) override;
   std::size_t misses() const override { return files_.misses(); }
   void rest() override { files_.rest(); }
 
  private:
-  // Puts what the links on the way lead to in the place of the path. Is it this machine's own?
-  bool follow(std::string& path);
+  // With what the links on the way lead to in the place of the path.
+  Way follow(const std::string& path);
+
+  void remember(std::vector<std::string> distant);
 
   // The list of mounts is good for so long, in seconds.
   static constexpr double mountSeconds = 30;
@@ -73,8 +80,8 @@ class HomeFiles final : public Files {
   Files& files_;
   Clock& clock_;
   std::vector<std::string> distant_;
-  std::map<std::string, Way> folders_;  // as they are named, while the list of mounts is good
-  std::optional<double> readAt_;        // uptime
+  std::map<std::string, Way, std::less<>> folders_;  // as they are named, while the list of mounts is good
+  std::optional<double> readAt_;                     // uptime
 };
 
 }  // namespace tarnwick

@@ -14,11 +14,11 @@ namespace tarnwick {
 namespace {
 
 // Takes the first part of a path, without slashes, off the front of it.
-std::string takePart(std::string& path) {
+std::string_view takePart(std::string_view& path) {
   const std::size_t start = std::min(path.find_first_not_of('/'), path.size());
   const std::size_t end = std::min(path.find('/', start), path.size());
-  std::string part = path.substr(start, end - start);
-  path.erase(0, end);
+  const std::string_view part = path.substr(start, end - start);
+  path.remove_prefix(end);
   return part;
 }
 
@@ -37,31 +37,28 @@ Way wayTo(const std::string& path, const std::vector<std::string>& distant) {
   return wayFrom({}, path, distant);
 }
 
-Way wayFrom(const Way& folder, const std::string& path, const std::vector<std::string>& distant) {
+Way wayFrom(const Way& folder, std::string_view rest, const std::vector<std::string>& distant) {
   constexpr int mostLinks = 40;
   std::string done = folder.path == "/" ? std::string() : folder.path;  // has no links
-  std::string rest = path;
+  std::string behindLink;                                               // what `rest` is part of after one
   for (int links = 0; !rest.empty();) {
-    const std::string part = takePart(rest);
+    const std::string_view part = takePart(rest);
     if (part.empty() || part == ".") continue;
     if (part == "..") {
       done.resize(std::min(done.rfind('/'), done.size()));
       continue;
     }
-    std::string next = done;
-    next.append("/").append(part);
-    if (isDistant(next, distant)) return {next + rest, false};
-    const auto target = linkTarget(next);
-    if (!target) {
-      done = std::move(next);
-    } else if (++links > mostLinks) {
-      return {std::move(next), false};
-    } else {
-      if (target->starts_with('/')) done.clear();
-      rest.insert(0, *target);
-    }
+    const std::size_t before = done.size();
+    done.append("/").append(part);
+    if (isDistant(done, distant)) return {done.append(rest), false};
+    auto target = linkTarget(done);
+    if (!target) continue;
+    if (++links > mostLinks) return {std::move(done), false};
+    done.resize(target->starts_with('/') ? 0 : before);
+    behindLink = std::move(target->append(rest));
+    rest = behindLink;
   }
-  return {done.empty() ? "/" : done, true};
+  return {done.empty() ? "/" : std::move(done), true};
 }
 
 }  // namespace tarnwick

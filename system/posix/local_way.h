@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tarnwick {
@@ -17,6 +18,6 @@ struct Way {
 Way wayTo(const std::string& path, const std::vector<std::string>& distant);
 
 // The same for what lies in a folder to which the way is known, and local.
-Way wayFrom(const Way& folder, const std::string& rest, const std::vector<std::string>& distant);
+Way wayFrom(const Way& folder, std::string_view rest, const std::vector<std::string>& distant);
 
 }  // namespace tarnwick

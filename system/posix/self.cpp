@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "system/environment.h"
-#include "system/mounts.h"
 #include "system/posix/local_way.h"
 #include "system/small_file.h"
 
@@ -48,17 +47,16 @@ std::string homeFolder(const std::optional<std::string>& environment,
   return home;
 }
 
-std::string resolvedHome(const std::string& home) {
-  const std::vector<Mount> all = mounts();
-  if (all.empty()) return realFolder(home).value_or(home);
-  const Way way = wayTo(home, distantPoints(all));
+std::string resolvedHome(const std::string& home, const DistantPoints& distant) {
+  if (!distant) return realFolder(home).value_or(home);
+  const Way way = wayTo(home, *distant);
   return way.local && !pathExists(way.path) ? home : way.path;
 }
 
-Self readSelf() {
+Self readSelf(const DistantPoints& distant) {
   const uid_t uid = getuid();
   const std::string home = homeFolder(environmentVariable("HOME"), [uid] { return homeFromDatabase(uid); });
-  return {.pid = getpid(), .uid = uid, .home = resolvedHome(home)};
+  return {.pid = getpid(), .uid = uid, .home = resolvedHome(home, distant)};
 }
 
 double processorMilliseconds() {

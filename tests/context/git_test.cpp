@@ -112,8 +112,12 @@ TEST_F(GitCacheTest, AnAnswerIsGoodForLessThanFiveMinutes) {
   EXPECT_EQ(reader_.git(project_), first);
   ASSERT_THAT(runner_.calls, SizeIs(1));
   const auto& set = runner_.options.addedVariables;
-  EXPECT_THAT(set, Contains(Pair("GIT_CEILING_DIRECTORIES", home_)));
-  EXPECT_THAT(set, AllOf(Contains(Pair("GIT_ALLOW_PROTOCOL", "")), Contains(Pair("LC_ALL", "C.UTF-8"))));
+  for (const auto& [name, value] : {std::pair("GIT_CEILING_DIRECTORIES", home_.c_str()),
+                                    {"GIT_ALLOW_PROTOCOL", ""},
+                                    {"GIT_NO_LAZY_FETCH", "1"},
+                                    {"LC_ALL", "C.UTF-8"}})
+    EXPECT_THAT(set, Contains(Pair(name, value)));
+  EXPECT_THAT(runner_.options.droppedVariables, UnorderedElementsAre("GIT_", "LC_", "LANG"));
 
   lay("project", "other");
   clock_.turn(299);
@@ -211,6 +215,8 @@ TEST_F(GitCacheTest, OutputOfGitIsTakenLineByLine) {
     const Git git = reader_.readGit(project_).value();
     EXPECT_EQ(std::tie(git.lastCommitAgo, git.lastCommit), std::tie(ago, subject));
   }
+  folder_.write("home/project/.git/config", "[remote \"origin\"]\nurl = h:" + std::string(4'097, 'r'));
+  EXPECT_EQ(reader_.readGit(project_)->repo, std::string(4'096, 'r'));
 }
 
 TEST_F(GitCacheTest, TitlesAreNeverAskedForUnlessTheUserWantsThem) {

@@ -145,6 +145,12 @@ TEST_F(LiveSurroundingsTest, AFolderIsAskedForOnceInACheck) {
   live.beginCheck();
   EXPECT_TRUE(live.exists(mark) && live.exists(mark));
   EXPECT_THAT(files.asked, ElementsAre(Pair(mark, 2)));
+  const std::string deep(1'000, '/');
+  for (int folder = 1'000; folder < 6'000; ++folder) live.exists(deep + std::to_string(folder));
+  for (const int folder : {1'000, 5'999}) live.exists(deep + std::to_string(folder));
+  EXPECT_EQ(files.asked[deep + "1000"] + 10 * files.asked[deep + "5999"], 21)
+      << "4 MiB of them are remembered";
+  files.asked.erase(files.asked.begin(), files.asked.find(mark));
   files.inTime = false;
   live.beginCheck();
   EXPECT_FALSE(live.exists(mark));

@@ -54,6 +54,10 @@ std::string saidWith(const std::string& end) {
     server.footprint = static_cast<std::uint64_t>(pid) * megabyte;
   }
   addApp(m, 50, "Fig" + end + "ma").cpu = 5;
+  addApp(m, 51, "Google Chrome").footprint = 4 * gigabyte;
+  m.apps = {{51, "Chrome", "com.google.Chrome", "/Applications/Google Chrome.app", false}};
+  m.access["com.google.Chrome"] = Access::allowed;
+  m.tabs["com.google.Chrome"].piles = {{"si" + end + "te.net", 9}};
   m.containers = {{"c1", "d" + end + "b", "Up", "postgres", gigabyte}};
   m.containerLoad = {.count = 1, .bytes = 3 * gigabyte};
   m.index();
@@ -69,7 +73,8 @@ std::string saidWith(const std::string& end) {
 
 TEST(Findings, NoNameSaysALineOfItsOwn) {
   const std::string plain = saidWith(" ");
-  for (const char* name : {"di r", "re po", "bra nch", "sub ject", "ti tle", "jo b", "Fig ma", "d b"})
+  for (const char* name :
+       {"di r", "re po", "bra nch", "sub ject", "ti tle", "jo b", "Fig ma", "d b", "si te"})
     EXPECT_THAT(plain, HasSubstr(name));
   for (const char* end : {"\n", "\v", "\f", "\r", "\r\n", "\u0085", "\u2028", "\u2029"})
     EXPECT_EQ(saidWith(end), plain);

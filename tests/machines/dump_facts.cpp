@@ -37,7 +37,7 @@ void printProcess(const tarnwick::Proc& proc, tarnwick::Starters& starters, tarn
 
 int main(int argc, char** argv) {
   if (tarnwick::isFileWorker(argc, argv)) return tarnwick::serveFileQuestions();
-  const tarnwick::Self self = tarnwick::readSelf();
+  const tarnwick::Self self = tarnwick::readSelf(tarnwick::distantMounts());
   tarnwick::RealOutside outside(self, "/proc/self/exe");
   tarnwick::Machine check(outside.parts(), tarnwick::PrTitles::never);
   const tarnwick::Snapshot snapshot = check.scan(tarnwick::Machine::checkSeconds);

@@ -85,6 +85,12 @@ TEST_F(ProcessTableTest, WhatNoMachineHasIsNotBelieved) {
     source.processes[7].usage = ProcessUsage{most + beyond, most + 1 - beyond, 50};
     EXPECT_EQ(std::pair(read().footprint, read().resident),
               beyond == 0 ? std::pair(most, 0UL) : std::pair(0UL, most));
+    source.strangers[90] = {.uid = 33, .resident = most + beyond};
+    source.strangersMemory[90] = most + 1 - beyond;
+    read();
+    const OtherProc other = table.others(true).at(0);
+    EXPECT_EQ(std::pair(other.footprint.value_or(0), other.resident),
+              beyond == 0 ? std::pair(0UL, most) : std::pair(most, 0UL));
   }
 }
 

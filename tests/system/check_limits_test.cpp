@@ -44,14 +44,17 @@ TEST(CheckLimits, WhoIsLeftOutIsNamedOnceInEachCheckAndCountedAlways) {
 }
 
 TEST(Mounts, AreReadFromTheKernelsList) {
-  const std::vector<Mount> all = mountsIn(
+  const char* const list =
       "27 1 254:0 / / rw,relatime - ext4 /dev/vda rw\n"
       "30 27 0:25 / /mnt/a\\040b\\134 rw shared:1 master:2 - fuse.sshfs me@host rw\n"
       "31 27 0:26 / /home rw - autofs auto rw\n"
       "torn line\n"
       "32 31 0:27 /x /home rw shared:3 - nfs4 host:/x rw\n"
       "33 27 0:28 / /homes rw - tmpfs none rw\n"
-      "34 32 0:29 / /home/me/disk rw - xfs /dev/sdb rw");
+      "34 32 0:29 / /home/me/disk rw - xfs /dev/sdb rw";
+  const std::vector<Mount> all = mountsIn(list);
+  EXPECT_EQ(distantIn(list), distantPoints(all));
+  EXPECT_EQ(distantIn("torn line\n"), std::nullopt);
   EXPECT_THAT(all, SizeIs(6));
   const std::tuple<const char*, const char*, const char*, bool> cases[] = {
       // path, the mount that holds it, its kind, local

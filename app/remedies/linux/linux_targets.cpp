@@ -3,10 +3,12 @@
 #include <csignal>
 #include <optional>
 #include <set>
+#include <utility>
 #include <vector>
 
+#include "app/remedies/linux/detached_program.h"
 #include "sampling/linux/linux_process_source.h"
-#include "system/environment.h"
+#include "sampling/tools/tool_places.h"
 
 namespace tarnwick {
 namespace {
@@ -17,6 +19,11 @@ std::set<Pid> mainProcesses(Workspace& workspace, const std::string& bundleID) {
     if (app.bundleID == bundleID) pids.insert(app.pid);
   }
   return pids;
+}
+
+std::vector<std::string> inFolders(std::vector<std::string> folders, const std::string& program) {
+  for (std::string& folder : folders) folder.append("/").append(program);
+  return folders;
 }
 
 }  // namespace
@@ -36,15 +43,24 @@ void LinuxTargets::quitApp(const std::string& bundleID) {
   }
 }
 
-bool LinuxTargets::hasDesktop() {
-  const auto isNamed = [](const char* name) { return !environmentVariable(name).value_or("").empty(); };
-  return isNamed("WAYLAND_DISPLAY") || isNamed("DISPLAY");
+bool LinuxTargets::openSettings(const std::string& pane) {
+  const DesktopSession desktop = desktop_();
+  if (!desktop.hasDisplay) return false;
+  for (std::vector<std::string>& words : settingsPlaces(pane, desktop)) {
+    const auto program = executable(inFolders(desktop.programFolders, words.front()), files_);
+    words.erase(words.begin());
+    const bool opensFolder = !words.empty() && words.front().starts_with('/');
+    if (!program || (opensFolder && !files_.isDirectory(words.front()))) continue;
+    if (startDetached(*program, std::move(words))) return true;
+  }
+  return false;
 }
 
-std::unique_ptr<SystemTargets> systemTargets(LiveMachine& sources, const Self& self) {
+std::unique_ptr<SystemTargets> systemTargets(LiveMachine& sources, Files& files, const Self& self) {
   // The machine of this system's folder has a source of this system's folder.
   const auto& processes = static_cast<const LinuxProcessSource&>(sources.processes());
-  return std::make_unique<LinuxTargets>(sources.workspace(), LinuxSignals(self.uid, processes.clock()));
+  return std::make_unique<LinuxTargets>(sources.workspace(), LinuxSignals(self.uid, processes.clock()), files,
+                                        [home = self.home] { return currentDesktop(home); });
 }
 
 }  // namespace tarnwick

@@ -35,7 +35,7 @@ bool MacosTargets::openSettings(const std::string& pane) {
   return *opened;
 }
 
-std::unique_ptr<SystemTargets> systemTargets(LiveMachine& /*sources*/, const Self& self) {
+std::unique_ptr<SystemTargets> systemTargets(LiveMachine& /*sources*/, Files& /*files*/, const Self& self) {
   return std::make_unique<MacosTargets>(self.uid);
 }
 

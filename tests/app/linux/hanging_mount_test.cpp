@@ -5,6 +5,7 @@
 
 #include "app/machine.h"
 #include "system/posix/descriptor.h"
+#include "tests/support/fake_clock.h"
 #include "tests/support/linux/fuse_mount.h"
 #include "tests/support/posix/child_process.h"
 #include "tests/support/posix/git_world.h"
@@ -109,6 +110,18 @@ TEST_P(HangingMount, AsAHomeThatDiesLaterHoldsNeitherChecksNorSettingsUp) {
     settings.setPrTitles(true);
     EXPECT_LT(now.uptime() - before, generous);
   }
+}
+
+TEST_P(HangingMount, IsLeftAloneForFiveMinutes) {
+  mount->die(2 * generous);
+  FakeClock clock;
+  CheckLimits limits(clock);
+  GuardedFiles files(TARNWICK_PROGRAM, clock, limits);
+  EXPECT_FALSE(files.isDirectory(dead + "/other") || files.mayVisit(dead));
+  clock.turn(299);
+  EXPECT_FALSE(files.mayVisit(dead));
+  clock.turn(1);
+  EXPECT_TRUE(files.mayVisit(dead));
 }
 
 TEST_P(HangingMount, AsAHomeFolderLeavesTheRestOfTheReport) {

@@ -10,8 +10,10 @@
 
 #include "sampling/linux/sock_diag.h"
 #include "sampling/process_table.h"
+#include "system/small_file.h"
 #include "tests/sampling/linux/proc_tree.h"
 #include "tests/support/fake_clock.h"
+#include "tests/support/linux/fuse_mount.h"
 #include "tests/support/posix/child_process.h"
 
 namespace tarnwick {
@@ -59,6 +61,14 @@ TEST_F(RecordedProcessesTest, AClockThatWasSetMovesEveryStart) {
     EXPECT_EQ(proc.started, timestamp(static_cast<double>(bootNow + 5)));
     EXPECT_EQ(source.clock().bootTime, bootNow) << "the remedies' clock";
   }
+}
+
+// Whoever was not listed would count as gone.
+TEST_F(RecordedProcessesTest, AListThatBreaksOffIsNone) {
+  const FuseMount mount(tree.root(), FuseMount::Kind::stopped);
+  if (!mount.isMounted()) GTEST_SKIP() << "mounting takes root";
+  EXPECT_THAT(folderEntries(tree.root()), ElementsAre("7"));
+  EXPECT_THAT(ProcReader(tree.root()).pids(), IsEmpty());
 }
 
 TEST_F(RecordedProcessesTest, ListsOnlyTheUsersProcessesInAscendingOrder) {

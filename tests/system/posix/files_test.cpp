@@ -239,7 +239,7 @@ TEST_F(GuardedFilesTest, WhatIsBegunIsFinishedAfterTheEndOfWhoeverWantedIt) {
 }
 
 TEST_F(GuardedFilesTest, WhoeverDoesNotAnswerIsAbandonedAndItsFolderLeftAloneForTheCheck) {
-  GuardedFiles files(worker("exec sleep 1000"), clock_, limits_);
+  GuardedFiles files(worker("exec sleep 4"), clock_, limits_);  // one that was waited for would have ended
   const auto ask = [&](const std::string& path) { return files.pathExists(folder_.at(path)); };
   limits_.begin();
   EXPECT_FALSE(ask("a/.git"));
@@ -256,6 +256,15 @@ TEST_F(GuardedFilesTest, WhoeverDoesNotAnswerIsAbandonedAndItsFolderLeftAloneFor
   limits_.begin();
   EXPECT_FALSE(ask("a/.git"));
   EXPECT_EQ(starts(), 3) << "a disk of this machine was only slow";
+}
+
+TEST_F(GuardedFilesTest, AListOfMountsIsGoodForHalfAMinute) {
+  GuardedFiles nobody(folder_.at("missing"), clock_, limits_);
+  HomeFiles files(nobody, clock_, Strings{folder_.path()});
+  for (const auto& [seconds, local] : {std::pair(0.0, false), {30.0, false}, {1.0, true}}) {
+    clock_.turn(seconds);
+    EXPECT_EQ(files.isDirectory(folder_.path()), local) << seconds;
+  }
 }
 
 TEST_F(GuardedFilesTest, AWorkerThatEndsIsNoAnswerAndNoDelay) {

@@ -57,8 +57,8 @@ TEST(Self, HomeIsTheFolderBehindTheLinks) {
   std::filesystem::create_directory_symlink(folder.at("disk/home"), folder.at("home"));
   std::filesystem::create_directory_symlink("ana", folder.at("disk/home/alias"));
   for (const char* name : {"disk/home/ana", "home/ana", "home/alias"})
-    EXPECT_EQ(resolvedHome(folder.at(name)), folder.at("disk/home/ana")) << name;
-  EXPECT_EQ(resolvedHome("/nonexistent/home"), "/nonexistent/home");
+    EXPECT_EQ(resolvedHome(folder.at(name), distantMounts()), folder.at("disk/home/ana")) << name;
+  EXPECT_EQ(resolvedHome("/nonexistent/home", distantMounts()), "/nonexistent/home");
 }
 
 TEST(Self, CostIsCountedInMilliseconds) {

@@ -7,6 +7,7 @@
 #include <deque>
 #include <future>
 
+#include "app/remedies/linux/detached_program.h"
 #include "app/remedies/linux/linux_signals.h"
 #include "app/remedies/linux/linux_targets.h"
 #include "context/linux/linux_browsers.h"
@@ -107,7 +108,10 @@ struct LinuxTargetsTest : testing::Test {
   ToolPlaces places_{ToolCandidates{}};
   NamedApps session_;
   FoundProcesses found_;
-  LinuxTargets system_{session_, LinuxSignals(::getuid(), found_.clock())};
+  DirectFiles files_;
+  DesktopSession desktop_;
+  LinuxTargets system_{session_, LinuxSignals(::getuid(), found_.clock()), files_,
+                       [this] { return desktop_; }};
 };
 
 TEST_F(LinuxTargetsTest, QuitAsksEveryUnitOfThatApplicationUnlessItIsNoLongerThere) {
@@ -127,13 +131,92 @@ TEST_F(LinuxTargetsTest, QuitAsksEveryUnitOfThatApplicationUnlessItIsNoLongerThe
 }
 
 TEST_F(LinuxTargetsTest, WhatLinuxLacksIsRefused) {
-  for (const Fix& fix : {Fix{SimShutdown{"U"}},
-                         {OpenSettings{"p"}},
-                         {CloseDuplicateTabs{"b"}},
-                         {OpenTab{"b", "u"}},
-                         {AskAutomation{"b"}}})
+  for (const Fix& fix :
+       {Fix{SimShutdown{"U"}}, {CloseDuplicateTabs{"b"}}, {OpenTab{"b", "u"}}, {AskAutomation{"b"}}})
     EXPECT_NE(carryOut(fix), done);
   EXPECT_FALSE(browsers_.access("b") != Access::unknown || browsers_.readTabs("b"));
+}
+
+// A session with stand-ins for the desktop's programs, which write down how they were started.
+struct SettingsTest : LinuxTargetsTest {
+  SettingsTest() {
+    desktop_ = {
+        .hasDisplay = true, .home = folder.at("o'neil \"x\" $(y)"), .programFolders = {folder.at("b in")}};
+    desktop_.autostart = desktop_.home + "/start";
+    std::filesystem::create_directories(desktop_.autostart);
+  }
+
+  // The started program's name and its words, one a line and "~" for the home folder; else the message.
+  std::string opened(const std::string& pane, const Strings& programs) {
+    for (const std::string& name : programs)
+      folder.script("b in/" + name,
+                    "printf '%s\n' \"${0##*/}\" \"$@\" >'" + said + "2'; mv '" + said + "2' '" + said + "'");
+    if (const Text message = carryOut({OpenSettings{pane}})) return *message;
+    EXPECT_TRUE(waitUntil([&] { return std::filesystem::exists(said); }));
+    std::string text = textOfFile(said);
+    if (const auto at = text.find(desktop_.home); at != std::string::npos)
+      text.replace(at, desktop_.home.size(), "~");
+    for (const char* name : {"said", "b in"}) std::filesystem::remove_all(folder.at(name));
+    return text;
+  }
+
+  TempFolder folder;
+  const std::string said = folder.at("said");
+};
+
+TEST_F(SettingsTest, APaneOpensTheDesktopsOwnPlaceElseOneThatServesAnywhere) {
+  const std::string none = "Not done: System Settings did not open.";
+  const std::string login = "com.apple.LoginItems-Settings.extension";
+  const std::string disk = "com.apple.settings.Storage";
+  const std::tuple<Strings, std::string, Strings, std::string> rows[] = {
+      {{"ubuntu", "GNOME"}, login, {"gnome-control-center", "gnome-tweaks"}, "gnome-tweaks\n"},
+      {{"GNOME"}, login, {"systemsettings", "gnome-control-center"}, "gnome-control-center\napplications\n"},
+      {{"Gnome"}, disk, {"filelight", "baobab"}, "baobab\n"},
+      {{"KDE"}, login, {"systemsettings5", "systemsettings"}, "systemsettings\nkcm_autostart\n"},
+      {{"KDE"}, login, {"systemsettings5", "xdg-open"}, "systemsettings5\nkcm_autostart\n"},
+      {{"KDE"}, disk, {"baobab", "org.kde.filelight"}, "org.kde.filelight\n"},
+      {{"XFCE"}, login, {"gnome-session-properties", "xfce4-session-settings"}, "xfce4-session-settings\n"},
+      {{"XFCE"}, disk, {"gnome-disks", "baobab"}, "baobab\n"},
+      {{"sway"}, login, {"gnome-control-center", "xdg-open"}, "xdg-open\n~/start\n"},
+      {{}, disk, {"xdg-open"}, "xdg-open\n~\n"},
+      {{"GNOME"}, disk, {}, none},
+      {{"GNOME"}, "com.apple.Spotlight-Settings.extension", {"gnome-control-center", "xdg-open"}, none}};
+  for (const auto& [desktops, pane, programs, expected] : rows) {
+    desktop_.desktops = desktops;
+    EXPECT_EQ(opened(pane, programs), expected);
+  }
+  std::filesystem::permissions(folder.write("b in/baobab", "no program"), std::filesystem::perms::owner_all);
+  EXPECT_EQ(opened(disk, {"filelight"}), "filelight\n") << "the system starts no such file";
+  desktop_.autostart = folder.at("nothing");
+  EXPECT_EQ(opened(login, {"xdg-open"}), none) << "there is no such folder";
+  desktop_.hasDisplay = false;
+  EXPECT_EQ(opened(disk, {"baobab"}), none);
+}
+
+TEST_F(SettingsTest, WhatWasOpenedBelongsToNobodyAndHoldsNothingOfOurs) {
+  ::dup2(STDERR_FILENO, 77);
+  ::signal(SIGPIPE, SIG_IGN);
+  const std::string program = folder.script(
+      "p",
+      "told=$(pwd; readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2; [ -e /proc/$$/fd/77 ] && echo held\n"
+      "grep -E '^Sig(Blk|Ign)' /proc/self/status; cut -d ' ' -f 4,6 /proc/$$/stat)\n"
+      "echo \"$told\" >" +
+          said + "2; mv " + said + "2 " + said);
+  EXPECT_TRUE(startDetached(program, {}));
+  ::signal(SIGPIPE, SIG_DFL);
+  ::close(77);
+  EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "nobody is left to wait for";
+  ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(said); }));
+  std::string text = textOfFile(said);
+  const std::string masks =
+      "/\n/dev/null\n/dev/null\n/dev/null\nSigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n";
+  ASSERT_THAT(text, StartsWith(masks));
+  int parent = 0;
+  int session = 0;
+  std::istringstream(text.substr(masks.size())) >> parent >> session;
+  EXPECT_NE(parent, ::getpid());
+  EXPECT_NE(session, ::getsid(0));
+  EXPECT_FALSE(startDetached(folder.at("nothing"), {}));
 }
 
 // Remedies while processes come and go under the same pids. TARNWICK_STORM_ROUNDS sets how often.
