@@ -39,8 +39,13 @@ Arrangement arrange(const Stack& stack, double width, const MakeChild& makeChild
 // is the screen without its bars. On a screen whose y grows upwards.
 Spot underIcon(const Area& icon, const Extent& panel, const Area& visible);
 
-// Where the panel goes beside an icon anywhere: below it in the upper half of the screen, above it in the
-// lower half, and wholly inside `visible`. On a screen whose y grows downwards. A point works as an icon too.
+// Where the panel goes beside an icon anywhere: on the inner side of the bar that the icon lies in, which is
+// the side of `visible` that it is nearest to or furthest beyond, and wholly inside `visible`. On a screen
+// whose y grows downwards. A point works as an icon too.
 Spot besideIcon(const Area& icon, const Extent& panel, const Area& visible);
+
+// Where the icon is likely to be when nobody tells: at the end of the widest bar that `visible` leaves free
+// of `screen`, in the upper right corner where there is none. On a screen whose y grows downwards.
+Spot likelyIcon(const Area& screen, const Area& visible);
 
 }  // namespace tarnwick::panel
