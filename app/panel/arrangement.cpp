@@ -75,9 +75,11 @@ std::array<std::pair<double, Side>, 4> distances(const Spot& point, const Area& 
            {area.x + area.width - point.x, Side::right}}};
 }
 
-Side barOf(const Area& icon, const Area& visible) {
+Side barOf(const Area& icon, const Area& visible, std::optional<Stack::Direction> direction) {
   const auto sides = distances({icon.x + icon.width / 2, icon.y + icon.height / 2}, visible);
-  return std::min_element(sides.begin(), sides.end())->second;
+  const auto* first = sides.begin() + (direction == Stack::Direction::vertical ? 2 : 0);
+  const auto* last = sides.end() - (direction == Stack::Direction::horizontal ? 2 : 0);
+  return std::min_element(first, last)->second;
 }
 
 }  // namespace
@@ -97,8 +99,9 @@ Spot underIcon(const Area& icon, const Extent& panel, const Area& visible) {
   return {leftSide(icon, panel, visible), icon.y - iconGap - panel.height};
 }
 
-Spot besideIcon(const Area& icon, const Extent& panel, const Area& visible) {
-  const Side bar = barOf(icon, visible);
+Spot besideIcon(const Area& icon, const Extent& panel, const Area& visible,
+                std::optional<Stack::Direction> direction) {
+  const Side bar = barOf(icon, visible, direction);
   if (bar == Side::left || bar == Side::right) {
     const double x = bar == Side::left ? icon.x + icon.width + iconGap : icon.x - iconGap - panel.width;
     return {within(x, visible.x, visible.x + visible.width - panel.width), topSide(icon, panel, visible)};

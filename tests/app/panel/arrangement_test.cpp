@@ -101,6 +101,11 @@ TEST(PanelPlace, IsInsideTheScreenOfTheIconBesideItsBar) {
   };
   for (const auto& [bar, visible, icon, spot] : cases)
     EXPECT_EQ(besideIcon(icon, {400, 300}, visible), spot) << bar;
+  // In a corner of a screen whose bars nobody knows.
+  const Area corner{976, 776, 24, 24};
+  const Area screen{0, 0, 1000, 800};
+  EXPECT_EQ(besideIcon(corner, {400, 300}, screen, Stack::Direction::horizontal), (Spot{592, 470}));
+  EXPECT_EQ(besideIcon(corner, {400, 300}, screen, Stack::Direction::vertical), (Spot{570, 492}));
 }
 
 TEST(PanelPlace, AnIconThatNobodyTellsOfIsAtTheEndOfABar) {
