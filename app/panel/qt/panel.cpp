@@ -130,7 +130,6 @@ void QtPanel::moveTo(const QRect& frame, bool animated) {
 }
 
 void QtPanel::bringToFront() {
-  window_.setWindowState(window_.windowState() & ~Qt::WindowMinimized);
   window_.raise();
   window_.activateWindow();
 }

@@ -112,12 +112,12 @@ struct PanelTray : testing::Test {
         answer(host.use("Event", {id, "clicked", QVariant::fromValue(QDBusVariant(0)), 0U}, true));
   }
 
-  // Of a real bar; where it is, as jwm says it.
+  // Of a real one and a window manager; where it is, as jwm says it; empty: nowhere.
   bool startBar(const QString& place) {
     QFile file(qEnvironmentVariable("HOME") + "/jwmrc");
     if (!file.open(QIODevice::WriteOnly)) return false;
-    file.write(
-        ("<?xml version=\"1.0\"?><JWM><Tray autohide=\"off\" " + place + "><Dock/></Tray></JWM>").toUtf8());
+    const QString tray = place.isEmpty() ? "" : "<Tray autohide=\"off\" " + place + "><Dock/></Tray>";
+    file.write(("<?xml version=\"1.0\"?><JWM>" + tray + "</JWM>").toUtf8());
     file.close();
     bar.start("jwm", {"-f", file.fileName()});
     return bar.waitForStarted();
@@ -145,6 +145,7 @@ struct PanelTray : testing::Test {
       {"unlisted", [this](auto) { return !await([&] { return !host.item.isEmpty(); }, 1000); }},
       {"use", [this](const QString& methods) { return use(methods); }},
       {"bar", [this](auto) { return startBar(R"(x="0" y="-1" width="0" height="28")"); }},
+      {"barless", [this](auto) { return startBar(""); }},
       {"unbar", [this](auto) { return stop(bar); }},
       {"icon", [](auto) { return await([] { return !icon().isEmpty(); }); }},
       {"click", [](const QString& buttons) { return click(QString(buttons).replace('x', ' ')); }},
@@ -175,7 +176,7 @@ TEST_F(PanelTrayBus, EachClickTogglesAndADoubleClickIsOne) {
 }
 
 TEST_F(PanelTrayBus, ABarThatShowsNoMenusGetsTheProgramsOwn) {
-  does("tray start listed windows:0 use:ContextMenu windows:1 key:Down+Return popup");
+  does("tray start listed windows:0 use:ContextMenu windows:1 closed key:Down+Return popup");
 }
 
 TEST_F(PanelTrayBus, TheIconWaitsForWhoeverShowsIt) {
@@ -195,7 +196,7 @@ TEST_F(PanelTrayBus, WithoutATrayThePanelIsAWindowAndClosingItEnds) {
   const QString name = QString(entry.readAll()).section("\nStartupWMClass=", 1).section('\n', 0, 0);
   EXPECT_THAT(properties.toStdString(), HasSubstr(", \"" + name.toStdString() + "\"\n"));
   EXPECT_THAT(properties.toStdString(), HasSubstr("Icon (64 x 64)"));
-  does("minimize again window key:Escape ends start window tray listed key:Escape closed use:Activate popup");
+  does("again window key:Escape ends start window tray listed key:Escape closed use:Activate popup");
 }
 
 TEST_F(PanelTrayBus, TheMenuHasThePanelsFiveLinesAndOneThatOpensIt) {
@@ -231,6 +232,10 @@ TEST_F(PanelTrayX, TheMenuIsUnderTheRightButtonAndTheKeys) {
 
 TEST_F(PanelTrayX, ATrayThatGoesAndComesBackHasItsIconAgain) {
   does("bar start icon unbar windows:0 again window focus key:Escape closed runs bar icon click:1x1 popup");
+}
+
+TEST_F(PanelTrayX, ALaterStartBringsAMinimizedWindowBack) {
+  does("barless start window minimize closed again window");
 }
 
 // Two screens side by side, 640 points wide, with the bar on one of them.
