@@ -89,6 +89,8 @@ class RunningApplication : public QObject {
   }
 
   void focusLeft() {
+    // The second half of a double click takes the focus to some bars.
+    if (item_ && item_->wasJustClicked()) return controller_.open();
     controller_.close();
     focusLeftAt_.start();
   }

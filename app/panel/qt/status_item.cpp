@@ -47,12 +47,16 @@ void StatusItem::makeMenu() {
   QObject::connect(&menu_, &QMenu::aboutToShow, &menu_, mark);
 }
 
+bool StatusItem::wasJustClicked() const {
+  return clickedAt_.isValid() && clickedAt_.elapsed() < QApplication::doubleClickInterval();
+}
+
 // X tells of a double click as of a click and a double one, the session bus as of two clicks.
 void StatusItem::activate(QSystemTrayIcon::ActivationReason reason) {
   switch (reason) {
     case QSystemTrayIcon::Trigger:
     case QSystemTrayIcon::MiddleClick:
-      if (clickedAt_.isValid() && clickedAt_.elapsed() < QApplication::doubleClickInterval()) return;
+      if (wasJustClicked()) return;
       handlers_.clicked();
       clickedAt_.start();  // a busy machine may take longer to draw than a user to click again
       return;

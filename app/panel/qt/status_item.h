@@ -31,6 +31,9 @@ class StatusItem {
   // On the screen; empty: this tray does not say.
   QRect place() const { return icon_.geometry(); }
 
+  // May a click on it still become a double click?
+  bool wasJustClicked() const;
+
  private:
   void makeMenu();
   void activate(QSystemTrayIcon::ActivationReason reason);
