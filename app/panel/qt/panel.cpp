@@ -130,6 +130,7 @@ void QtPanel::moveTo(const QRect& frame, bool animated) {
 }
 
 void QtPanel::bringToFront() {
+  window_.setWindowState(window_.windowState() & ~Qt::WindowMinimized);
   window_.raise();
   window_.activateWindow();
 }
