@@ -1,7 +1,9 @@
 #include "app/panel/arrangement.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <utility>
 
 namespace tarnwick::panel {
 namespace {
@@ -58,8 +60,27 @@ double leftSide(const Area& icon, const Extent& panel, const Area& visible) {
   return within(icon.x - screenMargin, visible.x + screenMargin, rightmost);
 }
 
-// The pixel in the middle.
-double middleRow(const Area& area) { return std::floor(area.y + (area.height - 1) / 2); }
+double topSide(const Area& icon, const Extent& panel, const Area& visible) {
+  const double lowest = visible.y + visible.height - panel.height - screenMargin;
+  return within(icon.y - screenMargin, visible.y + screenMargin, lowest);
+}
+
+enum class Side { top, bottom, left, right };
+
+// How far a point is from each side, negative beyond it.
+std::array<std::pair<double, Side>, 4> distances(const Spot& point, const Area& area) {
+  return {{{point.y - area.y, Side::top},
+           {area.y + area.height - point.y, Side::bottom},
+           {point.x - area.x, Side::left},
+           {area.x + area.width - point.x, Side::right}}};
+}
+
+Side barOf(const Area& icon, const Area& visible, std::optional<Stack::Direction> direction) {
+  const auto sides = distances({icon.x + icon.width / 2, icon.y + icon.height / 2}, visible);
+  const auto* first = sides.begin() + (direction == Stack::Direction::vertical ? 2 : 0);
+  const auto* last = sides.end() - (direction == Stack::Direction::horizontal ? 2 : 0);
+  return std::min_element(first, last)->second;
+}
 
 }  // namespace
 
@@ -78,10 +99,24 @@ Spot underIcon(const Area& icon, const Extent& panel, const Area& visible) {
   return {leftSide(icon, panel, visible), icon.y - iconGap - panel.height};
 }
 
-Spot besideIcon(const Area& icon, const Extent& panel, const Area& visible) {
-  const bool below = middleRow(icon) < middleRow(visible);
-  const double y = below ? icon.y + icon.height + iconGap : icon.y - iconGap - panel.height;
+Spot besideIcon(const Area& icon, const Extent& panel, const Area& visible,
+                std::optional<Stack::Direction> direction) {
+  const Side bar = barOf(icon, visible, direction);
+  if (bar == Side::left || bar == Side::right) {
+    const double x = bar == Side::left ? icon.x + icon.width + iconGap : icon.x - iconGap - panel.width;
+    return {within(x, visible.x, visible.x + visible.width - panel.width), topSide(icon, panel, visible)};
+  }
+  const double y = bar == Side::top ? icon.y + icon.height + iconGap : icon.y - iconGap - panel.height;
   return {leftSide(icon, panel, visible), within(y, visible.y, visible.y + visible.height - panel.height)};
+}
+
+Spot likelyIcon(const Area& screen, const Area& visible) {
+  const double right = screen.x + screen.width;
+  const double bottom = screen.y + screen.height;
+  if (visible.y > screen.y) return {right - 1, screen.y};
+  if (visible.y + visible.height < bottom || visible.x + visible.width < right)
+    return {right - 1, bottom - 1};
+  return visible.x > screen.x ? Spot{screen.x, bottom - 1} : Spot{right - 1, screen.y};
 }
 
 }  // namespace tarnwick::panel

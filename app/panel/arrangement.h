@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "app/panel/panel_tree.h"
@@ -39,8 +40,15 @@ Arrangement arrange(const Stack& stack, double width, const MakeChild& makeChild
 // is the screen without its bars. On a screen whose y grows upwards.
 Spot underIcon(const Area& icon, const Extent& panel, const Area& visible);
 
-// Where the panel goes beside an icon anywhere: below it in the upper half of the screen, above it in the
-// lower half, and wholly inside `visible`. On a screen whose y grows downwards. A point works as an icon too.
-Spot besideIcon(const Area& icon, const Extent& panel, const Area& visible);
+// Where the panel goes beside an icon anywhere: on the inner side of the bar that the icon lies in, and
+// wholly inside `visible`. The bar is at the side of `visible` that the icon is nearest to or furthest
+// beyond, of those that a bar of that `direction` can be at; absent: nobody tells. On a screen whose y grows
+// downwards. A point works as an icon too.
+Spot besideIcon(const Area& icon, const Extent& panel, const Area& visible,
+                std::optional<Stack::Direction> direction = {});
+
+// Where the icon is likely to be when nobody tells: at the end of the widest bar that `visible` leaves free
+// of `screen`, in the upper right corner where there is none. On a screen whose y grows downwards.
+Spot likelyIcon(const Area& screen, const Area& visible);
 
 }  // namespace tarnwick::panel

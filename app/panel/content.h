@@ -33,7 +33,7 @@ struct PanelState {
   bool showMore = false;                      // the "More causes" fold is open
   bool showLeftovers = false;                 // the "Left running" fold is open
   bool hasStatusItem = false;                 // false: drawn into a picture, which shows everything
-  std::optional<double> visibleScreenHeight;  // points of the main screen; absent: there is none
+  std::optional<double> visibleScreenHeight;  // points of the panel's screen; absent: there is none
   bool noteIsNew = false;                     // nobody has heard the note yet
 };
 

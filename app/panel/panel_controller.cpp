@@ -41,6 +41,12 @@ void PanelController::open() {
   render();
 }
 
+void PanelController::copyFreshReport() {
+  open();
+  copyNext = true;
+  copyIfWanted();
+}
+
 void PanelController::close() { window_.close(); }
 
 void PanelController::perform(const PanelAction& action) {
@@ -93,6 +99,7 @@ void PanelController::modelChanges() {
     if (alive.expired()) return;
     renderQueued = false;
     render();
+    copyIfWanted();
   });
 }
 
@@ -113,6 +120,11 @@ void PanelController::keepAgeTrue() {
     window_.setText(ageLabel, age(viewOf(model_), now_()));
     keepAgeTrue();
   });
+}
+
+void PanelController::copyIfWanted() {
+  if (model_.busy() || !std::exchange(copyNext, false)) return;
+  model_.copyReport();
 }
 
 void PanelController::toggleFold(bool& flag) {

@@ -28,6 +28,9 @@ class PanelController {
   // Opens the first card that has evidence, else the first one, and asks for its guess.
   void openFirstCard();
 
+  // Opens the panel, and copies the report as soon as it is up to date: for a menu beside the closed panel.
+  void copyFreshReport();
+
   // Does what a control or menu item stands for.
   void perform(const PanelAction& action);
 
@@ -38,6 +41,7 @@ class PanelController {
   void modelChanges();
   void render();
   void keepAgeTrue();
+  void copyIfWanted();
   void toggleFold(bool& flag);
   void togglePrTitles();
 
@@ -49,6 +53,7 @@ class PanelController {
   PanelState state_;
   std::optional<Note> heard_;  // the note that was shown last
   bool renderQueued = false;   // a redraw waits for the next turn of the main loop
+  bool copyNext = false;       // the report is copied when the check that runs has ended
   bool animateNext = false;    // the next redraw moves the window's edge instead of jumping
   std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);  // gone with the controller
   Model::Subscription watch;

@@ -36,7 +36,7 @@ class PanelWindow {
 
   virtual void openMenu(const std::vector<MenuItem>& items) = 0;
 
-  // Height of the main screen without bars, in points; absent when there is no screen.
+  // Height of the panel's screen without bars, in points; absent when there is no screen.
   virtual std::optional<double> visibleScreenHeight() const = 0;
 
   // Ends the application.

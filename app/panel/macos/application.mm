@@ -9,6 +9,7 @@
 #import "app/panel/macos/desktop.h"
 #import "app/panel/macos/panel.h"
 #import "app/panel/macos/single_instance.h"
+#import "app/panel/macos/status_item.h"
 #include "app/panel/panel_controller.h"
 #include "app/panel/panel_jobs.h"
 #include "app/remedies/macos/applications.h"
@@ -65,13 +66,17 @@ class RunningApplication {
                 .focusLeft = [this] { focusLeft(); },
                 .dismissed = [this] { controller_.close(); }}),
         controller_(*model_, executor_, panel_, *application.settings, application.now),
+        settings_(*application.settings),
         exercise_(application.exercise) {}
 
   RunningApplication(const RunningApplication&) = delete;
   RunningApplication& operator=(const RunningApplication&) = delete;
 
   void launch() {
-    item_.emplace([this] { clickItem(); });
+    item_.emplace(
+        StatusItem::Handlers{.clicked = [this] { clickItem(); },
+                             .lines = [this] { return menu(settings_.opensAtLogin(), settings_.prTitles()); },
+                             .perform = [this](const PanelAction& action) { performFromItem(action); }});
     instance_.listen([this] { controller_.open(); });
     if (exercise_) exercise();
   }
@@ -101,6 +106,15 @@ class RunningApplication {
     if (NSProcessInfo.processInfo.systemUptime - focusLeftAt_ >= sameClick) controller_.toggle();
   }
 
+  // Nobody sees the report being copied into a closed panel.
+  void performFromItem(const PanelAction& action) {
+    if (std::holds_alternative<CopyReport>(action)) {
+      controller_.copyFreshReport();
+    } else {
+      controller_.perform(action);
+    }
+  }
+
   // The application outlives its main queue's blocks: it goes when the process ends.
   void exercise() {
     after(1, ^{
@@ -119,6 +133,7 @@ class RunningApplication {
   std::unique_ptr<Model> model_;
   AppKitPanel panel_;
   PanelController controller_;
+  UserSettings& settings_;
   std::optional<StatusItem> item_;  // absent: not launched yet
   SingleInstance instance_;
   NSTimeInterval focusLeftAt_ = -sameClick;  // since the machine started; before it: never

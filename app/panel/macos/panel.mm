@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "app/panel/arrangement.h"
-#include "system/macos/foundation_text.h"
+#import "app/panel/macos/menu.h"
 
 namespace tarnwick::panel {
 namespace {
@@ -38,22 +38,6 @@ NSString* focusedControl(NSWindow* window, const Painting& painting) {
   return nil;
 }
 
-NSMenuItem* makeItem(const MenuItem& item, const Perform& perform) {
-  if (item.title.empty()) return [NSMenuItem separatorItem];
-  const Perform* handler = &perform;
-  const PanelAction action = item.action;
-  Target* target = [Target targetWithAction:^{
-    (*handler)(action);
-  }];
-  NSMenuItem* line = [[NSMenuItem alloc] initWithTitle:foundationText(item.title)
-                                                action:@selector(fire)
-                                         keyEquivalent:@""];
-  line.target = target;
-  line.representedObject = target;  // the line itself holds its target weakly
-  line.state = item.checked ? NSControlStateValueOn : NSControlStateValueOff;
-  return line;
-}
-
 bool isClick(NSEvent* event) {
   switch (event.type) {
     case NSEventTypeLeftMouseDown:
@@ -64,14 +48,6 @@ bool isClick(NSEvent* event) {
     default:
       return false;
   }
-}
-
-// `perform` must outlive the menu.
-NSMenu* makeMenu(const std::vector<MenuItem>& items, const Perform& perform) {
-  NSMenu* menu = [[NSMenu alloc] initWithTitle:@""];
-  menu.autoenablesItems = NO;
-  for (const MenuItem& item : items) [menu addItem:makeItem(item, perform)];
-  return menu;
 }
 
 // Blocks until the user has chosen or gone elsewhere; what was chosen is performed by then or soon after. The

@@ -12,6 +12,7 @@
 #include "app/panel/qt/jobs.h"
 #include "app/panel/qt/panel.h"
 #include "app/panel/qt/single_instance.h"
+#include "app/panel/qt/status_item.h"
 #include "app/program/exit_act.h"
 
 namespace tarnwick::panel {
@@ -21,8 +22,9 @@ void copyToClipboard(const std::string& text) {
   QGuiApplication::clipboard()->setText(QString::fromStdString(text));
 }
 
-constexpr int patienceWithTray = 2000;  // milliseconds; at login the tray may start after the program
-constexpr qint64 sameClick = 300;       // milliseconds between losing the focus and the click that took it
+constexpr int patienceWithTray = 2000;         // milliseconds; at login the tray may start after the program
+constexpr int patienceWithComingTray = 10000;  // milliseconds
+constexpr qint64 sameClick = 300;  // milliseconds between losing the focus and the click that took it
 
 class RunningApplication : public QObject {
  public:
@@ -38,11 +40,13 @@ class RunningApplication : public QObject {
                {.perform = [this](const PanelAction& action) { controller_.perform(action); },
                 .focusLeft = [this] { focusLeft(); },
                 .dismissed = [this] { dismiss(); }}),
-        controller_(*model_, executor_, panel_, *application.settings, application.now) {
+        controller_(*model_, executor_, panel_, *application.settings, application.now),
+        settings_(*application.settings) {
     connect(&tray_, &TrayHost::appeared, this, &RunningApplication::showItem);
-    instance.listen([this] { controller_.open(); });
+    instance.listen([this] { openAnywhere(); });
     showItem();
-    if (!item_) QTimer::singleShot(patienceWithTray, this, &RunningApplication::doWithoutTray);
+    const int patience = tray_.isComing() ? patienceWithComingTray : patienceWithTray;
+    if (!item_) QTimer::singleShot(patience, this, &RunningApplication::doWithoutTray);
     if (application.exercise) exercise();
   }
 
@@ -55,45 +59,74 @@ class RunningApplication : public QObject {
 
   void showItem() {
     if (item_ || !tray_.isPresent()) return;
-    item_.emplace([this] { clickItem(); });
-    if (!panel_.isVisible()) panel_.window().setFramed(false);
+    item_.emplace(
+        StatusItem::Handlers{.clicked = [this] { clickItem(); },
+                             .opened = [this] { openBesideItem(); },
+                             .lines = [this] { return menu(settings_.opensAtLogin(), settings_.prTitles()); },
+                             .perform = [this](const PanelAction& action) { performFromItem(action); }});
   }
 
   void doWithoutTray() {
-    if (item_) return;
+    if (item_ || panel_.isVisible()) return;
     complain("This desktop shows no tray icons, so the panel opens as a window.");
-    if (panel_.isVisible()) controller_.close();
-    panel_.window().setFramed(true);
+    openAnywhere();
+  }
+
+  // The tray may have gone since it got the icon.
+  void openAnywhere() {
+    chooseFrame(!item_ || !tray_.isPresent());
     controller_.open();
   }
 
+  void openBesideItem() {
+    chooseFrame(false);
+    controller_.open();
+  }
+
+  // Where the desktop places the windows itself, a popup could neither be beside its icon nor be moved.
+  void chooseFrame(bool framed) {
+    if (!panel_.isVisible()) panel_.window().setFramed(framed || !placesWindows());
+  }
+
   void focusLeft() {
-    focusLeftAt_.start();
+    // The second half of a double click takes the focus to some bars.
+    if (item_ && item_->wasJustClicked()) return controller_.open();
     controller_.close();
+    focusLeftAt_.start();
   }
 
   // A click on the icon takes the focus from the open panel, which closes it; the same click must not
   // open it again.
   void clickItem() {
-    const bool closedByThisClick = focusLeftAt_.isValid() && focusLeftAt_.elapsed() < sameClick;
-    if (!closedByThisClick) controller_.toggle();
+    if (panel_.isVisible()) {
+      controller_.close();
+    } else if (!focusLeftAt_.isValid() || focusLeftAt_.elapsed() >= sameClick) {
+      openBesideItem();
+    }
   }
 
-  // Without an icon there would be no way back to a closed panel.
+  // Nobody sees the report being copied into a closed panel.
+  void performFromItem(const PanelAction& action) {
+    if (!std::holds_alternative<CopyReport>(action)) return controller_.perform(action);
+    chooseFrame(false);
+    controller_.copyFreshReport();
+  }
+
+  // Where there was never an icon, nothing would be left of a closed panel.
   void dismiss() {
     controller_.close();
     if (!item_ && panel_.window().isFramed()) panel_.quit();
-    if (item_) panel_.window().setFramed(false);
   }
 
-  // The tray of the session bus does not say where its icons are.
-  QRect iconPlace() const {
+  // The tray of the session bus does not say where its icons are; whoever clicked one is there.
+  IconPlace iconPlace() const {
     const QRect place = item_ ? item_->place() : QRect();
-    return place.isEmpty() ? QRect(QCursor::pos(), QSize(1, 1)) : place;
+    if (!place.isEmpty()) return {place, tray_.bar()};
+    return tellsPointer() ? QRect(QCursor::pos(), QSize(1, 1)) : QRect();
   }
 
   void exercise() {
-    QTimer::singleShot(1000, this, [this] { controller_.toggle(); });
+    QTimer::singleShot(1000, this, [this] { openAnywhere(); });
     QTimer::singleShot(4000, this, [this] { controller_.openFirstCard(); });
     QTimer::singleShot(9000, this, [this] { controller_.close(); });
   }
@@ -104,6 +137,7 @@ class RunningApplication : public QObject {
   std::unique_ptr<Model> model_;
   QtPanel panel_;
   PanelController controller_;
+  UserSettings& settings_;
   std::optional<StatusItem> item_;  // absent: no tray yet
   QElapsedTimer focusLeftAt_;
 };
@@ -127,6 +161,7 @@ int runApplication(const PanelApplication& application) {
   QGuiApplication::setDesktopFileName(
       QStringLiteral("org.tarnwick.Tarnwick"));  // Wayland names windows by it
   QApplication::setQuitOnLastWindowClosed(false);
+  QGuiApplication::setWindowIcon(iconImage());
   Theme::install();
   RunningApplication running(application, *instance);
   // A signal may end the program, or the toolkit when the display is gone.

@@ -6,21 +6,24 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
 #include <QDBusServiceWatcher>
+#include <QDBusVariant>
 #include <QDir>
 #include <QGuiApplication>
-#include <QIcon>
 #include <QLibraryInfo>
-#include <QPainter>
 #include <cstdlib>
+#include <cstring>
 #include <utility>
-
-#include "app/panel/qt/symbol_views.h"
 
 namespace tarnwick::panel {
 namespace {
 
-constexpr const char* watcherName = "org.kde.StatusNotifierWatcher";
+constexpr const char* watcherName = "org.kde.StatusNotifierWatcher";  // also its interface
+constexpr const char* trayPrefix = "_NET_SYSTEM_TRAY_S";              // the number of the screen follows
+constexpr const char* watcherPath = "/StatusNotifierWatcher";
+constexpr int watcherMilliseconds = 500;
 
 template <class T>
 using XReply = std::unique_ptr<T, decltype(&std::free)>;
@@ -44,14 +47,25 @@ class XServer {
     return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
   }
 
-  // Does some program own the selection of that name for this screen?
-  bool isOwned(const char* prefix) const {
-    if (!answers()) return false;
+  // Whose is the selection of that name for this screen?
+  xcb_window_t ownerOf(const char* prefix) const {
+    if (!answers()) return XCB_WINDOW_NONE;
     const auto cookie =
         xcb_get_selection_owner(connection_.get(), atom(prefix + QByteArray::number(screen_)));
     const XReply<xcb_get_selection_owner_reply_t> reply(
         xcb_get_selection_owner_reply(connection_.get(), cookie, nullptr), &std::free);
-    return reply && reply->owner != XCB_WINDOW_NONE;
+    return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
+  }
+
+  std::optional<std::uint32_t> number(xcb_window_t window, const char* property) const {
+    const auto cookie =
+        xcb_get_property(connection_.get(), 0, window, atom(property), XCB_ATOM_CARDINAL, 0, 1);
+    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_.get(), cookie, nullptr),
+                                                 &std::free);
+    if (!reply || reply->format != 32 || reply->value_len != 1) return std::nullopt;
+    std::uint32_t value = 0;
+    std::memcpy(&value, xcb_get_property_value(reply.get()), sizeof value);
+    return value;
   }
 
  private:
@@ -66,20 +80,6 @@ bool hasWaylandPlugin() {
 
 bool isUnderX() { return QGuiApplication::platformName() == QLatin1String("xcb"); }
 
-// In a colour that can be told from light and from dark bars.
-QIcon iconImage() {
-  QIcon icon;
-  for (const int side : {16, 22, 24, 32, 48, 64}) {
-    QPixmap picture(side, side);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    drawSymbol(painter, picture.rect(), "gauge.with.dots.needle.67percent", side, QColor(0x2f, 0x86, 0xe6));
-    painter.end();
-    icon.addPixmap(picture);
-  }
-  return icon;
-}
-
 }  // namespace
 
 bool findDisplay() {
@@ -91,7 +91,11 @@ bool findDisplay() {
   return false;
 }
 
-bool isComposited() { return !isUnderX() || XServer().isOwned("_NET_WM_CM_S"); }
+bool placesWindows() { return !QGuiApplication::platformName().startsWith(QLatin1String("wayland")); }
+
+bool tellsPointer() { return placesWindows() && !qEnvironmentVariableIsSet("WAYLAND_DISPLAY"); }
+
+bool isComposited() { return !isUnderX() || XServer().ownerOf("_NET_WM_CM_S") != XCB_WINDOW_NONE; }
 
 // An X tray that starts tells every window of the root that listens; the toolkit already does.
 class TrayHost::ManagerFilter : public QAbstractNativeEventFilter {
@@ -115,23 +119,42 @@ class TrayHost::ManagerFilter : public QAbstractNativeEventFilter {
 
 TrayHost::TrayHost(QObject* parent) : QObject(parent) {
   if (isUnderX()) filter_ = std::make_unique<ManagerFilter>(*this);
-  auto* watcher = new QDBusServiceWatcher(QLatin1String(watcherName), QDBusConnection::sessionBus(),
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  auto* watcher = new QDBusServiceWatcher(QLatin1String(watcherName), bus,
                                           QDBusServiceWatcher::WatchForRegistration, this);
   connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &TrayHost::appeared);
+  bus.connect(QLatin1String(watcherName), QLatin1String(watcherPath), QLatin1String(watcherName),
+              QStringLiteral("StatusNotifierHostRegistered"), this, SIGNAL(appeared()));
 }
 
 TrayHost::~TrayHost() = default;
 
-bool TrayHost::isPresent() const {
-  if (isUnderX() && XServer().isOwned("_NET_SYSTEM_TRAY_S")) return true;
+bool TrayHost::isComing() const {
   const QDBusConnection bus = QDBusConnection::sessionBus();
   return bus.isConnected() && bus.interface()->isServiceRegistered(QLatin1String(watcherName));
 }
 
-StatusItem::StatusItem(std::function<void()> clicked) : icon_(iconImage()) {
-  icon_.setToolTip(QStringLiteral("Tarnwick"));
-  QObject::connect(&icon_, &QSystemTrayIcon::activated, &icon_, std::move(clicked));
-  icon_.show();
+std::optional<Stack::Direction> TrayHost::bar() const {
+  if (!isUnderX()) return std::nullopt;
+  const XServer server;
+  const xcb_window_t tray = server.ownerOf(trayPrefix);
+  if (tray == XCB_WINDOW_NONE) return std::nullopt;
+  const std::optional<std::uint32_t> direction = server.number(tray, "_NET_SYSTEM_TRAY_ORIENTATION");
+  if (!direction) return std::nullopt;
+  return *direction == 0 ? Stack::Direction::horizontal : Stack::Direction::vertical;
+}
+
+// The watcher of the session bus keeps a list for those who show icons; it is of use only when there is one.
+bool TrayHost::isPresent() const {
+  if (isUnderX() && XServer().ownerOf(trayPrefix) != XCB_WINDOW_NONE) return true;
+  if (!isComing()) return false;
+  QDBusMessage question = QDBusMessage::createMethodCall(
+      QLatin1String(watcherName), QLatin1String(watcherPath),
+      QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+  question << QLatin1String(watcherName) << QStringLiteral("IsStatusNotifierHostRegistered");
+  const QDBusReply<QDBusVariant> answer =
+      QDBusConnection::sessionBus().call(question, QDBus::Block, watcherMilliseconds);
+  return answer.isValid() && answer.value().variant().toBool();
 }
 
 }  // namespace tarnwick::panel

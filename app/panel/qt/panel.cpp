@@ -1,7 +1,6 @@
 #include "app/panel/qt/panel.h"
 
 #include <QApplication>
-#include <QMenu>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -10,6 +9,7 @@
 #include <utility>
 
 #include "app/panel/arrangement.h"
+#include "app/panel/qt/menu.h"
 #include "app/panel/qt/text_views.h"
 
 namespace tarnwick::panel {
@@ -27,9 +27,16 @@ Area areaOf(const QRect& rect) {
           static_cast<double>(rect.height())};
 }
 
+QRect likelyPlace() {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  if (screen == nullptr) return {};
+  const Spot spot = likelyIcon(areaOf(screen->geometry()), areaOf(screen->availableGeometry()));
+  return {static_cast<int>(spot.x), static_cast<int>(spot.y), 1, 1};
+}
+
 }  // namespace
 
-QtPanel::QtPanel(const Appearance& appearance, std::function<QRect()> icon, Handlers handlers)
+QtPanel::QtPanel(const Appearance& appearance, std::function<IconPlace()> icon, Handlers handlers)
     : appearance_(appearance), icon_(std::move(icon)), handlers_(std::move(handlers)) {
   movement_.setDuration(movementMilliseconds);
   movement_.setEasingCurve(QEasingCurve::OutCubic);
@@ -49,6 +56,7 @@ QtPanel::QtPanel(const Appearance& appearance, std::function<QRect()> icon, Hand
 
 void QtPanel::open() {
   if (!visible_) place_ = icon_();
+  if (place_.frame.isEmpty()) place_.frame = likelyPlace();
   visible_ = true;  // shown with its first content, at its right place
   if (window_.isVisible()) bringToFront();
 }
@@ -93,12 +101,16 @@ void QtPanel::replaceContent(const Node& content) {
   (again == nullptr || !again->isEnabled() ? &window_ : again)->setFocus(Qt::TabFocusReason);
 }
 
+const QScreen* QtPanel::screen() const {
+  const QScreen* screen = QGuiApplication::screenAt(place_.frame.center());
+  return screen == nullptr ? QGuiApplication::primaryScreen() : screen;
+}
+
 QRect QtPanel::frameFor(const QSize& size) const {
-  const QScreen* screen = QGuiApplication::screenAt(place_.center());
-  if (screen == nullptr) screen = QGuiApplication::primaryScreen();
-  const QRect visible = screen == nullptr ? place_ : screen->availableGeometry();
+  const QScreen* screen = this->screen();
+  const QRect visible = screen == nullptr ? place_.frame : screen->availableGeometry();
   const Extent panel{static_cast<double>(size.width()), static_cast<double>(size.height())};
-  const Spot spot = besideIcon(areaOf(place_), panel, areaOf(visible));
+  const Spot spot = besideIcon(areaOf(place_.frame), panel, areaOf(visible), place_.bar);
   const int shadow = window_.shadow();
   return QRect(QPoint(static_cast<int>(spot.x), static_cast<int>(spot.y)), size)
       .adjusted(-shadow, -shadow, shadow, shadow);
@@ -118,6 +130,7 @@ void QtPanel::moveTo(const QRect& frame, bool animated) {
 }
 
 void QtPanel::bringToFront() {
+  window_.setWindowState(window_.windowState() & ~Qt::WindowMinimized);
   window_.raise();
   window_.activateWindow();
 }
@@ -136,24 +149,14 @@ void QtPanel::openMenu(const std::vector<MenuItem>& items) {
   auto* menu = new QMenu(&window_);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   menu->setFont(Theme::buttonFont());
-  for (const MenuItem& item : items) {
-    if (item.title.empty()) {
-      menu->addSeparator();
-      continue;
-    }
-    QAction* line = menu->addAction(QString::fromStdString(item.title));
-    line->setCheckable(item.checkable);
-    line->setChecked(item.checked);
-    QObject::connect(line, &QAction::triggered, &window_,
-                     [this, action = item.action] { handlers_.perform(action); });
-  }
+  addLines(*menu, items, handlers_.perform);
   const QWidget* button =
       content_ == nullptr ? nullptr : content_->findChild<QWidget*>(QStringLiteral("menu"));
   menu->popup(button == nullptr ? QCursor::pos() : button->mapToGlobal(button->rect().bottomLeft()));
 }
 
 std::optional<double> QtPanel::visibleScreenHeight() const {
-  const QScreen* screen = QGuiApplication::primaryScreen();
+  const QScreen* screen = this->screen();
   if (screen == nullptr) return std::nullopt;
   return screen->availableGeometry().height();
 }

@@ -6,12 +6,23 @@
 #include <QTimer>
 #include <QVariantAnimation>
 #include <functional>
+#include <optional>
 
+#include "app/panel/panel_tree.h"
 #include "app/panel/panel_window.h"
 #include "app/panel/qt/painter.h"
 #include "app/panel/qt/popup_window.h"
 
 namespace tarnwick::panel {
+
+// Where the tray icon is.
+struct IconPlace {
+  IconPlace(const QRect& onScreen = {}, std::optional<Stack::Direction> direction = {})
+      : frame(onScreen), bar(direction) {}
+
+  QRect frame;                          // empty: nobody knows
+  std::optional<Stack::Direction> bar;  // of the bar that it lies in; absent: nobody knows
+};
 
 class QtPanel final : public PanelWindow {
  public:
@@ -22,7 +33,7 @@ class QtPanel final : public PanelWindow {
   };
 
   // `icon` says where the tray icon is whenever the panel opens. `appearance` must outlive the panel.
-  QtPanel(const Appearance& appearance, std::function<QRect()> icon, Handlers handlers);
+  QtPanel(const Appearance& appearance, std::function<IconPlace()> icon, Handlers handlers);
 
   PopupWindow& window() { return window_; }
 
@@ -38,19 +49,20 @@ class QtPanel final : public PanelWindow {
 
  private:
   void replaceContent(const Node& content);
+  const QScreen* screen() const;  // with the icon on it; null: there is none
   QRect frameFor(const QSize& size) const;
   void moveTo(const QRect& frame, bool animated);
   void bringToFront();
 
   const Appearance& appearance_;
-  std::function<QRect()> icon_;
+  std::function<IconPlace()> icon_;
   Handlers handlers_;
   PopupWindow window_;
   QPointer<QWidget> content_;
   QVariantAnimation movement_;
   QTimer later_;
   std::function<void()> task_;  // for when it has run out
-  QRect place_;                 // of the icon, when the panel was opened
+  IconPlace place_;             // when the panel was opened
   bool visible_ = false;        // open; the window follows with its first content
 };
 

@@ -71,12 +71,55 @@ TEST(PanelPlace, IsBesideAnIconOfAnyBar) {
       {{0, 0, 24, 24}, {400, 300}, {8, 30}},         // at its start
       {{500, 740, 24, 24}, {400, 300}, {492, 430}},  // bar at the bottom
       {{500, 60, 1, 1}, {400, 300}, {492, 67}},      // a pointer
-      {{500, 378, 1, 1}, {400, 300}, {492, 385}},    // in the last row of the upper half
-      {{500, 379, 1, 1}, {400, 300}, {492, 73}},     // in the middle
+      {{500, 379, 1, 1}, {400, 300}, {492, 386}},    // in the last row of the upper half
+      {{500, 380, 1, 1}, {400, 300}, {492, 74}},     // in the first of the lower
+      {{100, 200, 1, 1}, {400, 300}, {107, 192}},    // nearest to the left side
       {{500, 0, 24, 24}, {1200, 900}, {8, 30}},      // larger than the screen
   };
   for (const auto& [icon, panel, spot] : cases)
     EXPECT_EQ(besideIcon(icon, panel, {0, 30, 1000, 700}), spot) << icon.x << " " << icon.y;
+}
+
+TEST(PanelPlace, IsInsideTheScreenOfTheIconBesideItsBar) {
+  struct Case {
+    const char* bar;
+    Area visible, icon;
+    Spot spot;
+  };
+  const Case cases[] = {
+      {"left, in its middle", {50, 0, 950, 800}, {13, 400, 24, 24}, {50, 392}},
+      {"left, at its end", {50, 0, 950, 800}, {13, 770, 24, 24}, {50, 492}},
+      {"left, at its start", {50, 0, 950, 800}, {0, 2, 50, 24}, {56, 8}},
+      {"right, at its end", {0, 0, 950, 800}, {963, 770, 24, 24}, {550, 492}},
+      {"right, in its middle", {0, 0, 976, 800}, {976, 300, 24, 24}, {570, 292}},
+      {"left of the second screen", {1040, 0, 960, 600}, {1008, 560, 24, 24}, {1040, 292}},
+      {"right of the first screen, beside the second", {0, 0, 960, 800}, {968, 10, 24, 24}, {560, 8}},
+      {"top of a screen at the left of the first", {-1000, 30, 1000, 770}, {-40, 3, 24, 24}, {-408, 33}},
+      {"bottom of a screen above the first", {0, -800, 1000, 770}, {960, -27, 24, 24}, {592, -333}},
+      {"left, hides itself", {0, 0, 1000, 800}, {2, 400, 24, 24}, {32, 392}},
+      {"right, hides itself", {0, 0, 1000, 800}, {974, 400, 24, 24}, {568, 392}},
+  };
+  for (const auto& [bar, visible, icon, spot] : cases)
+    EXPECT_EQ(besideIcon(icon, {400, 300}, visible), spot) << bar;
+  // In a corner of a screen whose bars nobody knows.
+  const Area corner{976, 776, 24, 24};
+  const Area screen{0, 0, 1000, 800};
+  EXPECT_EQ(besideIcon(corner, {400, 300}, screen, Stack::Direction::horizontal), (Spot{592, 470}));
+  EXPECT_EQ(besideIcon(corner, {400, 300}, screen, Stack::Direction::vertical), (Spot{570, 492}));
+}
+
+TEST(PanelPlace, AnIconThatNobodyTellsOfIsAtTheEndOfABar) {
+  const std::tuple<const char*, Area, Spot> cases[] = {
+      {"top", {100, 30, 1000, 770}, {1099, 0}},
+      {"top, with a dock at the left", {160, 30, 940, 770}, {1099, 0}},
+      {"top, with a dock below", {100, 30, 1000, 700}, {1099, 0}},
+      {"bottom", {100, 0, 1000, 760}, {1099, 799}},
+      {"right", {100, 0, 950, 800}, {1099, 799}},
+      {"left", {150, 0, 950, 800}, {100, 799}},
+      {"none", {100, 0, 1000, 800}, {1099, 0}},
+  };
+  for (const auto& [bar, visible, spot] : cases)
+    EXPECT_EQ(likelyIcon({100, 0, 1000, 800}, visible), spot) << bar;
 }
 
 }  // namespace

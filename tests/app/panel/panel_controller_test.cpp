@@ -108,6 +108,30 @@ TEST_F(PanelControllerTest, ANoteIsAnnouncedOnce) {
   EXPECT_THAT(announced(), IsEmpty());
 }
 
+TEST_F(PanelControllerTest, ACopyFromOutsideIsOfAFreshReportAndIsSeen) {
+  services.next.snapshot = sampleSnapshot();
+  controller.copyFreshReport();
+  EXPECT_TRUE(window.visible);
+  EXPECT_EQ(services.copied, "") << "nothing is known yet";
+  executor.runAll();
+  EXPECT_THAT(services.copied, HasSubstr("16.0 GB memory"));
+  controller.close();
+  for (const auto& [age, checks] : {std::pair{9.9, 0}, {10.0, 1}}) {
+    services.copied.clear();
+    services.calls.clear();
+    services.time = sampleTime + Seconds{age};
+    controller.copyFreshReport();
+    EXPECT_EQ(services.copied.empty(), checks == 1) << age;
+    executor.runAll();
+    EXPECT_THAT(services.copied, HasSubstr("16.0 GB memory"));
+    EXPECT_EQ(std::ranges::count(services.calls, "check"), checks);
+  }
+  services.copied.clear();
+  controller.perform(CheckAgain{});
+  executor.runAll();
+  EXPECT_EQ(services.copied, "") << "once is enough";
+}
+
 TEST_F(PanelControllerTest, ManyChangesOfOneTurnAreDrawnOnce) {
   openWithFindings();
   model.setOpenCard("docker");
