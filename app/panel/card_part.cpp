@@ -6,6 +6,8 @@ namespace {
 
 constexpr double iconSide = 28;
 constexpr double titleWidth = 314;  // the metric and the gap before it included
+constexpr double metricWidth = 120;
+constexpr double linkRoom = 80;  // that a button leaves for the link beside it
 
 Node header(const Finding& finding) {
   Stack heading = row(12);
@@ -15,6 +17,7 @@ Node header(const Finding& finding) {
     heading.children.push_back({Label{.text = *finding.metric,
                                       .font = FontRole::metric,
                                       .colour = ColourRole::secondary,
+                                      .wrapWidth = metricWidth,
                                       .description = finding.title}});
   const Symbol icon{.name = finding.icon, .size = 17, .frame = iconSide, .colour = ColourRole::secondary};
   return {row(cardTextWidth - iconSide - titleWidth, {{icon}, {heading}})};
@@ -43,6 +46,7 @@ Node remedyButton(const Action& action, const Finding& finding, bool enabled) {
                  .title = action.label,
                  .toolTip = command,
                  .accessibleName = action.label + ": " + finding.title,
+                 .wrapWidth = cardTextWidth - linkRoom,
                  .enabled = enabled,
                  .action = RunRemedy{action, finding}}};
 }

@@ -8,14 +8,14 @@
 namespace tarnwick::panel {
 namespace {
 
-constexpr int sidePadding = 10;  // left and right of a small button's title
-constexpr int linkPadding = 0;   // a link stands where a text would
-constexpr int symbolSide = 24;   // what the pointer can hit around a lone symbol
+constexpr QMargins faceMargins(10, 4, 10, 4);  // around the title of a button that has a face
+constexpr QMargins linkMargins(0, 1, 0, 1);    // a link stands where a text would; room for its underline
+constexpr int symbolSide = 24;                 // what the pointer can hit around a lone symbol
 
 QString titleOf(const Button& button) { return QString::fromStdString(button.title); }
 
-int paddingOf(const Button& button) {
-  return button.style == Button::Style::small ? sidePadding : linkPadding;
+QMargins marginsOf(const Button& button) {
+  return button.style == Button::Style::small ? faceMargins : linkMargins;
 }
 
 }  // namespace
@@ -57,7 +57,7 @@ void ControlView::drawHover(QPainter& painter, double radius) const {
 ButtonView::ButtonView(const Button& button, const Theme& theme, int width, QWidget* parent)
     : ControlView(theme, parent),
       button_(button),
-      title_(titleOf(button), Theme::buttonFont(), width - 2 * paddingOf(button)) {
+      title_(titleOf(button), Theme::buttonFont(), width - 2 * marginsOf(button).left()) {
   setObjectName(QString::fromStdString(button.id));
   setToolTip(plainToolTip(button.toolTip));
   setAccessibleName(QString::fromStdString(button.accessibleName));
@@ -67,7 +67,7 @@ ButtonView::ButtonView(const Button& button, const Theme& theme, int width, QWid
   if (button.title.empty()) {
     resize(symbolSide, symbolSide);
   } else {
-    resize(title_.size().width() + 2 * paddingOf(button), title_.size().height() + 8);
+    resize(title_.size().grownBy(marginsOf(button)));
   }
 }
 
@@ -82,7 +82,7 @@ void ButtonView::paintEvent(QPaintEvent* /*event*/) {
   } else {
     const bool link = button_.style == Button::Style::link;
     painter.setPen(link ? theme().link() : theme().colour(ColourRole::label));
-    title_.draw(painter, {paddingOf(button_), (height() - title_.size().height()) / 2});
+    title_.draw(painter, {marginsOf(button_).left(), marginsOf(button_).top()});
     if (link) drawUnderline(painter);
   }
   if (button_.style != Button::Style::link) drawFocusRing(painter, 6);
@@ -92,7 +92,7 @@ void ButtonView::paintEvent(QPaintEvent* /*event*/) {
 void ButtonView::drawUnderline(QPainter& painter) const {
   if (!underMouse() && !hasFocus()) return;
   const int thickness = hasFocus() ? 2 : 1;
-  painter.fillRect(0, height() - 3 - thickness, width(), thickness, theme().link());
+  painter.fillRect(0, height() - thickness, width(), thickness, theme().link());
 }
 
 void ButtonView::drawFace(QPainter& painter) const {

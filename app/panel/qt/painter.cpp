@@ -20,6 +20,13 @@ constexpr int scrollerWidth = 10;  // lies in the margin beside the list
 
 int whole(double points) { return static_cast<int>(std::lround(points)); }
 
+// What a view takes of a stack: a list's scroller lies in the margin.
+Extent footprint(const QWidget& view) {
+  const auto* area = qobject_cast<const QScrollArea*>(&view);
+  const int width = area == nullptr ? view.width() : area->widget()->width();
+  return {static_cast<double>(width), static_cast<double>(view.height())};
+}
+
 // A rounded surface.
 class BoxView : public QWidget {
  public:
@@ -58,7 +65,7 @@ class Walk {
     std::vector<QWidget*> children(stack.children.size(), nullptr);
     const Arrangement arrangement = arrange(stack, width, [&](std::size_t i, double childWidth) -> Extent {
       children[i] = make(stack.children[i], whole(childWidth), box);
-      return {static_cast<double>(children[i]->width()), static_cast<double>(children[i]->height())};
+      return footprint(*children[i]);
     });
     for (std::size_t i = 0; i < children.size(); ++i) {
       children[i]->move(whole(arrangement.spots[i].x), whole(arrangement.spots[i].y));
@@ -89,7 +96,8 @@ class Walk {
   }
 
   QWidget* makeView(const Button& button, int width, QWidget* parent) const {
-    auto* view = new ButtonView(button, theme_, width, parent);
+    const int widest = button.wrapWidth ? std::min(whole(*button.wrapWidth), width) : width;
+    auto* view = new ButtonView(button, theme_, widest, parent);
     QObject::connect(view, &QPushButton::clicked, view,
                      [perform = &perform_, action = button.action] { (*perform)(action); });
     return view;
@@ -102,10 +110,11 @@ class Walk {
     giveVoice(view, box.spoken);
     const QMargins insets = margins(box.insets);
     const int outer = box.width ? std::min(whole(*box.width), width) : width;
-    QWidget* child = make(box.child.at(0), outer - insets.left() - insets.right(), view);
+    const int widest = box.widest ? std::max(whole(*box.widest), outer) : outer;
+    QWidget* child = make(box.child.at(0), widest - insets.left() - insets.right(), view);
     child->move(insets.left(), insets.top());
     const QSize fitting = child->size().grownBy(insets);
-    view->resize(box.width ? outer : fitting.width(), fitting.height());
+    view->resize(box.width ? std::max(outer, fitting.width()) : fitting.width(), fitting.height());
     return view;
   }
 
