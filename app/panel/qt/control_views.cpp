@@ -8,14 +8,15 @@
 namespace tarnwick::panel {
 namespace {
 
-constexpr QMargins faceMargins(10, 4, 10, 4);  // around the title of a button that has a face
-constexpr QMargins linkMargins(0, 1, 0, 1);    // a link stands where a text would; room for its underline
-constexpr int symbolSide = 24;                 // what the pointer can hit around a lone symbol
+constexpr QMarginsF faceMargins(10, 4, 10, 4);  // around the title of a button that has a face
+constexpr QMarginsF linkMargins(0, 1, 0, 1);    // a link stands where a text would; room for its underline
+constexpr double symbolSide = 24;               // what the pointer can hit around a lone symbol
+constexpr double symbolSize = 17;
 
 QString titleOf(const Button& button) { return QString::fromStdString(button.title); }
 
-QMargins marginsOf(const Button& button) {
-  return button.style == Button::Style::small ? faceMargins : linkMargins;
+QMargins marginsOf(const Button& button, const Theme& theme) {
+  return ((button.style == Button::Style::small ? faceMargins : linkMargins) * theme.scale()).toMargins();
 }
 
 }  // namespace
@@ -57,7 +58,8 @@ void ControlView::drawHover(QPainter& painter, double radius) const {
 ButtonView::ButtonView(const Button& button, const Theme& theme, int width, QWidget* parent)
     : ControlView(theme, parent),
       button_(button),
-      title_(titleOf(button), Theme::buttonFont(), width - 2 * marginsOf(button).left()) {
+      margins_(marginsOf(button, theme)),
+      title_(titleOf(button), Theme::buttonFont(theme.scale()), width - margins_.left() - margins_.right()) {
   setObjectName(QString::fromStdString(button.id));
   setToolTip(plainToolTip(button.toolTip));
   setAccessibleName(QString::fromStdString(button.accessibleName));
@@ -65,9 +67,9 @@ ButtonView::ButtonView(const Button& button, const Theme& theme, int width, QWid
   setEnabled(button.enabled);
   setCursor(button.style == Button::Style::link ? Qt::PointingHandCursor : Qt::ArrowCursor);
   if (button.title.empty()) {
-    resize(symbolSide, symbolSide);
+    resize(QSize(1, 1) * symbolSide * theme.scale());
   } else {
-    resize(title_.size().grownBy(marginsOf(button)));
+    resize(title_.size().grownBy(margins_));
   }
 }
 
@@ -78,11 +80,12 @@ void ButtonView::paintEvent(QPaintEvent* /*event*/) {
   if (button_.style == Button::Style::small) drawFace(painter);
   if (button_.style != Button::Style::link) drawHover(painter, 6);
   if (button_.title.empty()) {
-    drawSymbol(painter, rect(), button_.symbol, 17, theme().colour(ColourRole::secondary));
+    drawSymbol(painter, rect(), button_.symbol, symbolSize * theme().scale(),
+               theme().colour(ColourRole::secondary));
   } else {
     const bool link = button_.style == Button::Style::link;
     painter.setPen(link ? theme().link() : theme().colour(ColourRole::label));
-    title_.draw(painter, {marginsOf(button_).left(), marginsOf(button_).top()});
+    title_.draw(painter, {margins_.left(), margins_.top()});
     if (link) drawUnderline(painter);
   }
   if (button_.style != Button::Style::link) drawFocusRing(painter, 6);

@@ -40,6 +40,7 @@ class ButtonView : public ControlView {
   void drawUnderline(QPainter& painter) const;
 
   Button button_;
+  QMargins margins_;  // around the title
   TextBlock title_;
 };
 

@@ -9,6 +9,7 @@
 #include "app/panel/arrangement.h"
 #include "app/panel/qt/access.h"
 #include "app/panel/qt/control_views.h"
+#include "app/panel/qt/enlarged.h"
 #include "app/panel/qt/symbol_views.h"
 #include "app/panel/qt/text_views.h"
 
@@ -17,6 +18,7 @@ namespace {
 
 constexpr int unbounded = 4000;
 constexpr int scrollerWidth = 10;  // lies in the margin beside the list
+constexpr double foldPadding = 3;  // above and below the row
 
 int whole(double points) { return static_cast<int>(std::lround(points)); }
 
@@ -30,8 +32,8 @@ Extent footprint(const QWidget& view) {
 // A rounded surface.
 class BoxView : public QWidget {
  public:
-  BoxView(const QColor& colour, std::optional<double> radius, QWidget* parent)
-      : QWidget(parent), colour_(colour), radius_(radius) {}
+  BoxView(const QColor& colour, const QColor& outline, std::optional<double> radius, QWidget* parent)
+      : QWidget(parent), colour_(colour), outline_(outline), radius_(radius) {}
 
  protected:
   void paintEvent(QPaintEvent* /*event*/) override {
@@ -41,10 +43,15 @@ class BoxView : public QWidget {
     painter.setBrush(colour_);
     const double radius = radius_.value_or(height() / 2.0);
     painter.drawRoundedRect(rect(), radius, radius);
+    if (outline_.alpha() == 0) return;
+    painter.setPen(QPen(outline_, 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
   }
 
  private:
   QColor colour_;
+  QColor outline_;
   std::optional<double> radius_;
 };
 
@@ -78,7 +85,7 @@ class Walk {
   QWidget* makeView(const Label& label, int width, QWidget* parent) const {
     const int widest = label.wrapWidth ? std::min(whole(*label.wrapWidth), width) : width;
     const QString text = QString::fromStdString(label.text);
-    const QFont font = Theme::font(label.font);
+    const QFont font = Theme::font(label.font, theme_.scale());
     const QColor colour = theme_.colour(label.colour);
     QWidget* view = nullptr;
     if (label.selectable) {
@@ -106,7 +113,7 @@ class Walk {
   QWidget* makeView(const Box& box, int width, QWidget* parent) const {
     QColor ground = theme_.colour(box.background);
     ground.setAlphaF(static_cast<float>(box.opacity));
-    auto* view = new BoxView(ground, box.cornerRadius, parent);
+    auto* view = new BoxView(ground, theme_.boxOutline(), box.cornerRadius, parent);
     giveVoice(view, box.spoken);
     const QMargins insets = margins(box.insets);
     const int outer = box.width ? std::min(whole(*box.width), width) : width;
@@ -144,8 +151,9 @@ class Walk {
     auto* view = new FoldView(fold, theme_, parent);
     QWidget* row = make(fold.row.at(0), width, view);
     row->setAttribute(Qt::WA_TransparentForMouseEvents);
-    row->move(0, 3);
-    view->resize(row->width(), row->height() + 6);
+    const int padding = whole(foldPadding * theme_.scale());
+    row->move(0, padding);
+    view->resize(row->width(), row->height() + 2 * padding);
     QObject::connect(view, &QPushButton::clicked, view,
                      [perform = &perform_, action = fold.action] { (*perform)(action); });
     return view;
@@ -179,7 +187,9 @@ class Walk {
 }  // namespace
 
 QWidget* paint(const Node& node, const Theme& theme, const Perform& perform, QWidget* parent) {
-  return Walk(theme, perform).make(node, unbounded, parent);
+  const Walk walk(theme, perform);
+  if (theme.scale() == 1) return walk.make(node, unbounded, parent);
+  return walk.make(enlarged(node, theme.scale()), unbounded, parent);
 }
 
 }  // namespace tarnwick::panel

@@ -6,6 +6,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QToolTip>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -17,9 +18,27 @@ namespace {
 
 constexpr int movementMilliseconds = 160;
 
+// With less room than this the texts do not grow: the panel between the margins of the screen, and a list of
+// a hundred points below everything else.
+constexpr QSizeF leastScreen(416, 360);
+
+QScrollArea* listOf(const QWidget* content) {
+  return content == nullptr ? nullptr : content->findChild<QScrollArea*>(QStringLiteral("list"));
+}
+
 QScrollBar* scrollerOf(const QWidget* content) {
-  auto* list = content == nullptr ? nullptr : content->findChild<QScrollArea*>(QStringLiteral("list"));
+  const QScrollArea* list = listOf(content);
   return list == nullptr ? nullptr : list->verticalScrollBar();
+}
+
+// The same panel with a lower list.
+Node withListCap(Node panel, double height) {
+  if (auto* all = std::get_if<Stack>(&panel.view)) {
+    for (Node& child : all->children) {
+      if (auto* list = std::get_if<Scroll>(&child.view)) list->heightCap = height;
+    }
+  }
+  return panel;
 }
 
 Area areaOf(const QRect& rect) {
@@ -45,6 +64,7 @@ QtPanel::QtPanel(const Appearance& appearance, std::function<QRect()> icon, Hand
     if (visible_) handlers_.focusLeft();  // a closed panel loses it too
   });
   QObject::connect(&window_, &PopupWindow::dismissed, &window_, [this] { handlers_.dismissed(); });
+  QObject::connect(&appearance_, &Appearance::changed, &window_, [this] { redraw(); });
 }
 
 void QtPanel::open() {
@@ -63,18 +83,36 @@ void QtPanel::close() {
 }
 
 void QtPanel::show(const Node& content, bool animated) {
-  replaceContent(content);
+  node_ = content;
+  replaceContent();
   const bool moves = animated && window_.isVisible() && !window_.isFramed();
   moveTo(frameFor(content_->size()), moves);
   if (window_.isVisible()) return;
   window_.setFocus();
   window_.show();
+  followScreen();
   bringToFront();
 }
 
+// What is shown stays; the desktop wants it to look otherwise.
+void QtPanel::redraw() {
+  if (content_ == nullptr) return;
+  replaceContent();
+  moveTo(frameFor(content_->size()), false);
+}
+
+// The native window may be a new one each time that the panel opens.
+void QtPanel::followScreen() {
+  QWindow* handle = window_.windowHandle();
+  if (handle == nullptr || handle == followed_) return;
+  followed_ = handle;
+  QObject::connect(
+      handle, &QWindow::screenChanged, &window_, [this] { redraw(); }, Qt::QueuedConnection);
+}
+
 // The keyboard and the list stay where they were.
-void QtPanel::replaceContent(const Node& content) {
-  const Theme theme(appearance_.isDark());
+void QtPanel::replaceContent() {
+  const Theme theme = themeHere();
   window_.setTheme(theme);
   QToolTip::setPalette(theme.palette());
   const QScrollBar* before = scrollerOf(content_);
@@ -85,7 +123,7 @@ void QtPanel::replaceContent(const Node& content) {
     content_->hide();
     content_->deleteLater();  // a click on it may be what brought us here
   }
-  content_ = paint(content, theme, handlers_.perform, &window_);
+  content_ = painted(theme);
   content_->move(window_.shadow(), window_.shadow());
   content_->show();
   if (QScrollBar* after = scrollerOf(content_)) after->setValue(scrolled);
@@ -93,10 +131,38 @@ void QtPanel::replaceContent(const Node& content) {
   (again == nullptr || !again->isEnabled() ? &window_ : again)->setFocus(Qt::TabFocusReason);
 }
 
-QRect QtPanel::frameFor(const QSize& size) const {
-  const QScreen* screen = QGuiApplication::screenAt(place_.center());
+// Where the panel would be higher than the screen, the list gives way.
+QWidget* QtPanel::painted(const Theme& theme) {
+  QWidget* whole = paint(node_, theme, handlers_.perform, &window_);
+  const std::optional<QRect> visible = visibleScreen();
+  const QScrollArea* list = listOf(whole);
+  const int excess = visible ? whole->height() - visible->height() : 0;
+  if (excess <= 0 || list == nullptr) return whole;
+  const double rest = std::max(list->height() - excess, 0) / theme.scale();
+  delete whole;
+  return paint(withListCap(node_, rest), theme, handlers_.perform, &window_);
+}
+
+// The screen that the panel is on, without its bars; absent when there is none.
+std::optional<QRect> QtPanel::visibleScreen() const {
+  const QScreen* screen = window_.isFramed() ? window_.screen() : QGuiApplication::screenAt(place_.center());
   if (screen == nullptr) screen = QGuiApplication::primaryScreen();
-  const QRect visible = screen == nullptr ? place_ : screen->availableGeometry();
+  return screen == nullptr ? std::nullopt : std::optional(screen->availableGeometry());
+}
+
+// Texts are no larger than the screen has room for.
+Theme QtPanel::themeHere() const {
+  Look look = appearance_.look();
+  if (const std::optional<QRect> visible = visibleScreen()) {
+    const double room =
+        std::min(visible->width() / leastScreen.width(), visible->height() / leastScreen.height());
+    look.scale = std::clamp(look.scale, 1.0, std::max(room, 1.0));
+  }
+  return Theme(look);
+}
+
+QRect QtPanel::frameFor(const QSize& size) const {
+  const QRect visible = visibleScreen().value_or(place_);
   const Extent panel{static_cast<double>(size.width()), static_cast<double>(size.height())};
   const Spot spot = besideIcon(areaOf(place_), panel, areaOf(visible));
   const int shadow = window_.shadow();
@@ -135,13 +201,15 @@ void QtPanel::callAfter(double seconds, std::function<void()> task) {
 void QtPanel::openMenu(const std::vector<MenuItem>& items) {
   auto* menu = new QMenu(&window_);
   menu->setAttribute(Qt::WA_DeleteOnClose);
-  menu->setFont(Theme::buttonFont());
+  const Theme theme = themeHere();
+  menu->setFont(Theme::buttonFont(theme.scale()));
+  menu->setPalette(theme.palette());
   for (const MenuItem& item : items) {
     if (item.title.empty()) {
       menu->addSeparator();
       continue;
     }
-    QAction* line = menu->addAction(QString::fromStdString(item.title));
+    QAction* line = menu->addAction(QString::fromStdString(item.title).replace('&', QLatin1String("&&")));
     line->setCheckable(item.checkable);
     line->setChecked(item.checked);
     QObject::connect(line, &QAction::triggered, &window_,
@@ -153,9 +221,9 @@ void QtPanel::openMenu(const std::vector<MenuItem>& items) {
 }
 
 std::optional<double> QtPanel::visibleScreenHeight() const {
-  const QScreen* screen = QGuiApplication::primaryScreen();
-  if (screen == nullptr) return std::nullopt;
-  return screen->availableGeometry().height();
+  const std::optional<QRect> visible = visibleScreen();
+  if (!visible) return std::nullopt;
+  return visible->height() / themeHere().scale();
 }
 
 // Not quit(): that asks every window first, and the panel refuses to be closed by others.
