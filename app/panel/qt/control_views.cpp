@@ -1,6 +1,7 @@
 #include "app/panel/qt/control_views.h"
 
 #include <QKeyEvent>
+#include <QToolTip>
 
 #include "app/panel/qt/access.h"
 #include "app/panel/qt/symbol_views.h"
@@ -12,8 +13,9 @@ constexpr QMarginsF faceMargins(10, 4, 10, 4);  // around the title of a button 
 constexpr QMarginsF linkMargins(0, 1, 0, 1);    // a link stands where a text would; room for its underline
 constexpr double symbolSide = 24;               // what the pointer can hit around a lone symbol
 constexpr double symbolSize = 17;
-
-QString titleOf(const Button& button) { return QString::fromStdString(button.title); }
+constexpr double tipWidth = 360;
+constexpr qsizetype shortTip = 40;      // characters; surely one line
+constexpr qsizetype longestTip = 1500;  // more of them would not fit on every screen
 
 QMargins marginsOf(const Button& button, const Theme& theme) {
   return ((button.style == Button::Style::small ? faceMargins : linkMargins) * theme.scale()).toMargins();
@@ -21,9 +23,15 @@ QMargins marginsOf(const Button& button, const Theme& theme) {
 
 }  // namespace
 
-QString plainToolTip(const std::string& text) {
+// The toolkit guesses whether a tip is plain or marked up, and does not break long words: so it gets lines
+// that are broken already, as what is marked up beyond doubt.
+QString plainToolTip(const std::string& text, double scale) {
   if (text.empty()) return {};
-  return QStringLiteral("<span>%1</span>").arg(QString::fromStdString(text).toHtmlEscaped());
+  QString shown = printable(text);
+  if (shown.size() > longestTip) shown = shown.left(longestTip - 1) + QChar(0x2026);
+  if (shown.size() > shortTip)
+    shown = TextBlock(shown, QToolTip::font(), qRound(tipWidth * scale)).lines().join(QLatin1Char('\n'));
+  return QStringLiteral("<p style='white-space:pre'>%1</p>").arg(shown.toHtmlEscaped());
 }
 
 ControlView::ControlView(const Theme& theme, QWidget* parent) : QPushButton(parent), theme_(theme) {
@@ -59,11 +67,12 @@ ButtonView::ButtonView(const Button& button, const Theme& theme, int width, QWid
     : ControlView(theme, parent),
       button_(button),
       margins_(marginsOf(button, theme)),
-      title_(titleOf(button), Theme::buttonFont(theme.scale()), width - margins_.left() - margins_.right()) {
+      title_(printable(button.title), Theme::buttonFont(theme.scale()),
+             width - margins_.left() - margins_.right()) {
   setObjectName(QString::fromStdString(button.id));
-  setToolTip(plainToolTip(button.toolTip));
-  setAccessibleName(QString::fromStdString(button.accessibleName));
-  setAccessibleDescription(QString::fromStdString(button.toolTip));
+  setToolTip(plainToolTip(button.toolTip, theme.scale()));
+  setAccessibleName(printable(button.accessibleName));
+  setAccessibleDescription(printable(button.toolTip));
   setEnabled(button.enabled);
   setCursor(button.style == Button::Style::link ? Qt::PointingHandCursor : Qt::ArrowCursor);
   if (button.title.empty()) {
@@ -107,7 +116,7 @@ void ButtonView::drawFace(QPainter& painter) const {
 FoldView::FoldView(const Fold& fold, const Theme& theme, QWidget* parent) : ControlView(theme, parent) {
   giveRole(this, QAccessible::Button);
   setObjectName(QString::fromStdString(fold.id));
-  setAccessibleName(QString::fromStdString(fold.accessibleName));
+  setAccessibleName(printable(fold.accessibleName));
   setCheckable(true);
   setChecked(fold.open);
 }

@@ -55,6 +55,6 @@ class FoldView : public ControlView {
 };
 
 // A tool tip that shows the text as it is, whatever it looks like.
-QString plainToolTip(const std::string& text);
+QString plainToolTip(const std::string& text, double scale);
 
 }  // namespace tarnwick::panel

@@ -67,7 +67,7 @@ class Walk {
  private:
   QWidget* makeView(const Stack& stack, int width, QWidget* parent) const {
     auto* box = new QWidget(parent);
-    box->setToolTip(plainToolTip(stack.toolTip));
+    box->setToolTip(plainToolTip(stack.toolTip, theme_.scale()));
     giveVoice(box, stack.spoken);
     std::vector<QWidget*> children(stack.children.size(), nullptr);
     const Arrangement arrangement = arrange(stack, width, [&](std::size_t i, double childWidth) -> Extent {
@@ -91,10 +91,11 @@ class Walk {
     if (label.selectable) {
       view = new CopyableText(text, font, colour, widest, parent);
     } else {
-      view = new TextView(text, font, colour, widest, parent);
+      const bool figure = label.font == FontRole::metric || label.font == FontRole::number;
+      view = new TextView(text, font, figure ? Digits::alike : Digits::asTheyCome, colour, widest, parent);
     }
     view->setObjectName(QString::fromStdString(label.id));
-    view->setAccessibleDescription(QString::fromStdString(label.description));
+    view->setAccessibleDescription(printable(label.description));
     return view;
   }
 

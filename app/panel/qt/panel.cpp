@@ -31,6 +31,13 @@ QScrollBar* scrollerOf(const QWidget* content) {
   return list == nullptr ? nullptr : list->verticalScrollBar();
 }
 
+void relabel(Node& node, const std::string& id, const std::string& text) {
+  if (auto* label = std::get_if<Label>(&node.view); label != nullptr && label->id == id) label->text = text;
+  if (auto* stack = std::get_if<Stack>(&node.view)) {
+    for (Node& child : stack->children) relabel(child, id, text);
+  }
+}
+
 // The same panel with a lower list.
 Node withListCap(Node panel, double height) {
   if (auto* all = std::get_if<Stack>(&panel.view)) {
@@ -115,6 +122,7 @@ void QtPanel::replaceContent() {
   const Theme theme = themeHere();
   window_.setTheme(theme);
   QToolTip::setPalette(theme.palette());
+  QToolTip::setFont(Theme::buttonFont(theme.scale()));
   const QScrollBar* before = scrollerOf(content_);
   const int scrolled = before == nullptr ? 0 : before->value();
   const QWidget* focused = window_.focusWidget();
@@ -189,6 +197,7 @@ void QtPanel::bringToFront() {
 }
 
 void QtPanel::setText(const std::string& id, const std::string& text) {
+  relabel(node_, id, text);  // for when it is drawn anew
   auto* view = content_ == nullptr ? nullptr : content_->findChild<TextView*>(QString::fromStdString(id));
   if (view != nullptr) view->replaceText(QString::fromStdString(text));
 }

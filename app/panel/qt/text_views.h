@@ -12,18 +12,31 @@
 
 namespace tarnwick::panel {
 
-// One plain text laid out in lines of a given width. Lines break between words; a word that is wider than
-// the line breaks anywhere, so that no text is ever cut off. A short last line gets a word of the line before
-// for company, unless the text is so long that laying it out once more would be felt.
+// A text as the panel may show it, whatever names it holds: control characters and line ends become blanks,
+// and what would reorder the text around it has no effect.
+QString printable(const QString& text);
+QString printable(const std::string& text);
+
+enum class Digits {
+  asTheyCome,
+  alike  // each in the middle of a place as wide as the widest
+};
+
+// One plain text laid out in lines of a given width, from left to right. Lines break between words; a word
+// that is wider than the line breaks anywhere, so that no text is ever cut off. A short last line gets a word
+// of the line before for company, unless the text is so long that laying it out once more would be felt.
 class TextBlock {
  public:
-  TextBlock(const QString& text, const QFont& font, int width);
+  // `text` must be printable; a line separator in it stays.
+  TextBlock(const QString& text, const QFont& font, int width, Digits digits = Digits::asTheyCome);
 
   // As wide as the widest line, whole pixels.
   QSize size() const { return size_; }
 
   // The text as it was laid out: with two words held together where that reads better.
   const QString& text() const { return text_; }
+
+  QStringList lines() const;
 
   void draw(QPainter& painter, QPoint topLeft) const;
 
@@ -32,6 +45,7 @@ class TextBlock {
 
   QString text_;
   QTextLayout layout_;
+  double lead_ = 0;  // left of the first digit
   QSize size_;
 };
 
@@ -39,7 +53,8 @@ class TextBlock {
 class TextView : public QLabel {
   Q_OBJECT
  public:
-  TextView(const QString& text, const QFont& font, const QColor& colour, int width, QWidget* parent);
+  TextView(const QString& text, const QFont& font, Digits digits, const QColor& colour, int width,
+           QWidget* parent);
 
   // Another text in the same place, as wide as it needs on one line.
   void replaceText(const QString& text);

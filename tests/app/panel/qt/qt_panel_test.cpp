@@ -158,57 +158,6 @@ TEST_F(QtPanelTest, ALowScreenScrollsAndKeepsItsPlace) {
   EXPECT_EQ(list()->verticalScrollBar()->value(), std::min(77, list()->verticalScrollBar()->maximum()));
 }
 
-// Every text has the room that its lines need, inside all the views around it.
-TEST(QtPainter, NoTextIsCutOff) {
-  std::vector<Finding> found = sampleFindings();
-  found[0].title = QString("W").repeated(200).toStdString();
-  found[1].detail =
-      "one/" + QString("very").repeated(60).toStdString() + "/long/path and more words after it";
-  found[2].actions[0].label = "Stop " + QString("storefront-db and ").repeated(8).toStdString();
-  const Note note{"A long note. " + found[1].detail, "hourglass", NoteColor::orange, sampleTime};
-  for (const Finding& open : found) {
-    const Shown shown{.snap = sampleSnapshot(), .found = found, .note = note, .openCard = open.id};
-    const Node node = content(shown.view(), {.showMore = true, .showLeftovers = true}, sampleTime);
-    QWidget window;
-    const Perform nothing;
-    QWidget* panel = paint(node, Theme(false), nothing, &window);
-    EXPECT_EQ(panel->width(), 400);
-    window.resize(panel->size());
-    window.show();  // the list lies in its frame only then
-    int texts = 0;
-    for (QWidget* view : panel->findChildren<QWidget*>()) {
-      auto* edit = qobject_cast<QTextEdit*>(view);
-      EXPECT_TRUE(edit == nullptr || edit->document()->size().height() <= edit->height());
-      if (edit == nullptr && !view->inherits("QLabel") && !view->inherits("QAbstractButton")) continue;
-      ++texts;
-      for (QWidget* around = view; around != panel; around = around->parentWidget())
-        EXPECT_TRUE(around->parentWidget()->rect().contains(around->geometry()))
-            << view->accessibleName().toStdString() << around->metaObject()->className();
-    }
-    EXPECT_GT(texts, 30);
-  }
-}
-
-double luminance(const QColor& colour) {
-  const auto linear = [](double part) { return std::pow((part + 0.055) / 1.055, 2.4); };
-  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-}
-
-double contrast(const QColor& one, const QColor& other) {
-  const auto [low, high] = std::minmax({luminance(one), luminance(other)});
-  return (high + 0.05) / (low + 0.05);
-}
-
-TEST(QtTheme, TextStandsOutFromTheWindow) {
-  for (const Theme& theme : {Theme(false), Theme(true)}) {
-    const auto against = [&](const QColor& colour) { return contrast(colour, theme.window()); };
-    EXPECT_GE(against(theme.link()), 4.5);
-    for (const auto text : {ColourRole::label, ColourRole::secondary})
-      EXPECT_GE(against(theme.colour(text)), 4.5);
-    for (const auto tint : {ColourRole::green, ColourRole::orange}) EXPECT_GE(against(theme.colour(tint)), 3);
-  }
-}
-
 TEST(QtPicture, IsDrawnAtTwiceTheSizeAlwaysTheSameAndHandedOverWhole) {
   const Snapshot snapshot = sampleSnapshot();
   const std::vector<Finding> found = sampleFindings();
