@@ -20,7 +20,7 @@ Node header(const Finding& finding) {
                                       .wrapWidth = metricWidth,
                                       .description = finding.title}});
   const Symbol icon{.name = finding.icon, .size = 17, .frame = iconSide, .colour = ColourRole::secondary};
-  return {row(cardTextWidth - iconSide - titleWidth, {{icon}, {heading}})};
+  return {row(cardTextWidth - iconSide - titleWidth, nodes(icon, std::move(heading)))};
 }
 
 Node detailsLink(const Finding& finding, bool open) {
@@ -29,7 +29,7 @@ Node detailsLink(const Finding& finding, bool open) {
               .style = Button::Style::link,
               .action = open ? PanelAction{CloseDetails{}} : PanelAction{OpenDetails{finding}}};
   link.accessibleName = link.title + ": " + finding.title;
-  return {link};
+  return {std::move(link)};
 }
 
 // The remedy that a closed card offers; null: none.
@@ -119,15 +119,16 @@ Node card(const Finding& finding, const PanelView& view) {
     controls.children.push_back(remedyButton(*primary, finding, !view.busy));
   controls.children.push_back(detailsLink(finding, open));
 
-  Stack inside = column(
-      6, {header(finding), label(finding.summary, FontRole::callout, ColourRole::secondary), {controls}});
+  Stack inside =
+      column(6, nodes(header(finding), label(finding.summary, FontRole::callout, ColourRole::secondary),
+                      std::move(controls)));
   if (open) inside.children.push_back(details(finding, view));
   return {Box{.insets = {cardInset, cardInset, cardInset, cardInset},
               .cornerRadius = 10,
               .background = ColourRole::label,
               .opacity = 0.04,
               .width = listWidth,
-              .child = {{inside}},
+              .child = nodes(std::move(inside)),
               .spoken = {finding.title, finding.summary}}};
 }
 

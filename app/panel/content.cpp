@@ -87,7 +87,7 @@ Node content(const PanelView& view, const PanelState& state, Timestamp now) {
   Stack list = cardList(view, state);
   all.children.push_back({Scroll{.width = listWidth,
                                  .heightCap = heightCap(state),
-                                 .child = {{std::move(list)}},
+                                 .child = nodes(std::move(list)),
                                  .accessibleName = "Causes"}});
   all.children.push_back(footer(view, now));
   return {all};

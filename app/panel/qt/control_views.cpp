@@ -63,12 +63,14 @@ void ControlView::drawHover(QPainter& painter, double radius) const {
   if (isDown()) painter.drawRoundedRect(area, radius, radius);
 }
 
-ButtonView::ButtonView(const Button& button, const Theme& theme, int width, QWidget* parent)
+ButtonView::ButtonView(const Button& button, const Theme& theme, TextBlocks& texts, int width,
+                       QWidget* parent)
     : ControlView(theme, parent),
-      button_(button),
+      style_(button.style),
+      symbol_(button.title.empty() ? button.symbol : std::string()),
       margins_(marginsOf(button, theme)),
-      title_(printable(button.title), Theme::buttonFont(theme.scale()),
-             width - margins_.left() - margins_.right()) {
+      title_(texts.of(printable(button.title), Theme::buttonFont(theme.scale()),
+                      width - margins_.left() - margins_.right())) {
   setObjectName(QString::fromStdString(button.id));
   setToolTip(plainToolTip(button.toolTip, theme.scale()));
   setAccessibleName(printable(button.accessibleName));
@@ -78,26 +80,25 @@ ButtonView::ButtonView(const Button& button, const Theme& theme, int width, QWid
   if (button.title.empty()) {
     resize(QSize(1, 1) * symbolSide * theme.scale());
   } else {
-    resize(title_.size().grownBy(margins_));
+    resize(title_->size().grownBy(margins_));
   }
 }
 
 void ButtonView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  if (!button_.enabled) painter.setOpacity(0.5);
-  if (button_.style == Button::Style::small) drawFace(painter);
-  if (button_.style != Button::Style::link) drawHover(painter, 6);
-  if (button_.title.empty()) {
-    drawSymbol(painter, rect(), button_.symbol, symbolSize * theme().scale(),
-               theme().colour(ColourRole::secondary));
+  if (!isEnabled()) painter.setOpacity(0.5);
+  if (style_ == Button::Style::small) drawFace(painter);
+  if (style_ != Button::Style::link) drawHover(painter, 6);
+  if (!symbol_.empty()) {
+    drawSymbol(painter, rect(), symbol_, symbolSize * theme().scale(), theme().colour(ColourRole::secondary));
   } else {
-    const bool link = button_.style == Button::Style::link;
+    const bool link = style_ == Button::Style::link;
     painter.setPen(link ? theme().link() : theme().colour(ColourRole::label));
-    title_.draw(painter, {margins_.left(), margins_.top()});
+    title_->draw(painter, {margins_.left(), margins_.top()});
     if (link) drawUnderline(painter);
   }
-  if (button_.style != Button::Style::link) drawFocusRing(painter, 6);
+  if (style_ != Button::Style::link) drawFocusRing(painter, 6);
 }
 
 // What the ring is to the other styles: thin under the pointer, thick with the keyboard.

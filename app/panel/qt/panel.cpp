@@ -141,14 +141,15 @@ void QtPanel::replaceContent() {
 
 // Where the panel would be higher than the screen, the list gives way.
 QWidget* QtPanel::painted(const Theme& theme) {
-  QWidget* whole = paint(node_, theme, handlers_.perform, &window_);
+  texts_.beginPainting();
+  QWidget* whole = paint(node_, theme, handlers_.perform, &window_, &texts_);
   const std::optional<QRect> visible = visibleScreen();
   const QScrollArea* list = listOf(whole);
   const int excess = visible ? whole->height() - visible->height() : 0;
   if (excess <= 0 || list == nullptr) return whole;
   const double rest = std::max(list->height() - excess, 0) / theme.scale();
   delete whole;
-  return paint(withListCap(node_, rest), theme, handlers_.perform, &window_);
+  return paint(withListCap(node_, rest), theme, handlers_.perform, &window_, &texts_);
 }
 
 // The screen that the panel is on, without its bars; absent when there is none.

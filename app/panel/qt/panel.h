@@ -54,6 +54,7 @@ class QtPanel final : public PanelWindow {
   Handlers handlers_;
   PopupWindow window_;
   Node node_;  // what is shown, or was last
+  TextBlocks texts_;
   QPointer<QWidget> content_;
   QPointer<QWindow> followed_;  // whose change of screen is listened to
   QVariantAnimation movement_;

@@ -6,6 +6,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace tarnwick::panel {
 namespace {
@@ -123,19 +124,30 @@ QStringList TextBlock::lines() const {
 
 void TextBlock::draw(QPainter& painter, QPoint topLeft) const { layout_.draw(&painter, topLeft); }
 
-TextView::TextView(const QString& text, const QFont& font, Digits digits, const QColor& colour, int width,
-                   QWidget* parent)
-    : QLabel(parent),
-      font_(font),
-      block_(std::make_unique<const TextBlock>(printable(text), font, width, digits)),
-      colour_(colour) {
+std::shared_ptr<const TextBlock> TextBlocks::of(const QString& text, const QFont& font, int width,
+                                                Digits digits) {
+  const Key key{text, font.pixelSize(), font.weight(), width, digits};
+  std::shared_ptr<const TextBlock>& block = now_[key];
+  if (!block) {
+    const auto known = before_.find(key);
+    block =
+        known == before_.end() ? std::make_shared<const TextBlock>(text, font, width, digits) : known->second;
+  }
+  return block;
+}
+
+void TextBlocks::beginPainting() { before_ = std::exchange(now_, {}); }
+
+TextView::TextView(const QString& text, std::shared_ptr<const TextBlock> block, const QFont& font,
+                   const QColor& colour, QWidget* parent)
+    : QLabel(parent), font_(font), block_(std::move(block)), colour_(colour) {
   setTextFormat(Qt::PlainText);
-  setText(printable(text));
+  setText(text);
   resize(block_->size());
 }
 
 void TextView::replaceText(const QString& text) {
-  block_ = std::make_unique<const TextBlock>(printable(text), font_, oneLine);
+  block_ = std::make_shared<const TextBlock>(printable(text), font_, oneLine);
   setText(printable(text));
   resize(block_->size());
   update();

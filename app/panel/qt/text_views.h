@@ -8,7 +8,9 @@
 #include <QString>
 #include <QTextEdit>
 #include <QTextLayout>
+#include <map>
 #include <memory>
+#include <tuple>
 
 namespace tarnwick::panel {
 
@@ -49,12 +51,31 @@ class TextBlock {
   QSize size_;
 };
 
+// Texts that were laid out before: most of a panel's stay the same from one painting to the next.
+class TextBlocks {
+ public:
+  // `text` must be printable. Never null.
+  std::shared_ptr<const TextBlock> of(const QString& text, const QFont& font, int width,
+                                      Digits digits = Digits::asTheyCome);
+
+  // Forgets those that were not asked for since the last time.
+  void beginPainting();
+
+ private:
+  using Key = std::tuple<QString, int, int, int, Digits>;  // text, pixel size, weight, width
+  using Known = std::map<Key, std::shared_ptr<const TextBlock>>;
+
+  Known now_;
+  Known before_;
+};
+
 // A text that is only read. A QLabel for the sake of screen readers; it draws itself.
 class TextView : public QLabel {
   Q_OBJECT
  public:
-  TextView(const QString& text, const QFont& font, Digits digits, const QColor& colour, int width,
-           QWidget* parent);
+  // `block` is that text laid out.
+  TextView(const QString& text, std::shared_ptr<const TextBlock> block, const QFont& font,
+           const QColor& colour, QWidget* parent);
 
   // Another text in the same place, as wide as it needs on one line.
   void replaceText(const QString& text);
@@ -64,7 +85,7 @@ class TextView : public QLabel {
 
  private:
   QFont font_;
-  std::unique_ptr<const TextBlock> block_;  // never null
+  std::shared_ptr<const TextBlock> block_;  // never null
   QColor colour_;
 };
 

