@@ -9,11 +9,13 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTextEdit>
 #include <QTimer>
+#include <QWindow>
 
 #include "app/panel/qt/jobs.h"
 #include "app/panel/qt/panel.h"
@@ -31,7 +33,7 @@ namespace {
 class Toolkit : public testing::Environment {
  public:
   void SetUp() override {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + twoScreens().toUtf8());
     qputenv("XDG_RUNTIME_DIR", folder_.path().toUtf8());
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere");  // without one, it would start a bus
     toolkit_ = std::make_unique<QApplication>(count_, words_);
@@ -40,6 +42,18 @@ class Toolkit : public testing::Environment {
   void TearDown() override { toolkit_.reset(); }
 
  private:
+  // Of 800 x 800 points; and right of it a lower one, with two pixels to a point.
+  QString twoScreens() const {
+    const QString path = folder_.filePath("screens.json");
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(R"({"screens": [
+      {"name": "one", "x": 0, "y": 0, "width": 800, "height": 800, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1},
+      {"name": "two", "x": 800, "y": 0, "width": 1600, "height": 1200, "logicalDpi": 96, "logicalBaseDpi": 96,
+       "dpr": 2}]})");
+    return path;
+  }
+
   QTemporaryDir folder_;
   char name_[9] = "qt_panel";
   char* words_[2] = {name_, nullptr};
@@ -119,6 +133,27 @@ TEST_F(QtPanelTest, TheMenuShowsItsFiveLinesAndRunsThem) {
   EXPECT_TRUE(lines[1]->isChecked() && lines[3]->isSeparator());
   lines[1]->trigger();
   EXPECT_FALSE(settings.login);
+}
+
+TEST_F(QtPanelTest, TheMenuShowsItsTextsAsTheyAre) {
+  panel.openMenu({{.title = "Tom & Jerry <b>"}});
+  EXPECT_EQ(panel.window().findChild<QMenu*>()->actions().first()->text(), "Tom && Jerry <b>");
+}
+
+TEST_F(QtPanelTest, OnASecondScreenItFitsThereAndIsDrawnAnewWhenItMoves) {
+  ASSERT_THAT(QGuiApplication::screens(), SizeIs(2));
+  const QRect visible = QGuiApplication::screens()[1]->availableGeometry();
+  QtPanel second{appearance, [&] { return QRect(visible.topLeft(), QSize(24, 24)); }, {}};
+  second.open();
+  EXPECT_EQ(second.visibleScreenHeight(), visible.height());
+  second.show(controller.content(), false);
+  EXPECT_TRUE(visible.contains(second.window().geometry()));
+  const QPointer<QScrollArea> list = second.window().findChild<QScrollArea*>("list");
+  second.window().windowHandle()->setScreen(QGuiApplication::screens()[0]);
+  QCoreApplication::processEvents();
+  settle();
+  EXPECT_TRUE(list.isNull()) << "new views took the place of the old";
+  second.close();
 }
 
 TEST_F(QtPanelTest, QuittingEndsTheLoopWhileThePanelIsOpen) {
