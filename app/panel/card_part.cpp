@@ -40,15 +40,14 @@ const Action* primaryAction(const Finding& finding) {
   return finding.actions.empty() ? nullptr : &finding.actions.front();
 }
 
-Node remedyButton(const Action& action, const Finding& finding, bool enabled) {
+Button remedyButton(const Action& action, const Finding& finding, bool enabled) {
   const std::string command = action.fix.command();
-  return {Button{.id = "remedy:" + finding.id + ":" + command,
-                 .title = action.label,
-                 .toolTip = command,
-                 .accessibleName = action.label + ": " + finding.title,
-                 .wrapWidth = cardTextWidth - linkRoom,
-                 .enabled = enabled,
-                 .action = RunRemedy{action, finding}}};
+  return {.id = "remedy:" + finding.id + ":" + command,
+          .title = action.label,
+          .toolTip = command,
+          .accessibleName = action.label + ": " + finding.title,
+          .enabled = enabled,
+          .action = RunRemedy{action, finding}};
 }
 
 // What is marked and copied may be pasted into a terminal.
@@ -99,13 +98,13 @@ Node details(const Finding& finding, const PanelView& view) {
   for (const Step& step : finding.steps) {
     Stack instruction = column(4, {copyable(step.text)});
     if (step.action.has_value() && isFurther(*step.action, primary))
-      instruction.children.push_back(remedyButton(*step.action, finding, !view.busy));
+      instruction.children.push_back({remedyButton(*step.action, finding, !view.busy)});
     Stack line = row(4, {numeral(++number), {instruction, true}});
     line.alignment = Stack::Alignment::start;
     all.children.push_back({line});
   }
   for (const Action& action : finding.actions) {
-    if (isFurther(action, primary)) all.children.push_back(remedyButton(action, finding, !view.busy));
+    if (isFurther(action, primary)) all.children.push_back({remedyButton(action, finding, !view.busy)});
   }
   return {all};
 }
@@ -115,8 +114,11 @@ Node details(const Finding& finding, const PanelView& view) {
 Node card(const Finding& finding, const PanelView& view) {
   const bool open = view.openCard == finding.id;
   Stack controls = row(10);
-  if (const Action* primary = primaryAction(finding))
-    controls.children.push_back(remedyButton(*primary, finding, !view.busy));
+  if (const Action* primary = primaryAction(finding)) {
+    Button remedy = remedyButton(*primary, finding, !view.busy);
+    remedy.wrapWidth = cardTextWidth - linkRoom;
+    controls.children.push_back({std::move(remedy)});
+  }
   controls.children.push_back(detailsLink(finding, open));
 
   Stack inside =
