@@ -41,7 +41,7 @@ class ButtonView : public ControlView {
 
   Button::Style style_;
   std::string symbol_;  // empty: shows its title
-  QMargins margins_;  // around the title
+  QMargins margins_;    // around the title
   std::shared_ptr<const TextBlock> title_;
 };
 
