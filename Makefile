@@ -36,6 +36,7 @@ bench: release deps-bench
 	@tools/build release -DTARNWICK_BENCHMARKS=ON -- --target benchmarks
 	build/release/bench/tarnwick_bench
 	[ ! -x build/release/bench/check_cost ] || build/release/bench/check_cost 1000 15 build/release/tarnwick
+	[ ! -x build/release/bench/panel_cost ] || build/release/bench/panel_cost
 	build/release/tarnwick --bench
 
 # Each reader of foreign bytes, and whole machines, fed with invented bytes for so many seconds each.

@@ -14,9 +14,11 @@ constexpr double screenMargin = 8;  // to the screen's sides, and of the panel b
 Extent fillColumn(const Stack& stack, double inner, const MakeChild& makeChild, std::vector<Spot>& spots) {
   Extent used;
   for (std::size_t i = 0; i < stack.children.size(); ++i) {
-    if (used.height > 0) used.height += stack.spacing;
     const Extent child = makeChild(i, inner);
-    spots[i] = {stack.insets.left, stack.insets.top + used.height};
+    // What has no height, such as an empty list, has no distance either.
+    if (used.height > 0 && child.height > 0) used.height += stack.spacing;
+    const double overhang = stack.width ? std::max(child.width - inner, 0.0) : 0;
+    spots[i] = {stack.insets.left - std::floor(overhang / 2), stack.insets.top + used.height};
     used = {std::max(used.width, child.width), used.height + child.height};
   }
   return used;

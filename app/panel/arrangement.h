@@ -33,7 +33,8 @@ struct Arrangement {
 // Makes that child, no wider than it is told, and tells its size.
 using MakeChild = std::function<Extent(std::size_t child, double width)>;
 
-// `makeChild` is called once for each child: in a row, those that grow come last.
+// `makeChild` is called once for each child: in a row, those that grow come last. A child that is wider than
+// a column of a given width hangs over on both sides alike.
 Arrangement arrange(const Stack& stack, double width, const MakeChild& makeChild);
 
 // Where a panel of that size drops down under its icon in a menu bar, between the sides of `visible`, which

@@ -6,6 +6,8 @@ namespace {
 
 constexpr double iconSide = 28;
 constexpr double titleWidth = 314;  // the metric and the gap before it included
+constexpr double metricWidth = 120;
+constexpr double linkRoom = 80;  // that a button leaves for the link beside it
 
 Node header(const Finding& finding) {
   Stack heading = row(12);
@@ -15,9 +17,10 @@ Node header(const Finding& finding) {
     heading.children.push_back({Label{.text = *finding.metric,
                                       .font = FontRole::metric,
                                       .colour = ColourRole::secondary,
+                                      .wrapWidth = metricWidth,
                                       .description = finding.title}});
   const Symbol icon{.name = finding.icon, .size = 17, .frame = iconSide, .colour = ColourRole::secondary};
-  return {row(cardTextWidth - iconSide - titleWidth, {{icon}, {heading}})};
+  return {row(cardTextWidth - iconSide - titleWidth, nodes(icon, std::move(heading)))};
 }
 
 Node detailsLink(const Finding& finding, bool open) {
@@ -26,7 +29,7 @@ Node detailsLink(const Finding& finding, bool open) {
               .style = Button::Style::link,
               .action = open ? PanelAction{CloseDetails{}} : PanelAction{OpenDetails{finding}}};
   link.accessibleName = link.title + ": " + finding.title;
-  return {link};
+  return {std::move(link)};
 }
 
 // The remedy that a closed card offers; null: none.
@@ -37,14 +40,14 @@ const Action* primaryAction(const Finding& finding) {
   return finding.actions.empty() ? nullptr : &finding.actions.front();
 }
 
-Node remedyButton(const Action& action, const Finding& finding, bool enabled) {
+Button remedyButton(const Action& action, const Finding& finding, bool enabled) {
   const std::string command = action.fix.command();
-  return {Button{.id = "remedy:" + finding.id + ":" + command,
-                 .title = action.label,
-                 .toolTip = command,
-                 .accessibleName = action.label + ": " + finding.title,
-                 .enabled = enabled,
-                 .action = RunRemedy{action, finding}}};
+  return {.id = "remedy:" + finding.id + ":" + command,
+          .title = action.label,
+          .toolTip = command,
+          .accessibleName = action.label + ": " + finding.title,
+          .enabled = enabled,
+          .action = RunRemedy{action, finding}};
 }
 
 // What is marked and copied may be pasted into a terminal.
@@ -95,13 +98,13 @@ Node details(const Finding& finding, const PanelView& view) {
   for (const Step& step : finding.steps) {
     Stack instruction = column(4, {copyable(step.text)});
     if (step.action.has_value() && isFurther(*step.action, primary))
-      instruction.children.push_back(remedyButton(*step.action, finding, !view.busy));
+      instruction.children.push_back({remedyButton(*step.action, finding, !view.busy)});
     Stack line = row(4, {numeral(++number), {instruction, true}});
     line.alignment = Stack::Alignment::start;
     all.children.push_back({line});
   }
   for (const Action& action : finding.actions) {
-    if (isFurther(action, primary)) all.children.push_back(remedyButton(action, finding, !view.busy));
+    if (isFurther(action, primary)) all.children.push_back({remedyButton(action, finding, !view.busy)});
   }
   return {all};
 }
@@ -111,19 +114,23 @@ Node details(const Finding& finding, const PanelView& view) {
 Node card(const Finding& finding, const PanelView& view) {
   const bool open = view.openCard == finding.id;
   Stack controls = row(10);
-  if (const Action* primary = primaryAction(finding))
-    controls.children.push_back(remedyButton(*primary, finding, !view.busy));
+  if (const Action* primary = primaryAction(finding)) {
+    Button remedy = remedyButton(*primary, finding, !view.busy);
+    remedy.wrapWidth = cardTextWidth - linkRoom;
+    controls.children.push_back({std::move(remedy)});
+  }
   controls.children.push_back(detailsLink(finding, open));
 
-  Stack inside = column(
-      6, {header(finding), label(finding.summary, FontRole::callout, ColourRole::secondary), {controls}});
+  Stack inside =
+      column(6, nodes(header(finding), label(finding.summary, FontRole::callout, ColourRole::secondary),
+                      std::move(controls)));
   if (open) inside.children.push_back(details(finding, view));
   return {Box{.insets = {cardInset, cardInset, cardInset, cardInset},
               .cornerRadius = 10,
               .background = ColourRole::label,
               .opacity = 0.04,
               .width = listWidth,
-              .child = {{inside}},
+              .child = nodes(std::move(inside)),
               .spoken = {finding.title, finding.summary}}};
 }
 

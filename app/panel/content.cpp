@@ -85,12 +85,10 @@ Node content(const PanelView& view, const PanelState& state, Timestamp now) {
   if (view.snap.has_value()) all.children.push_back(chipRow(view));
   if (view.note.has_value()) all.children.push_back(noteBanner(*view.note, state.noteIsNew));
   Stack list = cardList(view, state);
-  // An empty list would leave its two distances behind.
-  if (!list.children.empty())
-    all.children.push_back({Scroll{.width = listWidth,
-                                   .heightCap = heightCap(state),
-                                   .child = {{std::move(list)}},
-                                   .accessibleName = "Causes"}});
+  all.children.push_back({Scroll{.width = listWidth,
+                                 .heightCap = heightCap(state),
+                                 .child = nodes(std::move(list)),
+                                 .accessibleName = "Causes"}});
   all.children.push_back(footer(view, now));
   return {all};
 }

@@ -114,13 +114,19 @@ Node chipRow(const PanelView& view) {
 
 Node noteBanner(const Note& note, bool isNew) {
   const ColourRole colour = roleOf(note.color);
-  const Label text{.text = note.text, .font = FontRole::body, .wrapWidth = 356, .selectable = true};
-  return {Box{.insets = {8, 8, 8, 8},
+  constexpr double textWidth = 356;
+  constexpr double symbolSide = 15;
+  constexpr double distance = 7;
+  constexpr double inset = 8;
+  const Label text{.text = note.text, .font = FontRole::body, .wrapWidth = textWidth, .selectable = true};
+  const Symbol icon{.name = note.icon, .size = symbolSide, .colour = colour};
+  return {Box{.insets = {inset, inset, inset, inset},
               .cornerRadius = 8,
               .background = colour,
               .opacity = 0.12,
               .width = listWidth,
-              .child = {{row(7, {{Symbol{.name = note.icon, .size = 15, .colour = colour}}, {text, true}})}},
+              .widest = inset + symbolSide + distance + textWidth + inset,
+              .child = {{row(distance, {{icon}, {text}})}},
               .spoken = {note.text, "Outcome of the last action", isNew}}};
 }
 

@@ -86,6 +86,7 @@ struct Button {
   std::string symbol;   // symbol name; empty: shows `title`
   std::string toolTip;  // also its description for those who hear the panel
   std::string accessibleName;
+  std::optional<double> wrapWidth;  // the widest it may get; absent: what its parent leaves
   Style style = Style::small;
   bool enabled = true;
   PanelAction action;
@@ -96,9 +97,10 @@ struct Box {
   Insets insets;
   std::optional<double> cornerRadius;  // absent: half the height
   ColourRole background = ColourRole::label;
-  double opacity = 0;           // of the background, 0..1
-  std::optional<double> width;  // insets included; absent: as wide as its child
-  std::vector<Node> child;      // exactly one
+  double opacity = 0;            // of the background, 0..1
+  std::optional<double> width;   // insets included; absent: as wide as its child
+  std::optional<double> widest;  // so far may its child stretch it, beyond its parent; absent: not at all
+  std::vector<Node> child;       // exactly one
   Spoken spoken;
 };
 

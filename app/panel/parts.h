@@ -15,6 +15,15 @@ inline constexpr double listWidth = panelWidth - 2 * panelMargin;  // cards, ban
 inline constexpr double cardInset = 10;
 inline constexpr double cardTextWidth = listWidth - 2 * cardInset;
 
+// These nodes, moved: a list in braces would copy each with all that is in it.
+template <class... Views>
+std::vector<Node> nodes(Views... views) {
+  std::vector<Node> all;
+  all.reserve(sizeof...(views));
+  (all.push_back(Node{std::move(views)}), ...);
+  return all;
+}
+
 // Leading-aligned.
 inline Stack column(double spacing, std::vector<Node> children = {}) {
   return {.direction = Stack::Direction::vertical, .spacing = spacing, .children = std::move(children)};

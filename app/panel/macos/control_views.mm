@@ -129,7 +129,7 @@ MadeView makeButton(const Button& button, double width, Target* target) {
   if (!button.toolTip.empty()) view.accessibilityHelp = view.toolTip = foundationText(button.toolTip);
   if (!button.accessibleName.empty()) view.accessibilityLabel = foundationText(button.accessibleName);
   MadeView made = asFramed(view);
-  made.size.width = std::min(made.size.width, width);
+  made.size.width = std::min(made.size.width, std::min(width, button.wrapWidth.value_or(width)));
   return made;
 }
 

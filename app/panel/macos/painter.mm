@@ -145,8 +145,9 @@ class Walk {
   MadeView makeView(const Box& box, double width) {
     const double outer = box.width ? std::min(*box.width, width) : width;
     const double sides = box.insets.left + box.insets.right;
-    const MadeView child = make(box.child.at(0), outer - sides);
-    const Extent size{box.width ? outer : child.size.width + sides,
+    const MadeView child = make(box.child.at(0), std::max(box.widest.value_or(outer), outer) - sides);
+    const double fitting = child.size.width + sides;
+    const Extent size{box.width ? std::max(outer, fitting) : fitting,
                       child.size.height + box.insets.top + box.insets.bottom};
     BoxView* view = [[BoxView alloc] initWithBox:box];
     view.frame = NSMakeRect(0, 0, size.width, size.height);

@@ -3,6 +3,8 @@
 #include <QAbstractButton>
 #include <QAccessibleWidget>
 
+#include "app/panel/qt/text_views.h"
+
 namespace tarnwick::panel {
 namespace {
 
@@ -60,8 +62,8 @@ void giveRole(QWidget* view, QAccessible::Role role) { view->setProperty(rolePro
 void giveVoice(QWidget* view, const Spoken& spoken) {
   if (spoken.name.empty()) return;
   giveRole(view, spoken.announced ? QAccessible::Notification : QAccessible::Grouping);
-  view->setAccessibleName(QString::fromStdString(spoken.name));
-  view->setAccessibleDescription(QString::fromStdString(spoken.description));
+  view->setAccessibleName(printable(spoken.name));
+  view->setAccessibleDescription(printable(spoken.description));
 }
 
 }  // namespace tarnwick::panel

@@ -30,7 +30,7 @@ class ButtonView : public ControlView {
   Q_OBJECT
  public:
   // At its final size, no wider than `width`.
-  ButtonView(const Button& button, const Theme& theme, int width, QWidget* parent);
+  ButtonView(const Button& button, const Theme& theme, TextBlocks& texts, int width, QWidget* parent);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -39,8 +39,10 @@ class ButtonView : public ControlView {
   void drawFace(QPainter& painter) const;
   void drawUnderline(QPainter& painter) const;
 
-  Button button_;
-  TextBlock title_;
+  Button::Style style_;
+  std::string symbol_;  // empty: shows its title
+  QMargins margins_;    // around the title
+  std::shared_ptr<const TextBlock> title_;
 };
 
 // The row itself is a child that the pointer looks through.
@@ -54,6 +56,6 @@ class FoldView : public ControlView {
 };
 
 // A tool tip that shows the text as it is, whatever it looks like.
-QString plainToolTip(const std::string& text);
+QString plainToolTip(const std::string& text, double scale);
 
 }  // namespace tarnwick::panel

@@ -1,5 +1,5 @@
-// What the desktop has for the panel: a display, a compositor and a tray. They are asked of the display server
-// and the session bus without the toolkit, which would end the process on a wrong answer. Main thread.
+// What the desktop has for the panel: a display, a compositor and a tray. They are asked of the display
+// server and the session bus without the toolkit, which would end the process on a wrong answer. Main thread.
 #pragma once
 
 #include <QObject>

@@ -10,7 +10,8 @@ void addLines(QMenu& menu, const std::vector<MenuItem>& items, const Perform& pe
       menu.addSeparator();
       continue;
     }
-    QAction* line = menu.addAction(QString::fromStdString(item.title));
+    // Nothing in a title is a key to press.
+    QAction* line = menu.addAction(QString::fromStdString(item.title).replace('&', QLatin1String("&&")));
     line->setCheckable(item.checkable);
     line->setChecked(item.checked);
     QObject::connect(line, &QAction::triggered, &menu, [perform, action = item.action] { perform(action); });

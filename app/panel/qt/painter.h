@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "app/panel/panel_tree.h"
+#include "app/panel/qt/text_views.h"
 #include "app/panel/qt/theme.h"
 
 namespace tarnwick::panel {
@@ -12,7 +13,8 @@ namespace tarnwick::panel {
 using Perform = std::function<void(const PanelAction&)>;
 
 // The tree as one widget at its final size, a child of `parent`. `perform` is called from clicks, and must
-// outlive the widget.
-QWidget* paint(const Node& node, const Theme& theme, const Perform& perform, QWidget* parent);
+// outlive the widget. `texts` remembers texts from one painting to the next; null: this one stands alone.
+QWidget* paint(const Node& node, const Theme& theme, const Perform& perform, QWidget* parent,
+               TextBlocks* texts = nullptr);
 
 }  // namespace tarnwick::panel

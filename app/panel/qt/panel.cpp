@@ -5,6 +5,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QToolTip>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -17,9 +18,34 @@ namespace {
 
 constexpr int movementMilliseconds = 160;
 
+// With less room than this the texts do not grow: the panel between the margins of the screen, and a list of
+// a hundred points below everything else.
+constexpr QSizeF leastScreen(416, 360);
+
+QScrollArea* listOf(const QWidget* content) {
+  return content == nullptr ? nullptr : content->findChild<QScrollArea*>(QStringLiteral("list"));
+}
+
 QScrollBar* scrollerOf(const QWidget* content) {
-  auto* list = content == nullptr ? nullptr : content->findChild<QScrollArea*>(QStringLiteral("list"));
+  const QScrollArea* list = listOf(content);
   return list == nullptr ? nullptr : list->verticalScrollBar();
+}
+
+void relabel(Node& node, const std::string& id, const std::string& text) {
+  if (auto* label = std::get_if<Label>(&node.view); label != nullptr && label->id == id) label->text = text;
+  if (auto* stack = std::get_if<Stack>(&node.view)) {
+    for (Node& child : stack->children) relabel(child, id, text);
+  }
+}
+
+// The same panel with a lower list.
+Node withListCap(Node panel, double height) {
+  if (auto* all = std::get_if<Stack>(&panel.view)) {
+    for (Node& child : all->children) {
+      if (auto* list = std::get_if<Scroll>(&child.view)) list->heightCap = height;
+    }
+  }
+  return panel;
 }
 
 Area areaOf(const QRect& rect) {
@@ -52,6 +78,7 @@ QtPanel::QtPanel(const Appearance& appearance, std::function<IconPlace()> icon, 
     if (visible_) handlers_.focusLeft();  // a closed panel loses it too
   });
   QObject::connect(&window_, &PopupWindow::dismissed, &window_, [this] { handlers_.dismissed(); });
+  QObject::connect(&appearance_, &Appearance::changed, &window_, [this] { redraw(); });
 }
 
 void QtPanel::open() {
@@ -71,20 +98,39 @@ void QtPanel::close() {
 }
 
 void QtPanel::show(const Node& content, bool animated) {
-  replaceContent(content);
+  node_ = content;
+  replaceContent();
   const bool moves = animated && window_.isVisible() && !window_.isFramed();
   moveTo(frameFor(content_->size()), moves);
   if (window_.isVisible()) return;
   window_.setFocus();
   window_.show();
+  followScreen();
   bringToFront();
 }
 
+// What is shown stays; the desktop wants it to look otherwise.
+void QtPanel::redraw() {
+  if (content_ == nullptr) return;
+  replaceContent();
+  moveTo(frameFor(content_->size()), false);
+}
+
+// The native window may be a new one each time that the panel opens.
+void QtPanel::followScreen() {
+  QWindow* handle = window_.windowHandle();
+  if (handle == nullptr || handle == followed_) return;
+  followed_ = handle;
+  QObject::connect(
+      handle, &QWindow::screenChanged, &window_, [this] { redraw(); }, Qt::QueuedConnection);
+}
+
 // The keyboard and the list stay where they were.
-void QtPanel::replaceContent(const Node& content) {
-  const Theme theme(appearance_.isDark());
+void QtPanel::replaceContent() {
+  const Theme theme = themeHere();
   window_.setTheme(theme);
   QToolTip::setPalette(theme.palette());
+  QToolTip::setFont(Theme::buttonFont(theme.scale()));
   const QScrollBar* before = scrollerOf(content_);
   const int scrolled = before == nullptr ? 0 : before->value();
   const QWidget* focused = window_.focusWidget();
@@ -93,7 +139,7 @@ void QtPanel::replaceContent(const Node& content) {
     content_->hide();
     content_->deleteLater();  // a click on it may be what brought us here
   }
-  content_ = paint(content, theme, handlers_.perform, &window_);
+  content_ = painted(theme);
   content_->move(window_.shadow(), window_.shadow());
   content_->show();
   if (QScrollBar* after = scrollerOf(content_)) after->setValue(scrolled);
@@ -101,14 +147,40 @@ void QtPanel::replaceContent(const Node& content) {
   (again == nullptr || !again->isEnabled() ? &window_ : again)->setFocus(Qt::TabFocusReason);
 }
 
-const QScreen* QtPanel::screen() const {
-  const QScreen* screen = QGuiApplication::screenAt(place_.frame.center());
-  return screen == nullptr ? QGuiApplication::primaryScreen() : screen;
+// Where the panel would be higher than the screen, the list gives way.
+QWidget* QtPanel::painted(const Theme& theme) {
+  texts_.beginPainting();
+  QWidget* whole = paint(node_, theme, handlers_.perform, &window_, &texts_);
+  const std::optional<QRect> visible = visibleScreen();
+  const QScrollArea* list = listOf(whole);
+  const int excess = visible ? whole->height() - visible->height() : 0;
+  if (excess <= 0 || list == nullptr) return whole;
+  const double rest = std::max(list->height() - excess, 0) / theme.scale();
+  delete whole;
+  return paint(withListCap(node_, rest), theme, handlers_.perform, &window_, &texts_);
+}
+
+// The screen that the panel is on, without its bars; absent when there is none.
+std::optional<QRect> QtPanel::visibleScreen() const {
+  const QScreen* screen =
+      window_.isFramed() ? window_.screen() : QGuiApplication::screenAt(place_.frame.center());
+  if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+  return screen == nullptr ? std::nullopt : std::optional(screen->availableGeometry());
+}
+
+// Texts are no larger than the screen has room for.
+Theme QtPanel::themeHere() const {
+  Look look = appearance_.look();
+  if (const std::optional<QRect> visible = visibleScreen()) {
+    const double room =
+        std::min(visible->width() / leastScreen.width(), visible->height() / leastScreen.height());
+    look.scale = std::clamp(look.scale, 1.0, std::max(room, 1.0));
+  }
+  return Theme(look);
 }
 
 QRect QtPanel::frameFor(const QSize& size) const {
-  const QScreen* screen = this->screen();
-  const QRect visible = screen == nullptr ? place_.frame : screen->availableGeometry();
+  const QRect visible = visibleScreen().value_or(place_.frame);
   const Extent panel{static_cast<double>(size.width()), static_cast<double>(size.height())};
   const Spot spot = besideIcon(areaOf(place_.frame), panel, areaOf(visible), place_.bar);
   const int shadow = window_.shadow();
@@ -136,6 +208,7 @@ void QtPanel::bringToFront() {
 }
 
 void QtPanel::setText(const std::string& id, const std::string& text) {
+  relabel(node_, id, text);  // for when it is drawn anew
   auto* view = content_ == nullptr ? nullptr : content_->findChild<TextView*>(QString::fromStdString(id));
   if (view != nullptr) view->replaceText(QString::fromStdString(text));
 }
@@ -148,7 +221,9 @@ void QtPanel::callAfter(double seconds, std::function<void()> task) {
 void QtPanel::openMenu(const std::vector<MenuItem>& items) {
   auto* menu = new QMenu(&window_);
   menu->setAttribute(Qt::WA_DeleteOnClose);
-  menu->setFont(Theme::buttonFont());
+  const Theme theme = themeHere();
+  menu->setFont(Theme::buttonFont(theme.scale()));
+  menu->setPalette(theme.palette());
   addLines(*menu, items, handlers_.perform);
   const QWidget* button =
       content_ == nullptr ? nullptr : content_->findChild<QWidget*>(QStringLiteral("menu"));
@@ -156,9 +231,9 @@ void QtPanel::openMenu(const std::vector<MenuItem>& items) {
 }
 
 std::optional<double> QtPanel::visibleScreenHeight() const {
-  const QScreen* screen = this->screen();
-  if (screen == nullptr) return std::nullopt;
-  return screen->availableGeometry().height();
+  const std::optional<QRect> visible = visibleScreen();
+  if (!visible) return std::nullopt;
+  return visible->height() / themeHere().scale();
 }
 
 // Not quit(): that asks every window first, and the panel refuses to be closed by others.

@@ -5,11 +5,13 @@
 #include <QPointer>
 #include <QTimer>
 #include <QVariantAnimation>
+#include <QWindow>
 #include <functional>
 #include <optional>
 
 #include "app/panel/panel_tree.h"
 #include "app/panel/panel_window.h"
+#include "app/panel/qt/appearance.h"
 #include "app/panel/qt/painter.h"
 #include "app/panel/qt/popup_window.h"
 
@@ -48,8 +50,12 @@ class QtPanel final : public PanelWindow {
   void quit() override;
 
  private:
-  void replaceContent(const Node& content);
-  const QScreen* screen() const;  // with the icon on it; null: there is none
+  void redraw();
+  void followScreen();
+  void replaceContent();
+  QWidget* painted(const Theme& theme);
+  std::optional<QRect> visibleScreen() const;
+  Theme themeHere() const;
   QRect frameFor(const QSize& size) const;
   void moveTo(const QRect& frame, bool animated);
   void bringToFront();
@@ -58,7 +64,10 @@ class QtPanel final : public PanelWindow {
   std::function<IconPlace()> icon_;
   Handlers handlers_;
   PopupWindow window_;
+  Node node_;  // what is shown, or was last
+  TextBlocks texts_;
   QPointer<QWidget> content_;
+  QPointer<QWindow> followed_;  // whose change of screen is listened to
   QVariantAnimation movement_;
   QTimer later_;
   std::function<void()> task_;  // for when it has run out

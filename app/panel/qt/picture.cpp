@@ -23,9 +23,10 @@ class Backdrop : public QWidget {
 
 }  // namespace
 
-QImage drawPicture(const PanelPicture& picture) {
+QImage drawPicture(const PanelPicture& picture, Look look) {
   const Node panel = pictureContent(picture);
-  const Theme theme(picture.dark);
+  look.dark = picture.dark;
+  const Theme theme(look);
   const Perform nothing = [](const PanelAction&) {};
   Backdrop backdrop(theme);
   backdrop.resize(paint(panel, theme, nothing, &backdrop)->size());

@@ -134,7 +134,8 @@ void drawSymbol(QPainter& painter, const QRectF& area, std::string_view name, do
                 const QColor& colour, bool bold) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
-  if (QFontDatabase::hasFamily(symbolFamily)) {
+  static const bool hasGlyphs = QFontDatabase::hasFamily(symbolFamily);
+  if (hasGlyphs) {
     drawGlyph(painter, area, name, pixels, colour, bold);
   } else {
     drawPlainSign(painter, area, name, pixels, colour);
@@ -151,7 +152,7 @@ SymbolView::SymbolView(const Symbol& symbol, const QColor& colour, QWidget* pare
     symbol_.name = "app";
   }
   giveRole(this, QAccessible::Graphic);
-  setAccessibleName(QString::fromStdString(symbol.accessibleName));
+  if (!symbol.accessibleName.empty()) setAccessibleName(QString::fromStdString(symbol.accessibleName));
 }
 
 void SymbolView::paintEvent(QPaintEvent* /*event*/) {

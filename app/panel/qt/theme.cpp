@@ -1,30 +1,23 @@
 #include "app/panel/qt/theme.h"
 
 #include <QApplication>
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCall>
-#include <QDBusPendingReply>
 #include <QIcon>
 #include <QStandardPaths>
 #include <QStringList>
 
 #include "app/panel/qt/access.h"
+#include "app/panel/qt/contrast.h"
 
 namespace tarnwick::panel {
 namespace {
 
-const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString portalObject = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString portalInterface = QStringLiteral("org.freedesktop.portal.Settings");
-const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
-const QString schemeKey = QStringLiteral("color-scheme");
+constexpr float deepestTint = 0.05F;  // of the grounds that a link may stand on
 
-QFont interfaceFont(int pixels, QFont::Weight weight) {
+QFont interfaceFont(int pixels, QFont::Weight weight, double scale) {
   static const QStringList families{"Inter", "Cantarell", "Noto Sans", "DejaVu Sans", "Sans Serif"};
   QFont font;
   font.setFamilies(families);
-  font.setPixelSize(pixels);
+  font.setPixelSize(qRound(pixels * scale));
   font.setWeight(weight);
   // Whole-pixel glyph widths would make the text uneven at this size.
   font.setHintingPreference(QFont::PreferNoHinting);
@@ -33,29 +26,49 @@ QFont interfaceFont(int pixels, QFont::Weight weight) {
 
 }  // namespace
 
+// The desktop's own accent, where it can be read.
+Theme::Theme(const Look& look) : look_(look) {
+  const QColor own = look.highContrast ? byAppearance({0x00, 0x3f, 0x9e}, {0xa8, 0xd2, 0xff})
+                                       : byAppearance({0x00, 0x5f, 0xcc}, {0x6c, 0xb2, 0xff});
+  QColor tint = colour(ColourRole::label);
+  tint.setAlphaF(deepestTint);
+  const QColor ground = laidOver(window(), tint);
+  link_ = legible(look.accent.value_or(own), ground, look.highContrast ? highContrast : plainContrast);
+}
+
 QColor Theme::colour(ColourRole role) const {
+  const bool high = look_.highContrast;
   switch (role) {
     case ColourRole::label:
       break;
     case ColourRole::secondary:
-      return dark_ ? QColor(0xb0, 0xb0, 0xb6) : QColor(0x5a, 0x5a, 0x60);
+      return high ? byAppearance({0x2c, 0x2c, 0x30}, {0xdc, 0xdc, 0xe0})
+                  : byAppearance({0x5a, 0x5a, 0x60}, {0xb0, 0xb0, 0xb6});
     case ColourRole::green:
-      return dark_ ? QColor(0x32, 0xd1, 0x58) : QColor(0x1a, 0x8f, 0x3c);
+      return high ? byAppearance({0x0a, 0x5c, 0x24}, {0x62, 0xe8, 0x84})
+                  : byAppearance({0x1a, 0x8f, 0x3c}, {0x32, 0xd1, 0x58});
     case ColourRole::orange:
-      return dark_ ? QColor(0xff, 0x9f, 0x0a) : QColor(0xc0, 0x5c, 0x00);
+      return high ? byAppearance({0x84, 0x38, 0x00}, {0xff, 0xb9, 0x4f})
+                  : byAppearance({0xc0, 0x5c, 0x00}, {0xff, 0x9f, 0x0a});
   }
-  return dark_ ? QColor(0xf2, 0xf2, 0xf4) : QColor(0x1d, 0x1d, 0x1f);
+  return high ? byAppearance(Qt::black, Qt::white) : byAppearance({0x1d, 0x1d, 0x1f}, {0xf2, 0xf2, 0xf4});
 }
 
-QColor Theme::window() const { return dark_ ? QColor(0x24, 0x24, 0x27) : QColor(0xf7, 0xf7, 0xf8); }
+QColor Theme::window() const {
+  return look_.highContrast ? byAppearance(Qt::white, Qt::black)
+                            : byAppearance({0xf7, 0xf7, 0xf8}, {0x24, 0x24, 0x27});
+}
 
-QColor Theme::outline() const { return dark_ ? QColor(255, 255, 255, 46) : QColor(0, 0, 0, 46); }
+QColor Theme::outline() const {
+  return look_.highContrast ? colour(ColourRole::secondary)
+                            : byAppearance({0, 0, 0, 46}, {255, 255, 255, 46});
+}
 
-QColor Theme::link() const { return dark_ ? QColor(0x6c, 0xb2, 0xff) : QColor(0x00, 0x5f, 0xcc); }
+QColor Theme::boxOutline() const { return look_.highContrast ? outline() : QColor(Qt::transparent); }
 
-QColor Theme::buttonFace() const { return dark_ ? QColor(255, 255, 255, 30) : QColor(255, 255, 255); }
+QColor Theme::buttonFace() const { return byAppearance({255, 255, 255}, {255, 255, 255, 30}); }
 
-QColor Theme::hover() const { return dark_ ? QColor(255, 255, 255, 18) : QColor(0, 0, 0, 14); }
+QColor Theme::hover() const { return byAppearance({0, 0, 0, 14}, {255, 255, 255, 18}); }
 
 QPalette Theme::palette() const {
   const QColor text = colour(ColourRole::label);
@@ -64,8 +77,9 @@ QPalette Theme::palette() const {
     palette.setColor(role, text);
   for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button, QPalette::ToolTipBase})
     palette.setColor(role, window());
-  palette.setColor(QPalette::Highlight, link());
-  palette.setColor(QPalette::HighlightedText, dark_ ? QColor(Qt::black) : QColor(Qt::white));
+  palette.setColor(QPalette::Highlight, link_);
+  const bool black = contrast(link_, Qt::black) > contrast(link_, Qt::white);
+  palette.setColor(QPalette::HighlightedText, black ? Qt::black : Qt::white);
   return palette;
 }
 
@@ -81,58 +95,27 @@ void Theme::install() {
   QIcon::setFallbackSearchPaths({QStringLiteral("/usr/share/pixmaps")});
 }
 
-QFont Theme::font(FontRole role) {
+QFont Theme::font(FontRole role, double scale) {
   switch (role) {
     case FontRole::headline:
     case FontRole::body:
-      return interfaceFont(13, QFont::Bold);
+      return interfaceFont(13, QFont::Bold, scale);
     case FontRole::subheadline:
-      return interfaceFont(11, QFont::Normal);
+      return interfaceFont(11, QFont::Normal, scale);
     case FontRole::callout:
     case FontRole::number:
-      return interfaceFont(12, QFont::Normal);
+      return interfaceFont(12, QFont::Normal, scale);
     case FontRole::cardTitle:
-      return interfaceFont(12, QFont::DemiBold);
+      return interfaceFont(12, QFont::DemiBold, scale);
     case FontRole::foldTitle:
-      return interfaceFont(13, QFont::DemiBold);
+      return interfaceFont(13, QFont::DemiBold, scale);
     case FontRole::caption:
     case FontRole::metric:
       break;
   }
-  return interfaceFont(10, QFont::Normal);
+  return interfaceFont(10, QFont::Normal, scale);
 }
 
-QFont Theme::buttonFont() { return interfaceFont(11, QFont::Medium); }
-
-Appearance::Appearance(QObject* parent) : QObject(parent) {
-  QDBusConnection bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) return;
-  bus.connect(portalService, portalObject, portalInterface, QStringLiteral("SettingChanged"), this,
-              SLOT(settingChanged(QString, QString, QDBusVariant)));
-  QDBusMessage question =
-      QDBusMessage::createMethodCall(portalService, portalObject, portalInterface, QStringLiteral("Read"));
-  question << appearanceGroup << schemeKey;
-  auto* waiting = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
-  connect(waiting, &QDBusPendingCallWatcher::finished, this, [this, waiting] {
-    const QDBusPendingReply<QVariant> reply = *waiting;
-    if (!reply.isError()) take(reply.value());
-    waiting->deleteLater();
-  });
-}
-
-bool Appearance::isDark() const {
-  return preferred_.value_or(QGuiApplication::palette().color(QPalette::Window).lightness() < 128);
-}
-
-void Appearance::settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
-  if (group == appearanceGroup && key == schemeKey) take(value.variant());
-}
-
-// 0: no preference, 1: dark, 2: light. The answer to a question is wrapped once more than a change.
-void Appearance::take(const QVariant& value) {
-  const QVariant plain = value.canConvert<QDBusVariant>() ? value.value<QDBusVariant>().variant() : value;
-  const unsigned scheme = plain.toUInt();
-  preferred_ = scheme == 1 ? std::optional(true) : scheme == 2 ? std::optional(false) : std::nullopt;
-}
+QFont Theme::buttonFont(double scale) { return interfaceFont(11, QFont::Medium, scale); }
 
 }  // namespace tarnwick::panel

@@ -33,6 +33,18 @@ TEST(Arrangement, AColumnKeepsItsDistancesAndIsAsWideAsItsWidestChild) {
   EXPECT_EQ(children.in(fixed, 400).size, (Extent{300, 16}));
   EXPECT_EQ(children.in(fixed, 200).size, (Extent{200, 16}));
   EXPECT_EQ(Children{}.in(column, 100).size, (Extent{4, 6}));
+  children.wanted = {{50, 10}, {50, 0}, {50, 20}};
+  EXPECT_EQ(children.in(column, 104).size, (Extent{54, 42})) << "one distance around what has no height";
+}
+
+TEST(Arrangement, WhatIsWiderThanItsColumnHangsOverOnBothSides) {
+  const Extent wide{395, 10};
+  const Stack column{.insets = {0, 14, 0, 14}, .width = 400, .children = {Node{}, Node{}}};
+  const Arrangement all = arrange(column, 4000, [&](std::size_t i, double width) {
+    return i == 0 ? wide : Extent{width, 5};
+  });
+  EXPECT_EQ(all.size, (Extent{400, 15}));
+  EXPECT_THAT(all.spots, ElementsAre(Spot{3, 0}, Spot{14, 10}));
 }
 
 TEST(Arrangement, InARowTheGrowingChildGetsWhatTheOthersLeave) {

@@ -96,6 +96,13 @@ TEST(PanelContent, TheNoteIsTintedInItsOwnColour) {
   EXPECT_EQ(std::tuple(box.background, symbol.colour, symbol.name),
             std::tuple(ColourRole::green, ColourRole::green, "hourglass"));
   EXPECT_THAT(textsOf(box.child[0]), ElementsAre("Done. Freed 1.5 GB."));
+  EXPECT_EQ(nodesOf<Label>(box.child[0])[0].wrapWidth, 356);
+  EXPECT_EQ(box.widest, 8 + 15 + 7 + 356 + 8);
+}
+
+TEST(PanelContent, AnEmptyListStillScrolls) {
+  for (const Shown& shown : {Shown{}, Shown{.snap = sampleSnapshot()}})
+    EXPECT_THAT(nodesOf<Scroll>(built(shown)), SizeIs(1));
 }
 
 TEST(PanelContent, FoldsBeginWhereTheyHaveSomethingToHide) {
