@@ -99,6 +99,7 @@ void QtPanel::close() {
 
 void QtPanel::show(const Node& content, bool animated) {
   node_ = content;
+  laterTexts_.clear();
   replaceContent();
   const bool moves = animated && window_.isVisible() && !window_.isFramed();
   moveTo(frameFor(content_->size()), moves);
@@ -113,6 +114,7 @@ void QtPanel::show(const Node& content, bool animated) {
 void QtPanel::redraw() {
   if (content_ == nullptr) return;
   replaceContent();
+  for (const auto& [id, text] : laterTexts_) setText(id, text);
   moveTo(frameFor(content_->size()), false);
 }
 
@@ -210,7 +212,9 @@ void QtPanel::bringToFront() {
 void QtPanel::setText(const std::string& id, const std::string& text) {
   relabel(node_, id, text);  // for when it is drawn anew
   auto* view = content_ == nullptr ? nullptr : content_->findChild<TextView*>(QString::fromStdString(id));
-  if (view != nullptr) view->replaceText(QString::fromStdString(text));
+  if (view == nullptr) return;
+  laterTexts_[id] = text;
+  view->replaceText(QString::fromStdString(text));
 }
 
 void QtPanel::callAfter(double seconds, std::function<void()> task) {

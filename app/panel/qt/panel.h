@@ -7,6 +7,7 @@
 #include <QVariantAnimation>
 #include <QWindow>
 #include <functional>
+#include <map>
 #include <optional>
 
 #include "app/panel/panel_tree.h"
@@ -64,7 +65,8 @@ class QtPanel final : public PanelWindow {
   std::function<IconPlace()> icon_;
   Handlers handlers_;
   PopupWindow window_;
-  Node node_;  // what is shown, or was last
+  Node node_;                                      // what is shown, or was last
+  std::map<std::string, std::string> laterTexts_;  // those set since, by the ids of their labels
   TextBlocks texts_;
   QPointer<QWidget> content_;
   QPointer<QWindow> followed_;  // whose change of screen is listened to

@@ -5,6 +5,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QScrollArea>
+#include <QScrollBar>
 
 #include "app/panel/qt/access.h"
 #include "app/panel/qt/desktop.h"
@@ -14,6 +16,25 @@ namespace {
 
 constexpr double popupCorner = 14;
 constexpr int shadowWidth = 8;  // the popup keeps as much distance to the screen's edge
+
+QAbstractSlider::SliderAction movementOf(int key) {
+  switch (key) {
+    case Qt::Key_Up:
+      return QAbstractSlider::SliderSingleStepSub;
+    case Qt::Key_Down:
+      return QAbstractSlider::SliderSingleStepAdd;
+    case Qt::Key_PageUp:
+      return QAbstractSlider::SliderPageStepSub;
+    case Qt::Key_PageDown:
+      return QAbstractSlider::SliderPageStepAdd;
+    case Qt::Key_Home:
+      return QAbstractSlider::SliderToMinimum;
+    case Qt::Key_End:
+      return QAbstractSlider::SliderToMaximum;
+    default:
+      return QAbstractSlider::SliderNoAction;
+  }
+}
 
 }  // namespace
 
@@ -72,9 +93,14 @@ void PopupWindow::resizeEvent(QResizeEvent* /*event*/) {
   setMask(QRegion(outline.toFillPolygon().toPolygon()));
 }
 
+// Arrows and pages that no control wants move the list, so that long details can be read without a pointer.
 void PopupWindow::keyPressEvent(QKeyEvent* event) {
+  auto* list = findChild<QScrollArea*>(QStringLiteral("list"));
+  const QAbstractSlider::SliderAction movement = movementOf(event->key());
   if (event->key() == Qt::Key_Escape) {
     Q_EMIT dismissed();
+  } else if (list != nullptr && movement != QAbstractSlider::SliderNoAction) {
+    list->verticalScrollBar()->triggerAction(movement);
   } else {
     QWidget::keyPressEvent(event);
   }

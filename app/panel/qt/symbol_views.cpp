@@ -13,6 +13,8 @@
 #include "app/panel/qt/access.h"
 #include "app/panel/qt/theme.h"
 #include "sampling/decode/desktop_entry.h"
+#include "system/mounts.h"
+#include "system/posix/local_way.h"
 
 namespace tarnwick::panel {
 namespace {
@@ -122,11 +124,17 @@ QString glyphOf(std::string_view symbol) {
   return QString(QChar(glyph == nullptr ? glyphs.front().code : glyph->code));
 }
 
+bool isNear(const QString& path) {
+  const DistantPoints distant = distantMounts();
+  return distant && path.startsWith(QLatin1Char('/')) && wayTo(path.toStdString(), *distant).local;
+}
+
 QIcon fileIcon(const QString& path) {
-  if (!QFileInfo(path).isFile()) return {};  // a pipe would block
+  if (!isNear(path) || !QFileInfo(path).isFile()) return {};  // a pipe would block
   if (!path.endsWith(QLatin1String(".desktop"))) return QImageReader(path).canRead() ? QIcon(path) : QIcon();
   const QString name = iconOfEntry(path);
-  if (name.startsWith(QLatin1Char('/'))) return QFileInfo(name).isFile() ? QIcon(name) : QIcon();
+  if (name.startsWith(QLatin1Char('/')))
+    return isNear(name) && QFileInfo(name).isFile() ? QIcon(name) : QIcon();
   return name.isEmpty() ? QIcon() : QIcon::fromTheme(name);
 }
 

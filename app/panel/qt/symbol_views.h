@@ -19,7 +19,12 @@ QString glyphOf(std::string_view symbol);
 void drawSymbol(QPainter& painter, const QRectF& area, std::string_view name, double pixels,
                 const QColor& colour, bool bold = false);
 
-// The icon of a file: the picture itself, or what a desktop entry names. Null when there is none.
+// Does nobody else have to answer for that place? The panel's thread asks no other file system: one that
+// stopped answering would stop the panel.
+bool isNear(const QString& path);
+
+// The icon of a file: the picture itself, or what a desktop entry names. Null when there is none, or none
+// near.
 QIcon fileIcon(const QString& path);
 
 class SymbolView : public QWidget {

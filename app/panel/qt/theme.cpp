@@ -4,9 +4,11 @@
 #include <QIcon>
 #include <QStandardPaths>
 #include <QStringList>
+#include <algorithm>
 
 #include "app/panel/qt/access.h"
 #include "app/panel/qt/contrast.h"
+#include "app/panel/qt/symbol_views.h"
 
 namespace tarnwick::panel {
 namespace {
@@ -86,10 +88,15 @@ QPalette Theme::palette() const {
 void Theme::install() {
   installAccess();
   QApplication::setStyle(QStringLiteral("Fusion"));
-  QIcon::setThemeSearchPaths(QIcon::themeSearchPaths() +
-                             QStandardPaths::locateAll(QStandardPaths::GenericDataLocation,
-                                                       QStringLiteral("icons"),
-                                                       QStandardPaths::LocateDirectory));
+  QStringList iconFolders = QIcon::themeSearchPaths();
+  for (const QString& data : QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation))
+    iconFolders += data + QStringLiteral("/icons");
+  iconFolders.erase(std::remove_if(iconFolders.begin(), iconFolders.end(),
+                                   [](const QString& folder) {
+                                     return folder.startsWith(QLatin1Char('/')) && !isNear(folder);
+                                   }),
+                    iconFolders.end());
+  QIcon::setThemeSearchPaths(iconFolders);
   if (QIcon::themeName().isEmpty()) QIcon::setThemeName(QStringLiteral("hicolor"));
   QIcon::setFallbackThemeName(QStringLiteral("hicolor"));
   QIcon::setFallbackSearchPaths({QStringLiteral("/usr/share/pixmaps")});

@@ -25,6 +25,7 @@
 #include "tests/app/panel/panel_sample.h"
 #include "tests/support/fake_model_services.h"
 #include "tests/support/hand_executor.h"
+#include "tests/support/linux/fuse_mount.h"
 
 namespace tarnwick::panel {
 namespace {
@@ -187,6 +188,8 @@ TEST_F(QtPanelTest, TheKeyboardReachesEveryControlAndStaysAcrossARedraw) {
 TEST_F(QtPanelTest, ALowScreenScrollsAndKeepsItsPlace) {
   for (const char* id : {"more", "leftovers", "details:docker"}) click(id);
   ASSERT_GT(list()->widget()->height(), list()->height()) << "the offscreen screen is 800 points high";
+  press(&panel.window(), Qt::Key_End);
+  EXPECT_EQ(list()->verticalScrollBar()->value(), list()->verticalScrollBar()->maximum());
   list()->verticalScrollBar()->setValue(77);
   model.setOpenCard(std::nullopt);
   settle();
@@ -251,6 +254,19 @@ TEST(QtSymbols, AFileIconIsThePictureOrWhatItsEntryNames) {
       {"text.png", "not a picture", false}};
   for (const auto& [name, text, found] : cases)
     EXPECT_NE(fileIcon(QString::fromStdString(folder.write(name, text))).isNull(), found) << name;
+}
+
+TEST(QtSymbols, WhereNobodyAnswersThereIsNoIcon) {
+  if (::geteuid() != 0) GTEST_SKIP() << "mounting takes root";
+  const TempFolder folder;
+  std::filesystem::create_directory(folder.at("dead"));
+  FuseMount mount(folder.at("dead"), FuseMount::Kind::swallowing);
+  if (!mount.isMounted()) GTEST_SKIP() << "no file system of one's own can be mounted here";
+  mount.die(5);
+  const std::string entry = folder.write("a.desktop", "[Desktop Entry]\nIcon=" + folder.at("dead/icon.png"));
+  for (const std::string& path : {folder.at("dead/b.desktop"), folder.at("dead/c.png"), entry})
+    EXPECT_TRUE(fileIcon(QString::fromStdString(path)).isNull()) << path;
+  EXPECT_EQ(mount.swallowed(), 0);
 }
 
 TEST(QtSingleInstance, ALaterStartIsHeardByTheFirst) {
