@@ -13,7 +13,6 @@
 #include "tests/support/fake_transport.h"
 #include "tests/support/recording_tool_runner.h"
 
-namespace tarnwick {
 namespace {
 
 struct FakeSources : LiveMachine {
@@ -235,4 +234,3 @@ TEST(Wiring, TwoChecksAtOnceAreAFault) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -5,7 +5,6 @@
 #include "sampling/decode/json_members.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 TEST(ClaudeFiles, TheNewestMarkedLineIsTheOnlyOneTried) {
@@ -137,4 +136,3 @@ TEST_F(ClaudeReaderTest, AJobIsFoundFromAnyFolderInsideItsOwn) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -4,7 +4,6 @@
 #include "tests/support/fake_clock.h"
 #include "tests/support/recording_tool_runner.h"
 
-namespace tarnwick {
 namespace {
 
 TEST(GitFiles, HeadNamesABranchOrACommit) {
@@ -248,4 +247,3 @@ TEST_F(GitCacheTest, ATitleIsAskedForOncePerRun) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -4,7 +4,6 @@
 #include "tests/support/fake_clock.h"
 #include "tests/support/recording_tool_runner.h"
 
-namespace tarnwick {
 namespace {
 
 std::string xml(const std::string& body) {
@@ -189,4 +188,3 @@ TEST_F(LiveSurroundingsTest, ADeviceIsNamedByItsPropertyListAndASimulatorTakesIt
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -5,7 +5,6 @@
 #include "context/browsers.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 std::vector<std::string> pages(const std::vector<std::pair<std::string, int>>& hosts) {
@@ -79,4 +78,3 @@ TEST(AutomationStatus, OnlyThreeAnswersAreClear) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -6,7 +6,6 @@
 
 #include "tests/support/machines.h"
 
-namespace tarnwick {
 namespace {
 
 // Each row in a line: kind, what, megabytes, cores, processes, who, project and branch, what stops it.
@@ -182,4 +181,3 @@ TEST_F(BiggestUsersTest, NoFigureFromOutsideBreaksTheSums) {
 }
 
 }  // namespace
-}  // namespace tarnwick

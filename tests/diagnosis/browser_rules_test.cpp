@@ -1,6 +1,5 @@
 #include "tests/support/machines.h"
 
-namespace tarnwick {
 namespace {
 
 const std::string chromeID = "com.google.Chrome";
@@ -139,4 +138,3 @@ TEST(TestBrowsers, CountTheirTreeAndAreForcedWhenStillThere) {
 }
 
 }  // namespace
-}  // namespace tarnwick

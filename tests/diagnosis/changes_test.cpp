@@ -2,7 +2,6 @@
 
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 const Action stop{"Stop it", {Signal{.pid = 41, .number = 15, .started = timestamp(1)}}};
@@ -78,4 +77,3 @@ TEST(Changes, CountFromTheSizeThatWasLastTold) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -1,6 +1,5 @@
 #include "tests/support/machines.h"
 
-namespace tarnwick {
 namespace {
 
 using CpuHogs = RuleTest;
@@ -124,4 +123,3 @@ TEST_F(Caffeinates, SayWhoRanThemAndWhatStaysAwake) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -1,6 +1,5 @@
 #include "tests/support/machines.h"
 
-namespace tarnwick {
 namespace {
 
 const std::string vmPath = "/System/x/com.apple.Virtualization.VirtualMachine";
@@ -190,4 +189,3 @@ TEST_F(Simulators, AreOneCardThatShutsThemDown) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -3,7 +3,6 @@
 #include "diagnosis/process_tree.h"
 #include "tests/support/machines.h"
 
-namespace tarnwick {
 namespace {
 
 TEST(Kinds, AreToldByTheFirstWordThatIsFound) {
@@ -208,4 +207,3 @@ TEST(ScriptHead, ShowsTheScriptThatRuns) {
 }
 
 }  // namespace
-}  // namespace tarnwick

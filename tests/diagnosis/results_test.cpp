@@ -3,7 +3,6 @@
 #include "diagnosis/verdict.h"
 #include "tests/support/machines.h"
 
-namespace tarnwick {
 namespace {
 
 // Heat 1.0, two services with the same share, and a full disk 0.9.
@@ -145,4 +144,3 @@ TEST(Report, AGuessStandsUnderTheTitleOfItsEvidenceAndTheHeaderRoundsHalvesAwayF
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -1,6 +1,5 @@
 #include "tests/support/machines.h"
 
-namespace tarnwick {
 namespace {
 
 constexpr double hour = 3'600;
@@ -175,4 +174,3 @@ TEST_F(Stacks, WhatAJobWorkedOn) {
 }
 
 }  // namespace
-}  // namespace tarnwick

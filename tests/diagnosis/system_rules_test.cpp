@@ -1,6 +1,5 @@
 #include "tests/support/machines.h"
 
-namespace tarnwick {
 namespace {
 
 const Self self{4242, 501, "/Users/x"};
@@ -108,4 +107,3 @@ TEST(LoginApps, WhichAppsCount) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -4,7 +4,6 @@
 #include "fuzz/targets.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 TEST(Corpus, NothingInItBreaksItsTargetAgain) {
@@ -21,4 +20,3 @@ TEST(Corpus, NothingInItBreaksItsTargetAgain) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -6,7 +6,6 @@
 
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 const std::filesystem::path sourceRoot = TARNWICK_SOURCE_DIR;
@@ -208,4 +207,3 @@ TEST(House, EachCheckFindsWhatItIsFor) {
 }
 
 }  // namespace
-}  // namespace tarnwick

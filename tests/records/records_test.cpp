@@ -9,7 +9,6 @@
 #include "records/wording.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 TEST(Utf8, InvalidSequencesBecomeOneReplacementEachAndTheRestStays) {
@@ -169,4 +168,3 @@ TEST(UtcTime, IsTheSecondThatHasBegun) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -4,7 +4,6 @@
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_transport.h"
 
-namespace tarnwick {
 namespace {
 
 const std::filesystem::path replies{TARNWICK_SOURCE_DIR "/tests/sampling/fixtures/engine"};
@@ -256,4 +255,3 @@ TEST_F(DockerTest, TheFirstPlaceThatAnswersIsAsked) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -6,7 +6,6 @@
 #include "sampling/decode/processor_times.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 // A block as the kernel writes it: the count in the machine's byte order, then `rest` as it stands.
@@ -59,4 +58,3 @@ TEST(ProcessorTimes, NeitherSumsNorProductsWrap) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -13,7 +13,6 @@
 #include "sampling/decode/thermal_zone.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 using namespace std::string_view_literals;
@@ -293,4 +292,3 @@ TEST(ProgramsOfScript, FillsInWhatTheScriptSaysOfItself) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -2,7 +2,6 @@
 
 #include "tests/support/fake_process_source.h"
 
-namespace tarnwick {
 namespace {
 
 constexpr std::int64_t started = 1'000'000;
@@ -243,4 +242,3 @@ TEST_F(ProcessTableTest, EachProcessHasTheIntervalBetweenItsOwnTwoLooks) {
 }
 
 }  // namespace
-}  // namespace tarnwick

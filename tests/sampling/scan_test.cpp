@@ -6,7 +6,6 @@
 #include "tests/support/fake_process_source.h"
 #include "tests/support/fake_transport.h"
 
-namespace tarnwick {
 namespace {
 
 constexpr const char* safari = "com.apple.Safari";
@@ -348,4 +347,3 @@ TEST(ScanCaches, BrowsersAreAskedForPermissionAndThenOnceInThirtySecondsForTabs)
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -60,8 +60,7 @@ class TempFolder {
     std::error_code ignored;
     std::filesystem::remove_all(path_, ignored);
   }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
+  TempFolder(TempFolder&&) = delete;  // nor copied
 
   const std::string& path() const { return path_; }
   std::string at(const std::string& name) const { return path_ + "/" + name; }
@@ -112,3 +111,5 @@ bool waitUntil(Condition holds) {
 }
 
 }  // namespace tarnwick
+
+using namespace tarnwick;  // what all tests are about

@@ -4,7 +4,6 @@
 #include "tests/support/fake_clock.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 TEST(CheckLimits, ACheckHasEightSecondsAndItsPartsHaveNoMore) {
@@ -75,4 +74,3 @@ TEST(Mounts, AreReadFromTheKernelsList) {
 }
 
 }  // namespace
-}  // namespace tarnwick

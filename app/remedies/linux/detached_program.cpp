@@ -17,7 +17,7 @@
 namespace tarnwick {
 namespace {
 
-constexpr int startMilliseconds = 2'000;
+constexpr int startMilliseconds = 10'000;  // the machine is slow, or nobody would be here
 
 // What was handed to this program so that the desktop knows the window of its start; it is used up.
 bool belongsToOurStart(const std::string& variable) {

@@ -9,7 +9,7 @@
 
 namespace tarnwick {
 
-// `words`: those behind the path. False when the system did not start it, or not within two seconds.
+// `words`: those behind the path. False when the system did not start it, or not within ten seconds.
 bool startDetached(const std::string& path, std::vector<std::string> words);
 
 }  // namespace tarnwick

@@ -5,7 +5,6 @@
 #include "app/cli/terminal_text.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 TEST(CommandLine, TheFirstModeInTheFixedOrderWins) {
@@ -96,4 +95,3 @@ TEST(TerminalText, WhatControlsATerminalIsMadeVisible) {
 }
 
 }  // namespace
-}  // namespace tarnwick

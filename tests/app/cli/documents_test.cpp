@@ -8,7 +8,6 @@
 #include "app/demo/demo.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 // How often `part` stands in `text` with no letter, digit or dash right behind it.
@@ -79,4 +78,3 @@ TEST(Documents, KeepToTheirMargin) {
 }
 
 }  // namespace
-}  // namespace tarnwick

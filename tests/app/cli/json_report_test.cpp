@@ -18,7 +18,6 @@
 #include "sampling/tools/posix/posix_tool_runner.h"
 #include "tests/support/machines.h"
 
-namespace tarnwick {
 namespace {
 
 using nlohmann::json;
@@ -153,4 +152,3 @@ TEST(JsonReport, HoldsNamesOfAnyKindAndEveryKindOfRemedy) {
 }
 
 }  // namespace
-}  // namespace tarnwick

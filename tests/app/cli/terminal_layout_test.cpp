@@ -2,7 +2,6 @@
 
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 TEST(TerminalLayout, BreaksLinesAtBlanksAndKeepsTheIndent) {
@@ -38,4 +37,3 @@ TEST(TerminalLayout, ColoursEachRowForItself) {
 }
 
 }  // namespace
-}  // namespace tarnwick

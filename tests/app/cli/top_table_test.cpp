@@ -5,7 +5,6 @@
 #include "app/cli/terminal_width.h"
 #include "tests/support/machines.h"
 
-namespace tarnwick {
 namespace {
 
 TEST(Cells, AreCountedAndCut) {
@@ -97,4 +96,3 @@ TEST_F(TopTable, FitsATerminalOfAnyWidth) {
 }
 
 }  // namespace
-}  // namespace tarnwick

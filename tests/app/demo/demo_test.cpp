@@ -8,7 +8,6 @@
 #include "diagnosis/report.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 const Timestamp now = timestamp(1'790'000'000);
@@ -87,4 +86,3 @@ TEST(SelfTest, NamesBothTextsOfTheFirstDifference) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -4,7 +4,6 @@
 #include "sampling/tools/posix/posix_tool_runner.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 struct FakeModel : LanguageModel {
@@ -76,4 +75,3 @@ TEST(Explain, TheChildIsAskedForOneExplanation) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -3,7 +3,6 @@
 #include "app/fix/remedy_progress.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 const Fix stopAll{All{{{Signal{41, 15, {}}}, {DockerStop{"c1"}}}}};
@@ -73,4 +72,3 @@ TEST(RemedyProgress, SaysWhatTheUserDoesNotKnowYetAndThenDoesNoMore) {
 }
 
 }  // namespace
-}  // namespace tarnwick

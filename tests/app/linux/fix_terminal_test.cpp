@@ -11,7 +11,6 @@
 #include "tests/support/posix/child_process.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 // A shell called caffeinate that reads its few words from a file and then waits for more.
@@ -166,4 +165,3 @@ TEST(FixAtATerminal, DoesWhatWasShownAndConfirmedAndNothingElse) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -10,7 +10,6 @@
 #include "tests/support/posix/child_process.h"
 #include "tests/support/posix/git_world.h"
 
-namespace tarnwick {
 namespace {
 
 struct ClockAhead : SystemClock {
@@ -145,4 +144,3 @@ INSTANTIATE_TEST_SUITE_P(OfBothKinds, HangingMount,
                          testing::Values(FuseMount::Kind::stopped, FuseMount::Kind::swallowing));
 
 }  // namespace
-}  // namespace tarnwick

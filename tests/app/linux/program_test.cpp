@@ -5,7 +5,6 @@
 #include "sampling/tools/posix/posix_tool_runner.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 // A copy of the program, away from its module.
@@ -69,4 +68,3 @@ TEST(UnseenMachine, IsSaidAndNotJudged) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -1,7 +1,6 @@
 #include "tests/support/fake_model_services.h"
 #include "tests/support/hand_executor.h"
 
-namespace tarnwick {
 namespace {
 
 const Timestamp start = timestamp(1'700'000'000);
@@ -223,4 +222,3 @@ TEST_F(ModelTest, OffTheMainThreadEverythingIsAFault) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -5,7 +5,6 @@
 
 #include "tests/support/fake_model_services.h"
 
-namespace tarnwick {
 namespace {
 
 // A main loop as a toolkit has one: sleeps until somebody wakes it.
@@ -122,4 +121,3 @@ TEST(ThreadExecutor, TheModelStaysWholeWhileChecksRemediesAndGuessesRunAtOnce) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -9,7 +9,6 @@
 #include "system/posix/descriptor.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 // Runs a shell line in which $T is the program; standard error goes where the line sends it.
@@ -130,4 +129,3 @@ TEST(Program, ALiveCheckReportsEvenOnAPoorMachine) {
 }
 
 }  // namespace
-}  // namespace tarnwick

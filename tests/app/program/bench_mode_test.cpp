@@ -4,7 +4,6 @@
 
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 constexpr std::uint64_t mb = 1U << 20U;
@@ -58,4 +57,3 @@ TEST(BenchMode, PrintsMediansByPhaseAndItsOwnCost) {
 }
 
 }  // namespace
-}  // namespace tarnwick

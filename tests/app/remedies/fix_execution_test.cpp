@@ -1,6 +1,5 @@
 #include "tests/support/fake_fix_targets.h"
 
-namespace tarnwick {
 namespace {
 
 const Text done;
@@ -70,4 +69,3 @@ TEST(FixExecution, SeveralAreTriedInOrderWhateverFailsAndPidsBelowTwoReachNobody
 }
 
 }  // namespace
-}  // namespace tarnwick

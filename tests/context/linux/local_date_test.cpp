@@ -2,7 +2,6 @@
 
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 using Language = std::array<const char*, 3>;  // LC_ALL, LC_TIME and LANG
@@ -42,4 +41,3 @@ TEST(LocalDate, OnlyAKnownLanguageAndMomentsInTheCalendarReachTheLibrary) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -7,7 +7,6 @@
 #include "tests/support/fake_clock.h"
 #include "tests/support/posix/git_world.h"
 
-namespace tarnwick {
 namespace {
 
 namespace fs = std::filesystem;
@@ -216,4 +215,3 @@ TEST_F(HostileRepositoryTest, NoMissingCommitIsFetched) {
 }
 
 }  // namespace
-}  // namespace tarnwick

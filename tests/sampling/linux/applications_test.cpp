@@ -3,7 +3,6 @@
 #include "sampling/linux/desktop_entries.h"
 #include "tests/sampling/linux/proc_tree.h"
 
-namespace tarnwick {
 namespace {
 
 TEST(DesktopEntryText, NameAndShown) {
@@ -172,4 +171,3 @@ TEST(Applications, TheMainProcessRunsForAll) {
 }
 
 }  // namespace
-}  // namespace tarnwick

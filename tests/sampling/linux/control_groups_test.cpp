@@ -5,7 +5,6 @@
 
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 const std::string id = "0123456789ab" + std::string(52, 'c');
@@ -79,4 +78,3 @@ TEST(ControlGroups, WhatIsUnreadableOrAbsurdIsZeroAndOurOwnIsTheMachine) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -8,7 +8,6 @@
 #include "system/port.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 TEST(EngineSocket, DesktopBeforeRootlessBeforeTheSystems) {
@@ -66,4 +65,3 @@ TEST_F(RealEngine, ListsMeasuresAndStops) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -6,7 +6,6 @@
 
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 TEST(LinuxMachineSource, ReadsALaidOutMachine) {
@@ -108,4 +107,3 @@ TEST(LinuxMachineSource, CoresAreTheMachinesWhateverTheAffinity) {
 }
 
 }  // namespace
-}  // namespace tarnwick

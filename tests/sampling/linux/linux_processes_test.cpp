@@ -16,7 +16,6 @@
 #include "tests/support/linux/fuse_mount.h"
 #include "tests/support/posix/child_process.h"
 
-namespace tarnwick {
 namespace {
 
 constexpr std::int64_t boot = 1'000'000;  // as the made trees have it
@@ -417,4 +416,3 @@ TEST(ListeningPorts, OfManyDescriptorsTheFirstAreLookedAtAndInTime) {
 }
 
 }  // namespace
-}  // namespace tarnwick

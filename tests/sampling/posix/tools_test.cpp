@@ -13,7 +13,6 @@
 #include "tests/support/fake_clock.h"
 #include "tests/support/recording_tool_runner.h"
 
-namespace tarnwick {
 namespace {
 
 struct ToolPlacesTest : testing::Test {
@@ -207,4 +206,3 @@ TEST_F(ToolRunnerTest, SignalsWorkInTheToolWhateverWeDoWithThem) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -10,7 +10,6 @@
 #include "tests/support/posix/child_process.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 namespace fs = std::filesystem;
@@ -278,4 +277,3 @@ TEST_F(GuardedFilesTest, AWorkerThatEndsIsNoAnswerAndNoDelay) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -10,7 +10,6 @@
 #include "system/self.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 TEST(SystemClock, SignalsDoNotShortenASleepAndNothingToSleepReturns) {
@@ -115,4 +114,3 @@ TEST(Environment, TheStrongestLocaleThatIsSetCounts) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -6,7 +6,6 @@
 
 #include "tests/support/posix/fake_engine.h"
 
-namespace tarnwick {
 namespace {
 
 constexpr double brief = 0.05;     // seconds: a limit that is meant to pass
@@ -96,4 +95,3 @@ TEST_F(UnixSocket, OnlySocketsAreReachable) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -9,7 +9,6 @@
 
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 // Counted by the child's handler, read by the test.
@@ -54,4 +53,3 @@ TEST(Output, IsWholeThoughSignalsInterruptTheWriting) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -8,7 +8,7 @@
 #include <atomic>
 #include <thread>
 
-#include "tests/app/panel/desktop/panel_stage.h"
+#include "tests/app/panel/qt/panel_stage.h"
 
 namespace tarnwick::panel {
 namespace {

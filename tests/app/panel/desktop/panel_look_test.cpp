@@ -7,7 +7,7 @@
 #include <QDBusVirtualObject>
 #include <QScreen>
 
-#include "tests/app/panel/desktop/panel_stage.h"
+#include "tests/app/panel/qt/panel_stage.h"
 
 namespace tarnwick::panel {
 namespace {

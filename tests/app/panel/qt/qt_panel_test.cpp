@@ -18,50 +18,36 @@
 #include <QWindow>
 
 #include "app/panel/qt/jobs.h"
-#include "app/panel/qt/panel.h"
 #include "app/panel/qt/single_instance.h"
 #include "app/panel/qt/symbol_views.h"
 #include "app/panel/qt/text_views.h"
-#include "tests/app/panel/panel_sample.h"
-#include "tests/support/fake_model_services.h"
-#include "tests/support/hand_executor.h"
+#include "tests/app/panel/qt/panel_stage.h"
 #include "tests/support/linux/fuse_mount.h"
 
 namespace tarnwick::panel {
 namespace {
 
-// The toolkit lives as long as the test program.
-class Toolkit : public testing::Environment {
- public:
+// Without a desktop, on two screens: of 800 x 800 points; and right of it a lower one, with two pixels to a
+// point.
+struct Offscreen : Toolkit {
   void SetUp() override {
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + twoScreens().toUtf8());
-    qputenv("XDG_RUNTIME_DIR", folder_.path().toUtf8());
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere");  // without one, it would start a bus
-    toolkit_ = std::make_unique<QApplication>(count_, words_);
-    Theme::install();
-  }
-  void TearDown() override { toolkit_.reset(); }
-
- private:
-  // Of 800 x 800 points; and right of it a lower one, with two pixels to a point.
-  QString twoScreens() const {
-    const QString path = folder_.filePath("screens.json");
-    QFile file(path);
+    const QString screens = folder.filePath("screens.json");
+    QFile file(screens);
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(R"({"screens": [
       {"name": "one", "x": 0, "y": 0, "width": 800, "height": 800, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1},
       {"name": "two", "x": 800, "y": 0, "width": 1600, "height": 1200, "logicalDpi": 96, "logicalBaseDpi": 96,
        "dpr": 2}]})");
-    return path;
+    file.close();
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + screens.toUtf8());
+    qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8());
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere");  // without one, it would start a bus
+    Toolkit::SetUp();
   }
 
-  QTemporaryDir folder_;
-  char name_[9] = "qt_panel";
-  char* words_[2] = {name_, nullptr};
-  int count_ = 1;
-  std::unique_ptr<QApplication> toolkit_;
+  QTemporaryDir folder;
 };
-[[maybe_unused]] const auto* const toolkit = testing::AddGlobalTestEnvironment(new Toolkit);
+[[maybe_unused]] const auto* const toolkit = testing::AddGlobalTestEnvironment(new Offscreen);
 
 void send(QWidget* widget, QEvent::Type type, Qt::MouseButtons held) {
   const QPointF inside(5, 5);
@@ -69,14 +55,8 @@ void send(QWidget* widget, QEvent::Type type, Qt::MouseButtons held) {
   QCoreApplication::sendEvent(widget, &event);
 }
 
-struct QtPanelTest : testing::Test {
-  QtPanelTest() {
-    services.next = {sampleSnapshot(), sampleFindings()};
-    controller.toggle();
-    executor.runAll();
-    services.calls.clear();
-  }
-  void TearDown() override { controller.close(); }
+struct QtPanelTest : PanelStage {
+  QtPanelTest() { services.calls.clear(); }
 
   QAbstractButton* button(const QString& id) { return panel.window().findChild<QAbstractButton*>(id); }
   QScrollArea* list() { return panel.window().findChild<QScrollArea*>("list"); }
@@ -94,24 +74,6 @@ struct QtPanelTest : testing::Test {
     QCoreApplication::sendEvent(target, &down);
     settle();
   }
-
-  void settle() {
-    executor.runAll();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  }
-
-  HandExecutor executor;
-  FakeServices services{executor};
-  FakeSettings settings;
-  Model model{executor, services, services.pasteboard()};
-  Appearance appearance{nullptr};
-  int dismissals = 0;
-  QtPanel panel{appearance,
-                [] { return QRect(500, 0, 24, 24); },
-                {.perform = [this](const PanelAction& action) { controller.perform(action); },
-                 .focusLeft = [] {},
-                 .dismissed = [this] { ++dismissals; }}};
-  PanelController controller{model, executor, panel, settings, [this] { return services.time; }};
 };
 
 TEST_F(QtPanelTest, ClicksReachTheController) {
@@ -182,7 +144,7 @@ TEST_F(QtPanelTest, TheKeyboardReachesEveryControlAndStaysAcrossARedraw) {
   EXPECT_EQ(model.openCard(), "docker");
   EXPECT_EQ(panel.window().focusWidget(), button("details:docker"));
   press(&panel.window(), Qt::Key_Escape);
-  EXPECT_EQ(dismissals, 1);
+  EXPECT_FALSE(panel.isVisible());
 }
 
 TEST_F(QtPanelTest, ALowScreenScrollsAndKeepsItsPlace) {
@@ -262,6 +224,7 @@ TEST(QtSymbols, WhereNobodyAnswersThereIsNoIcon) {
   std::filesystem::create_directory(folder.at("dead"));
   FuseMount mount(folder.at("dead"), FuseMount::Kind::swallowing);
   if (!mount.isMounted()) GTEST_SKIP() << "no file system of one's own can be mounted here";
+  ASSERT_FALSE(std::filesystem::exists(folder.at("dead/x"))) << "the kernel has made its acquaintance";
   mount.die(5);
   const std::string entry = folder.write("a.desktop", "[Desktop Entry]\nIcon=" + folder.at("dead/icon.png"));
   for (const std::string& path : {folder.at("dead/b.desktop"), folder.at("dead/c.png"), entry})

@@ -8,7 +8,6 @@
 #include "sampling/tools/posix/posix_tool_runner.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 constexpr std::size_t mb = 1U << 20U;
@@ -40,4 +39,3 @@ TEST(OwnProcess, ItsPathStartsTheSameProgramAndAChildCountsOnceItHasEnded) {
 }
 
 }  // namespace
-}  // namespace tarnwick

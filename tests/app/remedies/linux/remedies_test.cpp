@@ -17,7 +17,6 @@
 #include "tests/support/linux/found_processes.h"
 #include "tests/support/posix/child_process.h"
 
-namespace tarnwick {
 namespace {
 
 using Kind = SignalOutcome::Kind;
@@ -293,4 +292,3 @@ TEST(RemedyStorm, NoOtherProcessIsEverSignalled) {
 }
 
 }  // namespace
-}  // namespace tarnwick

@@ -4,7 +4,6 @@
 #include "app/settings/linux/user_defaults.h"
 #include "tests/support/testing.h"
 
-namespace tarnwick {
 namespace {
 
 namespace fs = std::filesystem;
@@ -70,4 +69,3 @@ TEST(UserSettings, TheLoginItemComesAndGoesAndStartsThisVeryProgram) {
 }
 
 }  // namespace
-}  // namespace tarnwick

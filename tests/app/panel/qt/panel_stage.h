@@ -1,4 +1,4 @@
-// The panel as a real window on the desktop that the test runs on, over a model whose services are fakes.
+// The panel as a window on the desktop that the test runs on, over a model whose services are fakes.
 #pragma once
 
 #include <QApplication>
@@ -50,8 +50,11 @@ struct PanelStage : testing::Test {
     return true;
   }
 
+  // All that was begun is done, and an open panel has the keyboard, or another window of ours.
   void settle() {
-    EXPECT_TRUE(await([&] { return panel.window().isActiveWindow() || !panel.isVisible(); }));
+    executor.runAll();
+    EXPECT_TRUE(await([&] { return QApplication::activeWindow() != nullptr || !panel.isVisible(); }));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
 
   // A key on the keyboard, as X names it.
