@@ -34,6 +34,7 @@ class LiveSurroundings : public Surroundings {
   std::optional<ClaudeWork> claudeJob(const std::string& dir) override;
   std::optional<std::string> prTitle(const std::optional<std::string>& repo,
                                      const std::optional<std::string>& pr) override;
+  bool hasTime() override { return files_.hasTime(); }
   bool exists(const std::string& path) override;
   std::optional<std::string> fileHead(const std::string& path) override;
   std::optional<std::string> deviceName(const std::string& plistPath) override;

@@ -110,7 +110,7 @@ std::string projectRoot(const std::string& path, Surroundings& surroundings) {
   const std::size_t homeLength = characterCount(self.home);
   std::string folder = path;
   std::size_t length = characterCount(folder);  // kept up to date: a path may be thousands of folders deep
-  while (length > homeLength) {
+  while (length > homeLength && surroundings.hasTime()) {
     if (surroundings.exists(folder + "/.git")) return folder;
     const std::size_t slash = std::min(folder.rfind('/'), folder.size());
     const std::size_t end = slash == folder.size() ? 0 : slash;

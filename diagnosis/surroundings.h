@@ -38,6 +38,9 @@ class Surroundings {
   virtual std::optional<std::string> prTitle(const std::optional<std::string>& repo,
                                              const std::optional<std::string>& pr) = 0;
 
+  // Is there time for more questions in this check? Where there is none, all the others are in vain.
+  virtual bool hasTime() { return true; }
+
   // Is there a file or folder at `path`?
   virtual bool exists(const std::string& path) = 0;
 

@@ -188,6 +188,8 @@ TEST(ProjectRoot, IsBelowTheHomeDirectory) {
   EXPECT_EQ(projectRoot("/Users/ünï/Library2/x", around), "/Users/ünï/Library2/x");
   EXPECT_THAT(around.asked,
               ElementsAre("exists /Users/ünï/Library2/x/.git", "exists /Users/ünï/Library2/.git"));
+  around.inTime = false;
+  EXPECT_EQ(projectRoot("/srv/shorty/ab", around), "/srv/shorty/ab") << "no ancestor is looked at in vain";
 }
 
 TEST(ScriptHead, ShowsTheScriptThatRuns) {

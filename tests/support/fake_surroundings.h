@@ -16,6 +16,7 @@ struct FakeSurroundings : Surroundings {
   std::map<std::string, std::string> heads;    // of files, by path
   std::map<std::string, std::string> devices;  // names, by path of the property list
   bool simctl = true;
+  bool inTime = true;
   std::vector<std::string> asked;  // "git FOLDER", "title OWNER/NAME#REQUEST", "exists PATH", "head PATH"
 
   const Self& self() override { return who; }
@@ -31,6 +32,7 @@ struct FakeSurroundings : Surroundings {
     asked.push_back("title " + *repo + "#" + *pr);
     return answerOf(titles, *repo + "#" + *pr);
   }
+  bool hasTime() override { return inTime; }
   bool exists(const std::string& path) override {
     asked.push_back("exists " + path);
     return present.contains(path);
