@@ -1,6 +1,5 @@
 #include "tests/app/panel/panel_sample.h"
 
-namespace tarnwick::panel {
 namespace {
 
 Node built(const Shown& shown, const PanelState& state = {}, double age = 0) {
@@ -223,4 +222,3 @@ TEST(PanelContent, EveryControlHasANameAndAnIdOfItsOwn) {
 }
 
 }  // namespace
-}  // namespace tarnwick::panel

@@ -2,7 +2,6 @@
 #include "tests/support/fake_model_services.h"
 #include "tests/support/hand_executor.h"
 
-namespace tarnwick::panel {
 namespace {
 
 struct FakeWindow : PanelWindow {
@@ -229,4 +228,3 @@ TEST_F(PanelControllerTest, ADrawingThatWaitsIsDroppedWithItsPanel) {
 }
 
 }  // namespace
-}  // namespace tarnwick::panel

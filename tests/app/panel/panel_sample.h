@@ -107,3 +107,5 @@ inline std::vector<std::string> textsOf(const Node& node) {
 }
 
 }  // namespace tarnwick::panel
+
+using namespace tarnwick::panel;  // what these tests are about

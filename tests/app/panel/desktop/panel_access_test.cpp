@@ -10,7 +10,6 @@
 
 #include "tests/app/panel/qt/panel_stage.h"
 
-namespace tarnwick::panel {
 namespace {
 
 [[maybe_unused]] const auto* const toolkit = testing::AddGlobalTestEnvironment(new Toolkit);
@@ -157,4 +156,3 @@ TEST_F(PanelAccess, EveryPartHasItsRoleItsNameAndWhatTheEyeSees) {
 }
 
 }  // namespace
-}  // namespace tarnwick::panel

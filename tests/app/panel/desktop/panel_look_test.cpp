@@ -9,7 +9,6 @@
 
 #include "tests/app/panel/qt/panel_stage.h"
 
-namespace tarnwick::panel {
 namespace {
 
 struct Rgb {
@@ -117,4 +116,3 @@ TEST_F(PanelLook, FollowsTheDesktopWhileThePanelIsOpen) {
 }
 
 }  // namespace
-}  // namespace tarnwick::panel

@@ -14,7 +14,6 @@
 #include "app/panel/qt/text_views.h"
 #include "tests/app/panel/panel_sample.h"
 
-namespace tarnwick::panel {
 namespace {
 
 const Perform nothing;
@@ -210,4 +209,3 @@ TEST(QtLook, EveryTextStandsOutFromItsGround) {
 }
 
 }  // namespace
-}  // namespace tarnwick::panel
