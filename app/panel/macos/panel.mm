@@ -4,6 +4,7 @@
 
 #include "app/panel/arrangement.h"
 #import "app/panel/macos/menu.h"
+#include "system/macos/foundation_text.h"
 
 namespace tarnwick::panel {
 namespace {
