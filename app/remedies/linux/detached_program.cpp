@@ -3,11 +3,13 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <utility>
 
 #include "system/environment.h"
@@ -57,7 +59,10 @@ void becomeNobodysChild(int report) {
   ::dup2(report, reportHere);
   ::fcntl(reportHere, F_SETFD, FD_CLOEXEC);
   closeAllFrom(reportHere + 1);
-  for (int number = 1; number < NSIG; ++number) ::signal(number, SIG_DFL);
+  // The C library would leave out the two that it keeps for itself; whoever started us may ignore them.
+  const std::array<unsigned long, 4> byDefault{};  // handler, flags, restorer, mask, as the kernel has them
+  for (int number = 1; number < NSIG; ++number)
+    ::syscall(SYS_rt_sigaction, number, byDefault.data(), nullptr, sizeof(std::uint64_t));
   sigset_t none;
   sigemptyset(&none);
   ::sigprocmask(SIG_SETMASK, &none, nullptr);
